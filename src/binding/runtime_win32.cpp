@@ -1,0 +1,2 @@
+#include "binding/runtime.h"
+#include "binding/wide_win32.h"
