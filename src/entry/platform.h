@@ -1,0 +1,32 @@
+// What the entry points ask of Windows, as plain functions over plain values.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zab {
+
+/// A window handle as a number; 0: none.
+using WindowHandle = std::uintptr_t;
+
+struct ScreenPoint {
+    std::int32_t x = 0, y = 0;
+    bool operator==(const ScreenPoint&) const = default;
+};
+
+void writeDebuggerText(const std::string& text) noexcept;
+void writeDebuggerText(const std::u16string& text) noexcept;
+/// Whether somebody watches this process: text that nobody reads need not be composed.
+bool debuggerWatches() noexcept;
+
+std::optional<ScreenPoint> cursorPosition() noexcept;
+
+/// Asks a window to close and waits for its answer; nothing happens when it is gone already.
+void closeWindow(WindowHandle window) noexcept;
+
+/// Tells processes that the browser starts from now on that the integration works here.
+void announceIntegration() noexcept;
+
+}  // namespace zab
