@@ -1,0 +1,89 @@
+// zab_site: an HTTP site on 127.0.0.1 whose every answer is known beforehand.
+//
+//   zab_site [--port N]          serves until it is ended; the first line of output is the port (0, the
+//   default, takes
+//                                a free one)
+//   zab_site --list --port N     prints what a browser asks of a site on that port, and what must come of it
+
+#include <httplib.h>
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+#include "content.h"
+#include "exchanges.h"
+
+namespace {
+
+using namespace zab::site;
+
+void answer(const httplib::Request& request, httplib::Response& response) {
+    const Resource* resource = findResource(request.target);
+    if (!resource) {
+        response.status = 404;
+        response.set_content("The site holds nothing of this name.\n", "text/plain");
+        return;
+    }
+    const std::string host = request.get_header_value("Host"), cookie = request.get_header_value("Cookie"),
+                      referer = request.get_header_value("Referer"),
+                      userAgent = request.get_header_value("User-Agent"),
+                      authorization = request.get_header_value("Authorization"),
+                      formType = request.get_header_value("Content-Type");
+    Reply reply = replyTo(*resource, {.host = host,
+                                      .cookie = cookie,
+                                      .referer = referer,
+                                      .userAgent = userAgent,
+                                      .authorization = authorization,
+                                      .formType = formType,
+                                      .formBody = request.body});
+
+    // The library itself turns 200 into 206 for a request with a range.
+    if (reply.status != 200) response.status = reply.status;
+    if (reply.status == 401) response.set_header("WWW-Authenticate", "Basic realm=\"The test site\"");
+    if (!resource->location.empty()) response.set_header("Location", std::string(resource->location));
+    if (!resource->disposition.empty())
+        response.set_header("Content-Disposition", std::string(resource->disposition));
+    if (resource->setsSession)
+        response.set_header("Set-Cookie", std::string(kSessionCookie) + "; Path=/; HttpOnly");
+    if (resource->gzip && request.get_header_value("Accept-Encoding").find("gzip") != std::string::npos) {
+        response.set_header("Content-Encoding", "gzip");
+        reply.body = gzipOf(reply.body);
+    }
+    if (reply.body.empty()) return;
+    // A provider, because the library compresses plain bodies as it sees fit, and this site promises its bytes.
+    const auto body = std::make_shared<const std::string>(std::move(reply.body));
+    response.set_content_provider(body->size(), std::string(resource->type),
+                                  [body](std::size_t offset, std::size_t length, httplib::DataSink& sink) {
+                                      return sink.write(body->data() + offset, length);
+                                  });
+}
+
+int serve(int port) {
+    httplib::Server server;
+    server.Get(".*", answer);
+    server.Post(".*", answer);
+    if (port == 0)
+        port = server.bind_to_any_port("127.0.0.1");
+    else if (!server.bind_to_port("127.0.0.1", port))
+        port = -1;
+    if (port < 0) {
+        std::cerr << "zab_site: the port cannot be had\n";
+        return 2;
+    }
+    std::cout << port << std::endl;
+    return server.listen_after_bind() ? 0 : 2;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("An HTTP site on 127.0.0.1 whose every answer is known beforehand.");
+    int port = 0;
+    bool list = false;
+    app.add_option("--port", port, "port to serve on; 0 takes a free one")->check(CLI::Range(0, 65535));
+    app.add_flag("--list", list, "print the exchanges of a site on this port, with what must come of them");
+    CLI11_PARSE(app, argc, argv);
+    if (!list) return serve(port);
+    std::cout << exchangeList(port).dump(2) << '\n';
+    return 0;
+}

@@ -1,0 +1,48 @@
+// What the loopback site holds: one row per resource, found by the target of its request line.
+//
+// Bodies are made from the target alone, so every run, on every machine, serves the same bytes under the same
+// hash. Texts are bytes as they go over the wire (a header may hold raw UTF-8 or Latin-1 on purpose).
+
+#ifndef ZAB_TESTBED_SITE_RESOURCES_H
+#define ZAB_TESTBED_SITE_RESOURCES_H
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace zab::site {
+
+/// What a request must bring before it gets the real body. Who brings less gets a short text under the same
+/// headers, so that a lost cookie, referrer or form shows as a wrong file and not as a failed request.
+enum class Guard { none, session, basic, form };
+
+struct Resource {
+    std::string_view target;  // path and query
+    std::string_view type;    // Content-Type, whole; empty for none
+    std::string_view disposition = {};
+    std::size_t size = 4000;  // bytes of the generated body, when `text` is empty
+    std::string_view text = {};
+    Guard guard = Guard::none;
+    int status = 200;
+    std::string_view location = {};  // of a redirect: a target of this site, or a whole URL of another scheme
+    bool gzip = false;               // sent with Content-Encoding gzip to whom accepts it
+    bool setsSession = false;
+};
+
+inline constexpr std::string_view kSessionCookie = "session=7f3a90c2";
+inline constexpr std::string_view kSessionPage = "/session/";
+inline constexpr std::string_view kUserAgent =
+    "Mozilla/5.0 (Windows NT 10.0; Win64; x64; rv:52.0) Gecko/20100101 Firefox/52.0";
+inline constexpr std::string_view kBasicAuthorization =
+    "Basic dmlzaXRvcjpvcGVuOnNlc2FtZQ==";  // visitor, open:sesame
+inline constexpr std::string_view kFormType = "application/x-www-form-urlencoded";
+
+std::span<const Resource> resources() noexcept;
+
+/// The row of a request target, or null.
+const Resource* findResource(std::string_view target) noexcept;
+
+}  // namespace zab::site
+
+#endif
