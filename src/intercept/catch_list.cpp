@@ -57,10 +57,9 @@ bool CatchList::holds(std::string_view extension) {
     if (!list_) list_ = settings_.extensions().value_or(std::string{});
     // No item is longer, so the rest of a long extension cannot matter.
     std::array<char, 1 + kLongestItem> dotted{'.'};
-    const std::size_t length = std::min(extension.size(), kLongestItem);
-    std::transform(extension.begin(), extension.begin() + static_cast<std::ptrdiff_t>(length),
-                   dotted.begin() + 1, toLower<char>);
-    return MatchExtensionList(*list_, {dotted.data(), 1 + length});
+    std::size_t length = 1;
+    for (const char c : extension.substr(0, kLongestItem)) dotted[length++] = toLower(c);
+    return MatchExtensionList(*list_, {dotted.data(), length});
 }
 
 bool CatchList::foundNone() const noexcept { return list_ && trimLeft(readableListOf(*list_), kBlank).empty(); }
