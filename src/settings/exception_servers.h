@@ -11,10 +11,6 @@
 
 namespace zab {
 
-/// Names of the values of the settings key that hold such lists.
-inline constexpr const char* kExceptionServers = "ExceptionServers";
-inline constexpr const char* kPanelExceptionServers = "PanelExceptionServers";
-
 /// Whether one pattern names `host`.
 bool matchesHostPattern(std::string_view pattern, std::string_view host) noexcept;
 

@@ -1,7 +1,8 @@
 // The module's one lock: it guards the object-request lists and the per-document lists.
 //
-// Nobody waits for it longer than 1,000 ms, because the browser's main thread is among those who wait, and nobody
-// holds it over a call into another process. What happens without it differs from list to list, so each use says it.
+// Nobody waits for it longer than 1,000 ms, because the browser's main thread is among those who wait, and
+// nobody holds it over a call into another process. What happens without it differs from list to list, so each
+// use says it.
 #pragma once
 
 namespace zab {

@@ -15,8 +15,8 @@ std::atomic<HANDLE> g_mutex{nullptr};
 SharedListLock::SharedListLock(OnTimeout onTimeout) noexcept : onTimeout_(onTimeout) {
     const HANDLE mutex = g_mutex.load(std::memory_order_acquire);
     if (mutex == nullptr) return;
-    // A holder that ended without giving the mutex back left lists that are whole all the same: every change of a
-    // list is complete before anything in it can fail.
+    // A holder that ended without giving the mutex back left lists that are whole all the same: every change of
+    // a list is complete before anything in it can fail.
     const DWORD result = WaitForSingleObject(mutex, kWaitMs);
     held_ = result == WAIT_OBJECT_0 || result == WAIT_ABANDONED;
 }

@@ -1,0 +1,161 @@
+#include "settings/settings_store.h"
+
+#include "binding/browser_text_win32.h"
+#include "binding/guard.h"
+#include "binding/version_resource_win32.h"
+#include "entry/modifier_keys.h"
+#include "settings/data_file.h"
+#include "settings/long_path_win32.h"
+#include "settings/paths.h"
+#include "settings/restore.h"
+#include "settings/settings_keys_win32.h"
+#include "settings/shared_list_lock.h"
+
+namespace zab {
+namespace {
+
+CachedKey root, browser, specialKeys, panel, minimumSizes;
+
+const RegistryKey* cached(CachedKey& key, const char* path) {
+    return key.get([path] { return RegistryKey::open(path, RegistryKey::kQuery); });
+}
+
+struct RootKey {
+    RegistryKey key;
+    bool damaged;  // made just now, or without its version mark
+};
+
+RootKey openOrMakeRoot() noexcept {
+    if (auto key = RegistryKey::open(kRootKeyPath, RegistryKey::kQuery)) {
+        const bool damaged = key.lacks(kVersionMark.name);
+        return {std::move(key), damaged};
+    }
+    auto key = RegistryKey::create(kRootKeyPath);
+    const bool made = static_cast<bool>(key);
+    return {std::move(key), made};
+}
+
+/// Path of the running program, under its long name.
+std::optional<std::u16string> browserPath() {
+    auto path = executablePath();
+    if (path && looksShortened(fileStemOf(*path)))
+        if (auto longPath = longPathOf(*path)) path = std::move(longPath);
+    return path;
+}
+
+/// Opens the record of this browser, or makes it; `created` tells which.
+RegistryKey browserRecord(const std::u16string& program, bool& created) {
+    const std::string fileName = asciiOf(fileStemOf(program));
+    const std::string path = kBrowsersPath + fileName;
+    if (auto known = RegistryKey::open(path.c_str(), KEY_ALL_ACCESS)) return known;
+    const auto product = versionResourceText(program, u"ProductName");
+    auto made = RegistryKey::create(path.c_str());
+    if (!made) return made;
+    created = true;
+    made.write(kBrowserDisplayName, product && !product->empty() ? ansiFromUtf16(*product) : fileName);
+    made.write(kIntegration.name, kIntegration.fallback);
+    return made;
+}
+
+template <class Value>
+auto rootText(const Value& value) -> decltype(root.ifOpen()->text(value)) {
+    const RegistryKey* key = rootKey();
+    return key != nullptr ? key->text(value) : std::nullopt;
+}
+
+}  // namespace
+
+const RegistryKey* rootKey() {
+    bool damaged = false;
+    const RegistryKey* key = root.get([&] {
+        RootKey opened = openOrMakeRoot();
+        damaged = opened.damaged;
+        return std::move(opened.key);
+    });
+    // Behind the lock: the restore shows a message box, during which the browser goes on calling us.
+    if (damaged) RestoreDamagedSettings();
+    return key;
+}
+
+const RegistryKey* specialKeysKey() { return rootKey() ? cached(specialKeys, kSpecialKeysPath) : nullptr; }
+const RegistryKey* panelKey() { return cached(panel, kPanelKeyPath); }
+const RegistryKey* minimumSizesKey() { return cached(minimumSizes, kMinimumSizesPath); }
+
+bool EnsureRootKey() noexcept {
+    return guarded(false, [] { return rootKey() != nullptr; });
+}
+
+Registration RegisterBrowser() noexcept {
+    if (browser.ifOpen() != nullptr) return Registration::known;
+    return guarded(Registration::failed, [] {
+        createSharedListMutex();
+        const auto program = browserPath();
+        if (!program || !EnsureRootKey()) return Registration::failed;
+        if (dataFile().read()->loaded == 0) ReloadDataFile(dataFile());
+        bool created = false;
+        if (browser.get([&] { return browserRecord(*program, created); }) == nullptr)
+            return Registration::failed;
+        return created ? Registration::created : Registration::known;
+    });
+}
+
+std::uint32_t IsBrowserIntegrationEnabled() noexcept {
+    const RegistryKey* key = browser.ifOpen();
+    return key == nullptr || key->number(kIntegration) != 0 ? 1 : 0;
+}
+
+std::uint32_t GetPanelViewFlag() noexcept {
+    constexpr std::uint32_t kNoPanel = 2;
+    return guarded(1u, [] {
+        const RegistryKey* key = panelKey();
+        return key != nullptr && key->number(kPanelView) == kNoPanel ? 0u : 1u;
+    });
+}
+
+std::optional<std::string> extensionList() { return rootText(kExtensions); }
+std::optional<std::u16string> exePath() { return rootText(kExePath); }
+std::optional<std::string> exePathNarrow() { return rootText(kExePathNarrow); }
+std::optional<std::u16string> dataFolder() { return rootText(kDataFolder); }
+
+std::optional<std::uint32_t> languageId() noexcept {
+    return guarded(std::optional<std::uint32_t>{}, [] {
+        const RegistryKey* key = rootKey();
+        return key != nullptr ? key->number(kLanguageId) : std::nullopt;
+    });
+}
+
+std::optional<std::u16string> companionPath(std::u16string_view fileName) {
+    const auto program = exePath();
+    if (!program) return std::nullopt;
+    const auto folder = programFolderOf(*program);
+    if (folder.empty()) return std::nullopt;
+    return std::u16string(folder) + u'\\' + std::u16string(fileName);
+}
+
+std::optional<std::string> layersValue(const std::string& programPath) {
+    const auto key = RegistryKey::open(kLayersPath, KEY_READ);
+    return key ? key.text(TextValue{programPath.c_str(), kLongestLayers}) : std::nullopt;
+}
+
+CExceptionServersList readExceptionServers(const TextValue& value) {
+    return CExceptionServersList(rootText(value).value_or(std::string{}));
+}
+
+std::optional<std::string> RegistrySettings::extensions() const { return extensionList(); }
+bool RegistrySettings::integrationOn() const { return IsBrowserIntegrationEnabled() != 0; }
+CExceptionServersList RegistrySettings::exceptionServers() const {
+    return readExceptionServers(kExceptionServers);
+}
+bool RegistrySettings::preventKeyHeld() const { return IsPreventKeyDown(); }
+bool RegistrySettings::forceKeyHeld() const { return IsForceKeyDown(); }
+bool RegistrySettings::listenSkipped(std::string_view host) const {
+    return dataFile().read()->skipsListening(host);
+}
+std::uint32_t RegistrySettings::panelViewFlag() const { return GetPanelViewFlag(); }
+
+void closeSharedState() noexcept {
+    closeSharedListMutex();
+    for (CachedKey* key : {&root, &browser, &specialKeys, &panel, &minimumSizes}) key->close();
+}
+
+}  // namespace zab

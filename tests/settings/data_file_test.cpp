@@ -1,0 +1,99 @@
+#include "settings/data_file.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "settings/data_file_check.h"
+
+namespace zab {
+namespace {
+
+TEST(DataFile, SaysWhatItsLinesSay) {
+    const std::string longPattern(4096 - std::string("listen.skip=").size(), 'a');
+    const struct {
+        std::string contents;
+        std::uint32_t pairing;
+        std::vector<std::string> listenSkip, hlsAsIs;
+        const char* why;
+    } rows[] = {
+        {"", 0, {}, {}, "an empty file: defaults"},
+        {"youtube.pairing=2\nlisten.skip=*.ads.net\nhls.asis=tv.example.com",
+         2,
+         {"*.ads.net"},
+         {"tv.example.com"},
+         "the last line needs no end"},
+        {"listen.skip=a\r\nlisten.skip=b\r\n", 0, {"a", "b"}, {}, "names may repeat; CR LF ends a line too"},
+        {"youtube.pairing=1\nyoutube.pairing=2\n", 2, {}, {}, "of a single value the last one"},
+        {"youtube.pairing=3\n", 0, {}, {}, "out of range: as if absent"},
+        {"youtube.pairing=1\nyoutube.pairing=x\nyoutube.pairing=12\n", 1, {}, {}, "no such value"},
+        {"#listen.skip=a\n", 0, {}, {}, "a comment"},
+        {"listen.skip=a#b\n", 0, {"a#b"}, {}, "which begins a line only"},
+        {"new.name=1\nnothing\n=x\nlisten.skip=\nListen.Skip=a\n", 0, {}, {}, "nothing that is known"},
+        {" listen.skip = a \n", 0, {"a"}, {}, "white space around name and value"},
+        {"listen.skip=a=b\n", 0, {"a=b"}, {}, "the first equals sign divides"},
+        {"listen.skip=" + longPattern + "\n", 0, {longPattern}, {}, "a line of 4,096 bytes"},
+        {"listen.skip=a" + longPattern + "\nhls.asis=b", 0, {}, {"b"}, "one of 4,097 is skipped, alone"},
+        {std::string("listen.skip=a\n\0listen.skip=b\n", 28), 0, {"a"}, {}, "the text ends at its first NUL"},
+    };
+    for (const auto& row : rows) {
+        checkDataFile({reinterpret_cast<const std::uint8_t*>(row.contents.data()), row.contents.size()});
+        const auto record = parseDataFile(row.contents);
+        EXPECT_EQ(record->youtubePairing, row.pairing) << row.why;
+        EXPECT_EQ(record->listenSkip, row.listenSkip) << row.why;
+        EXPECT_EQ(record->hlsAsIs, row.hlsAsIs) << row.why;
+    }
+}
+
+TEST(DataFile, PatternsNameHosts) {
+    const auto record = parseDataFile("listen.skip=*.ads.net\nlisten.skip=one.example\nhls.asis=TV.example\n");
+    EXPECT_TRUE(record->skipsListening("www.ads.net"));
+    EXPECT_TRUE(record->skipsListening("one.example"));
+    EXPECT_FALSE(record->skipsListening("ads.net"));
+    EXPECT_FALSE(record->skipsListening("tv.example")) << "each list stands for itself";
+    EXPECT_TRUE(record->takesVariantsAsTheyStand("tv.example"));
+}
+
+struct Marked {
+    ~Marked() { value = 0; }
+    std::uint64_t value = 7;
+};
+
+TEST(Published, ReadersNeverSeeARecordThatIsGone) {
+    Published<Marked> published;
+    std::atomic<bool> stop{false};
+    std::atomic<int> foreign{0};
+    std::vector<std::thread> readers;
+    for (int i = 0; i < 2; ++i) {
+        readers.emplace_back([&] {
+            while (!stop) {
+                const auto reading = published.read();
+                if (reading->value != 7) ++foreign;
+            }
+        });
+    }
+    for (int i = 0; i < 20000; ++i) published.publish(std::make_unique<Marked>());
+    stop = true;
+    for (auto& reader : readers) reader.join();
+    EXPECT_EQ(foreign, 0) << "each freed record is marked, and a sanitizer sees the read itself";
+    published.publish(std::make_unique<Marked>());
+    EXPECT_EQ(published.kept(), 1u) << "with nobody reading, only the current record is left";
+}
+
+TEST(Published, KeepsWhatAReaderHolds) {
+    Published<Marked> published;
+    published.publish(std::make_unique<Marked>());
+    {
+        const auto reading = published.read();
+        published.publish(std::make_unique<Marked>());
+        published.publish(std::make_unique<Marked>());
+        EXPECT_EQ(reading->value, 7u);
+        EXPECT_EQ(published.kept(), 3u);
+    }
+    published.publish(std::make_unique<Marked>());
+    EXPECT_EQ(published.kept(), 1u);
+}
+
+}  // namespace
+}  // namespace zab
