@@ -33,7 +33,7 @@ std::optional<std::string> backupFolder(RestoreSystem& system, bool ntFamily) {
     const auto windows = system.windowsFolder();
     if (!windows) return std::nullopt;
     std::string folder = cacheFolderIn(*windows);
-    if (ntFamily) folder += "\\" + system.userName().value_or(kDefaultUser);
+    if (ntFamily) folder.append("\\").append(system.userName().value_or(kDefaultUser));
     if (!system.exists(folder)) return std::nullopt;
     return folder;
 }
