@@ -11,6 +11,8 @@
 namespace zab::site {
 namespace {
 
+constexpr std::string_view kAnyBrowser = "Mozilla/5.0 (";
+
 // Bytes that do not compress and depend on every byte of the seed (FNV-1a, then xorshift64*).
 std::string generated(std::string_view seed, std::size_t size) {
     std::uint64_t state = 0xcbf29ce484222325u;
@@ -35,7 +37,7 @@ std::string_view missing(Guard guard, const Visit& visit) {
             if (visit.cookie.find(kSessionCookie) == visit.cookie.npos) return "the cookie of the session";
             if (visit.referer != "http://" + std::string(visit.host) + std::string(kSessionPage))
                 return "the referrer";
-            return visit.userAgent == kUserAgent ? "" : "the browser's user agent";
+            return visit.userAgent.substr(0, kAnyBrowser.size()) == kAnyBrowser ? "" : "a browser's user agent";
         case Guard::basic: return visit.authorization == kBasicAuthorization ? "" : "the credentials";
         case Guard::form:
             if (visit.formBody.empty()) return "the form";

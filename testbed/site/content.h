@@ -1,7 +1,5 @@
 // What the site answers to one request: pure, so that the server and the list of expectations cannot disagree.
-
-#ifndef ZAB_TESTBED_SITE_CONTENT_H
-#define ZAB_TESTBED_SITE_CONTENT_H
+#pragma once
 
 #include <string>
 #include <string_view>
@@ -35,5 +33,3 @@ std::string sha256Of(std::string_view bytes);
 std::string gzipOf(std::string_view bytes);
 
 }  // namespace zab::site
-
-#endif

@@ -58,6 +58,11 @@ constexpr Exchange holding(std::string_view key, Exchange row) {
     return row;
 }
 
+// UTF-8 names travel as narrow text of the ANSI code page (1252), so each of their bytes arrives as one
+// character.
+constexpr std::string_view kEncodedWordName = "utf-8''\u00c3\u0153ber.zip";          // Über.zip
+constexpr std::string_view kRawUtf8Name = "utf-8''Gr\u00c3\u00b6\u00c3\u0178e.zip";  // Größe.zip
+
 constexpr Exchange kExchanges[] = {
     stays("/", "a page"),
     stays("/page/style.css", "a style", Load::embedded),
@@ -117,8 +122,8 @@ constexpr Exchange kExchanges[] = {
     named("/attach/quoted", "a b.zip", "quoted name"),
     named("/attach/unquoted", "plain.zip", "unquoted name"),
     named("/attach/parameters", "first.zip", "a name before further parameters"),
-    named("/attach/encoded-word", "utf-8''\u00dcber.zip", "RFC 2047 encoded word"),
-    named("/attach/utf-8", "utf-8''Gr\u00f6\u00dfe.zip", "raw UTF-8"),
+    named("/attach/encoded-word", kEncodedWordName, "RFC 2047 encoded word"),
+    named("/attach/utf-8", kRawUtf8Name, "raw UTF-8"),
     named("/attach/latin-1", "Gr\u00f6\u00dfe.zip", "raw Latin-1"),
     named("/attach/extended", "UTF-8''%C3%9Cber%20uns.zip", "RFC 5987 extended parameter"),
     named("/attach/upper-case", "upper.zip", "the parameter's name in upper case"),
@@ -240,6 +245,7 @@ nlohmann::json expectedOf(const Exchange& row, const Origin& origin) {
             {"flags", row.flags},
             {"fileName", row.fileName},
             {"sha256", managerSha256(row, origin)},
+            {"lacks", row.sends == Sends::oversizedForm ? "form" : ""},
             {"browserSha256", browserSha256(row, origin)},
             {"why", row.why}};
 }

@@ -3,9 +3,7 @@
 //
 // The expectations hold under the settings that stand here too. As JSON, the list is what the stand-in browser
 // reads (testbed/browser/exchange_list.md); each exchange carries an "expected" array with one object per hop.
-
-#ifndef ZAB_TESTBED_SITE_EXCHANGES_H
-#define ZAB_TESTBED_SITE_EXCHANGES_H
+#pragma once
 
 #include <nlohmann/json.hpp>
 #include <string>
@@ -15,12 +13,11 @@ namespace zab::site {
 /// {"settings": {"extensions", "exceptions", "preventKey", "forceKey"}, "exchanges": [...]}. Each "expected"
 /// object holds `url`, `outcome` ("browser", "transfer" or "cancel"), `flags` (of the transfer), `fileName` (as
 /// the download manager is told it), `sha256` (of what the download manager must get; "" where nothing can be
-/// fetched), `browserSha256` (of what the browser reads; "" when it reads no body) and `why`.
+/// fetched), `lacks` (what that file is made without, because no transfer can carry it; "" for nothing),
+/// `browserSha256` (of what the browser reads; "" when it reads no body) and `why`.
 nlohmann::json exchangeList(int port);
 
 /// The page at "/": a link to everything that a click can reach, and what a page embeds.
 std::string startPage();
 
 }  // namespace zab::site
-
-#endif

@@ -2,9 +2,7 @@
 //
 // Bodies are made from the target alone, so every run, on every machine, serves the same bytes under the same
 // hash. Texts are bytes as they go over the wire (a header may hold raw UTF-8 or Latin-1 on purpose).
-
-#ifndef ZAB_TESTBED_SITE_RESOURCES_H
-#define ZAB_TESTBED_SITE_RESOURCES_H
+#pragma once
 
 #include <cstddef>
 #include <span>
@@ -44,5 +42,3 @@ std::span<const Resource> resources() noexcept;
 const Resource* findResource(std::string_view target) noexcept;
 
 }  // namespace zab::site
-
-#endif
