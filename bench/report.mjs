@@ -1,0 +1,136 @@
+// Runs the benchmarks and the peers on the same bytes, and prints one table of ratios.
+//
+//     node bench/report.mjs --build build/host-release [--filter REGEX]
+//
+// The peers are installed from bench/package.json on first use. Every time is the best of several runs, in processor
+// time (for a peer the wall clock where that is less), so that the machine's other work disturbs it least. Exit status 1: a target is missed, or a time grows faster than its input.
+
+import { execFileSync } from 'node:child_process';
+import { existsSync, mkdirSync, readFileSync } from 'node:fs';
+import { dirname, join, resolve } from 'node:path';
+import { fileURLToPath } from 'node:url';
+import { parseArgs } from 'node:util';
+
+const here = dirname(fileURLToPath(import.meta.url));
+const { values: options } = parseArgs({
+  options: {
+    build: { type: 'string', default: join(here, '../build/host-release') },
+    filter: { type: 'string', default: '.' },
+  },
+});
+const build = resolve(options.build);
+const zabBench = join(build, 'zab_bench');
+
+if (!existsSync(join(here, 'node_modules')))
+  execFileSync('npm', ['ci', '--silent'], { cwd: here, stdio: 'inherit' });
+
+// What a peer must do to the same bytes: parse them whole, and say enough to show that it did.
+const { default: HLS } = await import('hls-parser');
+const { Parser: M3u8Parser } = await import('m3u8-parser');
+const { parse: parseMpd } = await import('mpd-parser');
+const { createFile } = await import('mp4box');
+
+const peers = {
+  'm3u8-parser': (bytes) => {
+    const parser = new M3u8Parser();
+    parser.push(bytes.toString());
+    parser.end();
+    return (parser.manifest.playlists ?? parser.manifest.segments).length;
+  },
+  'hls-parser': (bytes) => {
+    const playlist = HLS.parse(bytes.toString());
+    return (playlist.variants ?? playlist.segments).length;
+  },
+  'mpd-parser': (bytes) => parseMpd(bytes.toString(), { manifestUri: 'https://example.com/a.mpd' }).playlists.length,
+  mp4box: (bytes) => {
+    const file = createFile();
+    let tracks = 0;
+    file.onReady = (info) => { tracks = info.tracks.length; };
+    const buffer = new Uint8Array(bytes).buffer;
+    buffer.fileStart = 0;
+    file.appendBuffer(buffer);
+    return tracks;
+  },
+};
+
+// How many times faster than the fastest of its peers, or how many milliseconds at most.
+const targets = {
+  'hls/media playlist': { peers: ['m3u8-parser', 'hls-parser'], times: 5 },
+  'hls/master playlist': { peers: ['m3u8-parser', 'hls-parser'], times: 10 },
+  'dash/manifest': { peers: ['mpd-parser'], times: 10 },
+  'mp4/head': { peers: ['mp4box'], times: 10 },
+  'youtube/watch page': { milliseconds: 10 },
+};
+
+// Twice the input takes about twice the time; an input of a few kilobytes disappears in the noise.
+const kGrowthAllowed = 3;
+
+function bestOf(run) {
+  let best = Infinity;
+  const end = performance.now() + 2000;
+  for (let runs = 0; runs < 5 || performance.now() < end; ++runs) {
+    const start = performance.now();
+    const cpu = process.cpuUsage();
+    if (!(run() > 0)) throw new Error('a peer found nothing');
+    const { user, system } = process.cpuUsage(cpu);
+    best = Math.min(best, performance.now() - start, (user + system) / 1000);
+  }
+  return best;
+}
+
+/// { "parser/input": { "1": {ms, bytes, allocations, peak}, "2": ..., "floor": ... } }
+function ours() {
+  const json = execFileSync(zabBench, [
+    '--benchmark_format=json', '--benchmark_repetitions=5', '--benchmark_min_time=0.05',
+    `--benchmark_filter=${options.filter}`,
+  ], { maxBuffer: 1 << 28, stdio: ['ignore', 'pipe', 'ignore'] });
+  const rows = {};
+  for (const run of JSON.parse(json).benchmarks) {
+    if (run.run_type !== 'iteration') continue;
+    const [parser, input, variant] = run.name.replace(/\/repeats:.*/, '').split('/');
+    const row = (rows[`${parser}/${input}`] ??= {});
+    const ms = run.cpu_time / 1e6;
+    if (!(row[variant]?.ms <= ms)) row[variant] = { ms, ...run };
+  }
+  return rows;
+}
+
+function fastestPeer(name, bytes) {
+  const times = targets[name].peers.map((peer) => ({ peer, ms: bestOf(() => peers[peer](bytes)) }));
+  return times.reduce((a, b) => (b.ms < a.ms ? b : a));
+}
+
+function verdict(name, row, peer) {
+  const target = targets[name];
+  if (target?.times) {
+    const times = peer.ms / row[1].ms;
+    return { text: `${times.toFixed(0)} x ${peer.peer} (${peer.ms.toFixed(1)} ms), wanted ${target.times}`, met: times >= target.times };
+  }
+  if (target) return { text: `wanted below ${target.milliseconds} ms`, met: row[1].ms < target.milliseconds };
+  return { text: '', met: true };
+}
+
+const inputs = join(build, 'bench-inputs');
+mkdirSync(inputs, { recursive: true });
+execFileSync(zabBench, [`--write-inputs=${inputs}`]);
+
+const table = [['input', 'bytes', 'ms', 'MB/s', 'x floor', '2n : n', 'allocations', 'peak : bytes', 'peers']];
+let failed = false;
+for (const [name, row] of Object.entries(ours())) {
+  const peer = targets[name]?.peers && fastestPeer(name, readFileSync(join(inputs, name.replace('/', ' '))));
+  const { text, met } = verdict(name, row, peer);
+  const growth = row[2].ms / row[1].ms;
+  failed ||= !met || growth > kGrowthAllowed;
+  table.push([
+    name, String(row[1].bytes), row[1].ms.toFixed(3), (row[1].bytes / row[1].ms / 1000).toFixed(0),
+    (row[1].ms / row.floor.ms).toFixed(1), growth.toFixed(2) + (growth > kGrowthAllowed ? ' !' : ''),
+    String(row[1].allocations), (row[1].peak / row[1].bytes).toFixed(1), text + (met ? '' : ' MISSED'),
+  ]);
+}
+const compiler = readFileSync(join(build, 'CMakeCache.txt'), 'utf8');
+const cached = (key) => compiler.match(new RegExp(`^${key}:[A-Z]+=(.*)$`, 'm'))?.[1] ?? '';
+console.log(`${cached('CMAKE_CXX_COMPILER')} ${cached('CMAKE_BUILD_TYPE')}, node ${process.version}\n`);
+const widths = table[0].map((_, column) => Math.max(...table.map((line) => line[column].length)));
+for (const line of table)
+  console.log(line.map((cell, i) => (i === 0 || i === 8 ? cell.padEnd(widths[i]) : cell.padStart(widths[i]))).join('  ').trimEnd());
+process.exit(failed ? 1 : 0);
