@@ -10,8 +10,13 @@
 namespace zab {
 
 /// Serves the older generation on top of the newer one, whose length has 64 bits.
-class nsUploadChannel2 final : public Adapter<nsUploadChannel2, nsIUploadChannel> {
+class nsUploadChannel2 final : BrowserObject<nsUploadChannel2, nsIUploadChannel> {
+    using Base = BrowserObject<nsUploadChannel2, nsIUploadChannel>;
+    friend Base;
+
   public:
+    using Base::AddRef, Base::QueryInterface, Base::Release;
+
     explicit nsUploadChannel2(InterfacePtr<nsIUploadChannel17> channel) noexcept
         : channel_(std::move(channel)) {}
 
