@@ -1,0 +1,83 @@
+// Tables in both directions: those of the browser's objects, and calls into the objects of the module.
+//
+// A browser's object here is a bare table of numbered slots, as the published slot numbers give them: it shares
+// no declaration with the module, so a slot too many in one of the module's interface classes is a wrong call.
+// The other direction goes through those classes, read by the browser's compiler.
+#include "freestanding.h"
+#include "standin.h"
+
+uint64_t callHost(StandInObject* object, uint32_t slot, const uint64_t* arguments);
+
+namespace {
+
+template <uint32_t Slot>
+uint64_t operation(StandInObject* self, uint64_t a, uint64_t b, uint64_t c, uint64_t d, uint64_t e,
+                   uint64_t f) {
+    const uint64_t arguments[kStandInArguments] = {a, b, c, d, e, f};
+    return callHost(self, Slot, arguments);
+}
+
+using Operation = uint64_t (*)(StandInObject*, uint64_t, uint64_t, uint64_t, uint64_t, uint64_t, uint64_t);
+
+template <class Number, Number... Slots>
+struct Table {
+    static constexpr Operation kSlots[] = {&operation<Slots>...};
+};
+using ObjectTable = __make_integer_seq<Table, uint32_t, kStandInSlots>;
+
+/// The module's window observer: the operation behind Observe is reached by no published interface.
+class WindowObserver : public nsIObserver {
+  public:
+    virtual nsresult HandleMouseEvent(nsISupports* event) = 0;
+};
+
+template <class T>
+T* pointer(uint64_t argument) {
+    return reinterpret_cast<T*>(argument);
+}
+
+}  // namespace
+
+extern "C" __declspec(dllexport) const void* StandIn_Table() { return ObjectTable::kSlots; }
+
+extern "C" __declspec(dllexport) uint32_t
+    StandIn_CallSlot(void* object, uint32_t slot, const uint64_t* arguments) {
+    const auto* table = *static_cast<Operation* const*>(object);
+    return static_cast<uint32_t>(table[slot](static_cast<StandInObject*>(object), arguments[0], arguments[1],
+                                             arguments[2], arguments[3], arguments[4], arguments[5]));
+}
+
+extern "C" __declspec(dllexport) uint32_t
+    StandIn_Call(StandInCall which, void* object, uint64_t a, uint64_t b, uint64_t c) {
+    switch (which) {
+        case StandInCall::queryInterface:
+            return static_cast<nsISupports*>(object)->QueryInterface(pointer<const nsIID>(a),
+                                                                     pointer<void*>(b));
+        case StandInCall::addRef: return static_cast<nsISupports*>(object)->AddRef();
+        case StandInCall::release: return static_cast<nsISupports*>(object)->Release();
+        case StandInCall::observe:
+            return static_cast<nsIObserver*>(object)->Observe(pointer<nsISupports>(a), pointer<const char>(b),
+                                                              pointer<const char16_t>(c));
+        case StandInCall::modifyRequest:
+            return static_cast<nsIHttpNotify*>(object)->OnModifyRequest(pointer<nsISupports>(a));
+        case StandInCall::examineResponse:
+            return static_cast<nsIHttpNotify*>(object)->OnExamineResponse(pointer<nsISupports>(a));
+        case StandInCall::visitHeader:
+            return static_cast<nsIHttpHeaderVisitor*>(object)->VisitHeader(pointer<const nsACString>(a),
+                                                                           pointer<const nsACString>(b));
+        case StandInCall::visitHeader7:
+            return static_cast<nsIHttpHeaderVisitor_7*>(object)->VisitHeader(pointer<const nsACString>(a),
+                                                                             pointer<const nsACString>(b));
+        case StandInCall::mouseEvent:
+            return static_cast<WindowObserver*>(object)->HandleMouseEvent(pointer<nsISupports>(a));
+        case StandInCall::wantsMoreData:
+            return static_cast<iZABSListener*>(object)->WantsMoreData(pointer<uint32_t>(a));
+        case StandInCall::responseData:
+            return static_cast<iZABSListener*>(object)->OnResponseData(pointer<const uint8_t>(a),
+                                                                       static_cast<uint32_t>(b), 0);
+        case StandInCall::deleteThis:
+            static_cast<iZABSListener*>(object)->DeleteThis(static_cast<uint32_t>(a));
+            return NS_OK;
+    }
+    return NS_ERROR_UNEXPECTED;
+}
