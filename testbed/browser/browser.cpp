@@ -1,0 +1,239 @@
+#include "browser/browser.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "binding/wide_win32.h"
+#include "browser/operations.h"
+
+namespace zab::testbed {
+namespace {
+
+std::string besideProgram(const std::string& name) {
+    if (name.find_first_of("\\/") != std::string::npos) return name;
+    char program[MAX_PATH];
+    const std::string path(program, GetModuleFileNameA(nullptr, program, MAX_PATH));
+    return path.substr(0, path.rfind('\\') + 1) + name;
+}
+
+std::uint64_t argument(const void* pointer) { return reinterpret_cast<std::uint64_t>(pointer); }
+
+}  // namespace
+
+std::vector<std::string> allEntryPoints() {
+    std::vector<std::string> names;
+    for (const auto& entry : kRuntimeEntryPoints) names.emplace_back(entry.name);
+    return names;
+}
+
+Browser::Browser(BrowserOptions options)
+    : options_(std::move(options)),
+      runtime_(besideProgram(options_.runtime)),
+      hostCalls_{this, &onCall, &onEnter, &onServiceManager},
+      debug_(options_.debuggerPresent),
+      thread_(GetCurrentThreadId()) {
+    runtime_.setHost(&hostCalls_);
+    serviceManager_ = &make<BedObject>("service manager");
+    serviceManager_->answersTo(kServiceManager);
+    for (const auto& row : services()) {
+        if (options_.missingServices.count(row.contract) != 0) continue;
+        services_[row.contract] = &make<BedObject>(row.interface->name);
+        services_[row.contract]->answersTo(*row.interface);
+    }
+    // The module looks its entry points up while it is loaded, and only then.
+    const HiddenExports hidden(runtime_.handle(), options_.hiddenEntries);
+    exports_ = ModuleExports::loadCopy(besideProgram(options_.module));
+    containersAtStart_ = runtime_.balance->containers;
+}
+
+Browser::~Browser() {
+    for (const auto& object : objects_) {
+        if (auto* channel = dynamic_cast<Channel*>(object.get())) finishes(*channel);
+        if (auto* target = dynamic_cast<EventTarget*>(object.get()))
+            for (const auto& [type, listener] : std::exchange(target->listeners, {}))
+                callModule(StandInCall::release, listener);
+    }
+    for (const auto& row : std::exchange(observations_, {})) callModule(StandInCall::release, row.observer);
+    runtime_.setHost(nullptr);
+    // The copy of the module stays loaded and may still point at what it holds: the objects outlive the
+    // browser.
+    static auto& graveyard = *new std::vector<std::unique_ptr<BedObject>>;
+    std::ranges::move(objects_, std::back_inserter(graveyard));
+}
+
+// What happens.
+
+nsresult Browser::startsUp() {
+    auto& host = make<BedObject>("extension");
+    const nsresult connected =
+        static_cast<nsresult>(intoModule([&] { return exports_.InitCC(host.asSupports()); }));
+    intoModule([&] { return exports_.Observe(nullptr, "profile-after-change"); });
+    containersAtStart_ = runtime_.balance->containers;
+    return connected;
+}
+
+Page& Browser::opensPage(std::string url, std::u16string title, std::uint64_t documentId) {
+    static std::uint64_t next = 100;
+    return make<Page>(std::move(url), std::move(title), documentId == 0 ? ++next : documentId);
+}
+
+Channel& Browser::requests(Request request) {
+    auto& channel = make<Channel>(std::move(request));
+    notifies("http-on-modify-request", &channel);
+    return channel;
+}
+
+Channel& Browser::clicks(std::string url, Page* page) {
+    Headers headers{{"User-Agent", "Stand-in/52.9"}};
+    if (page != nullptr) headers.emplace_back("Referer", page->url);
+    return requests({.url = std::move(url), .headers = std::move(headers), .page = page});
+}
+
+void Browser::answers(Channel& channel, std::uint32_t status, Headers headers, const char* topic) {
+    channel.status = status;
+    channel.responseHeaders = std::move(headers);
+    notifies(topic, &channel);
+}
+
+void Browser::receives(Channel& channel, std::string_view body) {
+    for (auto* listener : channel.listeners) {
+        std::uint32_t wants = 0;
+        callModule(StandInCall::wantsMoreData, listener, argument(&wants));
+        if (wants != 0) callModule(StandInCall::responseData, listener, argument(body.data()), body.size());
+    }
+}
+
+void Browser::finishes(Channel& channel) {
+    for (auto* listener : std::exchange(channel.listeners, {})) callModule(StandInCall::release, listener);
+    channel.letGo();
+}
+
+ChromeWindow& Browser::opensWindow() {
+    auto& window = make<ChromeWindow>();
+    notifies("domwindowopened", &window);
+    return window;
+}
+
+void Browser::closesWindow(ChromeWindow& window) { notifies("domwindowclosed", &window); }
+
+void Browser::mouse(std::u16string type, Page* page, std::u16string selectedLinks) {
+    auto& event = make<Event>(std::move(type), page);
+    event.selectedLinks = std::move(selectedLinks);
+    intoModule([&] { return exports_.OnME(event.asSupports()); });
+}
+
+void Browser::selectsTab(std::u16string_view documentId) {
+    const PassedText text(runtime_, documentId);
+    intoModule([&] { return exports_.OnTabSelect(text); });
+}
+
+void Browser::unloads(std::u16string_view documentId) {
+    const PassedText text(runtime_, documentId);
+    intoModule([&] { return exports_.OnUnload(text); });
+}
+
+void Browser::notifies(const char* topic, BedObject* subject) {
+    const auto observers = observations_;
+    for (const auto& row : observers)
+        if (row.topic == topic)
+            callModule(StandInCall::observe, row.observer,
+                       argument(subject == nullptr ? nullptr : subject->asSupports()), argument(topic));
+}
+
+// What the module did.
+
+std::vector<std::string> Browser::observedTopics() const {
+    std::vector<std::string> topics;
+    for (const auto& row : observations_) topics.push_back(row.topic);
+    return topics;
+}
+
+std::vector<nsIObserver*> Browser::observers() const {
+    std::vector<nsIObserver*> all;
+    for (const auto& row : observations_) all.push_back(row.observer);
+    return all;
+}
+
+std::string Browser::unbalanced() const {
+    std::string text;
+    for (const auto& object : objects_)
+        if (object->references() != 0)
+            text += std::to_string(object->references()) + " of " + object->name() + "; ";
+    const auto& held = *runtime_.balance;
+    if (held.containers != containersAtStart_)
+        text += std::to_string(held.containers - containersAtStart_) + " string containers; ";
+    if (held.clones != 0) text += std::to_string(held.clones) + " cloned texts; ";
+    return text;
+}
+
+// Calls in both directions.
+
+std::uint64_t Browser::intoModule(const std::function<std::uint64_t()>& call) {
+    const bool before = std::exchange(moduleRuns_, true);
+    const auto result = call();
+    moduleRuns_ = before;
+    return result;
+}
+
+std::uint64_t Browser::callModule(StandInCall which, void* object, std::uint64_t a, std::uint64_t b,
+                                  std::uint64_t c) {
+    return intoModule([&] { return runtime_.callModule(which, object, a, b, c); });
+}
+
+std::uint64_t Browser::onCall(void* context, StandInObject* raw, std::uint32_t slot,
+                              const std::uint64_t* arguments) {
+    auto& browser = *static_cast<Browser*>(context);
+    const bool before = std::exchange(browser.moduleRuns_, false);
+    const auto result = browser.called(*static_cast<BedObject::Handle*>(raw->context), slot, arguments);
+    browser.moduleRuns_ = before;
+    return result;
+}
+
+std::uint64_t Browser::called(BedObject::Handle& handle, std::uint32_t slot, const std::uint64_t* arguments) {
+    auto& object = *handle.owner;
+    const std::string operation = std::string(handle.interface->name) + "." + std::to_string(slot);
+    if (GetCurrentThreadId() != thread_) violates(operation + " is called on a thread of the module");
+    if (object.dead()) violates(operation + " of a dead " + object.name());
+    if (slot == 1) return static_cast<std::uint32_t>(++handle.references);
+    if (slot == 2) {
+        if (handle.references == 0) violates(object.name() + " is released too often");
+        return static_cast<std::uint32_t>(--handle.references);
+    }
+    if (operation.starts_with("helper") && slot != 0) ++helperCalls_;
+    if (const nsresult fault = faults_.step(operation); failed(fault)) return fault;
+    if (slot == 0)
+        return queried(object, reinterpret_cast<const nsIID*>(arguments[0]),
+                       reinterpret_cast<void**>(arguments[1]));
+    for (const auto& row : handle.interface->operations)
+        if (row.slot == slot) return row.run(Call(*this, object, slot, arguments));
+    violates(operation + " is no operation that the module may call");
+    return NS_ERROR_NOT_IMPLEMENTED;
+}
+
+nsresult Browser::queried(BedObject& object, const nsIID* iid, void** result) {
+    auto* handle = object.handleFor(*iid);
+    *result = handle == nullptr ? nullptr : &handle->raw;
+    if (handle == nullptr) return NS_ERROR_NO_INTERFACE;
+    ++handle->references;
+    return NS_OK;
+}
+
+nsresult Browser::onEnter(void* context, const char* entryPoint) {
+    auto& browser = *static_cast<Browser*>(context);
+    return browser.moduleRuns_ ? browser.faults_.step(entryPoint) : NS_OK;
+}
+
+nsresult Browser::onServiceManager(void* context, nsIServiceManager** out) {
+    auto& browser = *static_cast<Browser*>(context);
+    return browser.queried(*browser.serviceManager_, &nsIServiceManager::kIID, reinterpret_cast<void**>(out));
+}
+
+nsresult Browser::service(const std::string& contract, const nsIID* iid, void** result) {
+    *result = nullptr;
+    if (const nsresult fault = faults_.step("service " + contract); failed(fault)) return fault;
+    const auto found = services_.find(contract);
+    return found == services_.end() ? 0x80040154 : queried(*found->second, iid, result);  // not registered
+}
+
+}  // namespace zab::testbed

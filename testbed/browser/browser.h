@@ -1,0 +1,141 @@
+// The stand-in browser with its extension: loads runtime and module, plays what happens, and keeps what the
+// module did.
+//
+// One browser at a time in a process. Each loads a copy of the module of its own, which stays loaded: the
+// module is never unloaded in a browser's life, and its state starts anew with the copy.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "browser/debug_lines.h"
+#include "browser/faults.h"
+#include "browser/module_exports.h"
+#include "browser/runtime_library.h"
+#include "browser/world.h"
+
+namespace zab::testbed {
+
+struct BrowserOptions {
+    /// Decides which generation of each interface the browser's objects answer to, and how wide a boolean is.
+    /// The module reads its own number from the program's version resource.
+    int version = 52;
+    std::string runtime = "xul.dll";  // beside the program, unless a path
+    std::string module = "zabcchandler7_64.dll";
+    std::vector<std::string> hiddenEntries{};  // entry points that the runtime does not export
+    std::set<std::string> missingServices{};   // contract IDs
+    /// Whether the process claims to be debugged, as far as the module can ask.
+    bool debuggerPresent = true;
+};
+
+/// The 23 names, for a runtime that exports none of them.
+std::vector<std::string> allEntryPoints();
+
+class Browser {
+  public:
+    explicit Browser(BrowserOptions options = {});
+    /// Shuts down: gives every object of the module back.
+    ~Browser();
+    Browser(const Browser&) = delete;
+    Browser& operator=(const Browser&) = delete;
+
+    // What happens.
+
+    /// The extension hands itself over and passes the start-up notification on.
+    nsresult startsUp();
+    Page& opensPage(std::string url, std::u16string title = u"Page", std::uint64_t documentId = 0);
+    /// A request is about to be sent.
+    Channel& requests(Request request);
+    /// A top-level load of a link, from `page` when there is one.
+    Channel& clicks(std::string url, Page* page = nullptr);
+    /// The answer's headers have arrived.
+    void answers(Channel& channel, std::uint32_t status, Headers headers = {},
+                 const char* topic = "http-on-examine-response");
+    /// The answer's body arrives, for the listeners that want it; the end gives them back.
+    void receives(Channel& channel, std::string_view body);
+    void finishes(Channel& channel);
+    ChromeWindow& opensWindow();
+    void closesWindow(ChromeWindow& window);
+    void mouse(std::u16string type, Page* page = nullptr, std::u16string selectedLinks = {});
+    void selectsTab(std::u16string_view documentId);
+    void unloads(std::u16string_view documentId);
+    void notifies(const char* topic, BedObject* subject);
+
+    // What the browser holds.
+
+    template <class T, class... Arguments>
+    T& make(Arguments&&... arguments) {
+        auto object = std::make_unique<T>(*this, std::forward<Arguments>(arguments)...);
+        T& result = *object;
+        objects_.push_back(std::move(object));
+        return result;
+    }
+    std::vector<Cookie> cookies;
+    std::map<std::string, std::u16string> bodyFiles;  // by URL
+    BedObject* selectedTab = nullptr;                 // what the plain helper answers
+
+    // What the module did.
+
+    [[nodiscard]] std::vector<std::string> observedTopics() const;
+    /// In the order of their registration.
+    [[nodiscard]] std::vector<nsIObserver*> observers() const;
+    [[nodiscard]] std::uint32_t helperCalls() const { return helperCalls_; }
+    [[nodiscard]] std::uint32_t refreshes() const { return refreshes_; }
+    [[nodiscard]] BedObject* host() const { return host_; }
+    /// Debugger lines since the last time they were taken.
+    std::vector<std::string> takesDebugLines() { return debug_.take(); }
+    /// Calls that no browser would survive or understand; empty is right.
+    [[nodiscard]] const std::vector<std::string>& violations() const { return violations_; }
+    /// What the module still holds of the browser's objects and strings, beyond what it held when it had
+    /// started up; empty is right.
+    [[nodiscard]] std::string unbalanced() const;
+
+    Faults& faults() { return faults_; }
+    [[nodiscard]] const BrowserOptions& options() const { return options_; }
+    [[nodiscard]] const RuntimeLibrary& runtime() const { return runtime_; }
+    [[nodiscard]] const ModuleExports& module() const { return exports_; }
+    /// Everything that calls the module goes through here: faults count only while it runs.
+    std::uint64_t intoModule(const std::function<std::uint64_t()>& call);
+    std::uint64_t callModule(StandInCall which, void* object, std::uint64_t a = 0, std::uint64_t b = 0,
+                             std::uint64_t c = 0);
+
+  private:
+    friend class Call;
+    friend struct Operations;
+
+    struct Observation {
+        nsIObserver* observer;
+        std::string topic;
+    };
+
+    static std::uint64_t onCall(void*, StandInObject* raw, std::uint32_t slot, const std::uint64_t* arguments);
+    static nsresult onEnter(void*, const char* entryPoint);
+    static nsresult onServiceManager(void*, nsIServiceManager** out);
+    std::uint64_t called(BedObject::Handle& handle, std::uint32_t slot, const std::uint64_t* arguments);
+    nsresult queried(BedObject& object, const nsIID* iid, void** result);
+    nsresult service(const std::string& contract, const nsIID* iid, void** result);
+    void violates(std::string what) { violations_.push_back(std::move(what)); }
+
+    BrowserOptions options_;
+    RuntimeLibrary runtime_;
+    ModuleExports exports_;
+    StandInHost hostCalls_;
+    DebugLines debug_;
+    Faults faults_;
+    bool moduleRuns_ = false;
+    std::uint32_t thread_;
+    std::vector<std::unique_ptr<BedObject>> objects_;
+    std::map<std::string, BedObject*> services_;
+    BedObject* serviceManager_;
+    BedObject* host_ = nullptr;
+    std::vector<Observation> observations_;
+    std::uint32_t helperCalls_ = 0;
+    std::uint32_t refreshes_ = 0;
+    std::int32_t containersAtStart_ = 0;
+    std::vector<std::string> violations_;
+};
+
+}  // namespace zab::testbed

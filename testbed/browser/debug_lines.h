@@ -1,0 +1,27 @@
+// Text on the debugger output of this process, caught inside it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace zab::testbed {
+
+/// Catches from its making to its end. Narrow text stays as it was written; wide text becomes UTF-8, or the
+/// system's code page where the system itself turns it narrow, as Wine does.
+class DebugLines {
+  public:
+    /// `claimDebugger`: the process tells whoever asks that a debugger watches it.
+    explicit DebugLines(bool claimDebugger);
+    ~DebugLines();
+    DebugLines(const DebugLines&) = delete;
+    DebugLines& operator=(const DebugLines&) = delete;
+
+    /// Complete lines since the last call, without their ends; a write without an end is completed by the next.
+    std::vector<std::string> take();
+
+  private:
+    void* handler_;
+    unsigned char before_;  // the process's own answer to whether it is debugged
+};
+
+}  // namespace zab::testbed

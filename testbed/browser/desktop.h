@@ -1,0 +1,57 @@
+// What stands around the browser on a desktop: the download manager's settings, the keys that are held, and the
+// message boxes that the process shows.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zab::testbed {
+
+/// The download manager's settings tree under HKEY_CURRENT_USER: new at its making, gone at its end. It begins
+/// with what an installed download manager has: a version mark and a program path.
+class SettingsTree {
+  public:
+    static constexpr const char* kProgram = "C:\\ZabrionHub\\zabrion.exe";
+
+    SettingsTree();
+    ~SettingsTree();
+    SettingsTree(const SettingsTree&) = delete;
+    SettingsTree& operator=(const SettingsTree&) = delete;
+
+    /// `path` is a value's name, behind the keys below the tree's root: "SpecialKeys\\CtrlF".
+    SettingsTree& set(const std::string& path, std::string_view text);
+    SettingsTree& set(const std::string& path, std::uint32_t number);
+    SettingsTree& remove(const std::string& path);
+    [[nodiscard]] std::optional<std::uint32_t> number(const std::string& path) const;
+    [[nodiscard]] std::optional<std::string> text(const std::string& path) const;
+    /// The change that the download manager signals when it has written settings.
+    void touchConfigTime();
+
+    static void removeAll();
+};
+
+/// Holds keys down, for this thread, until it goes out of scope. Virtual-key codes.
+class HeldKeys {
+  public:
+    explicit HeldKeys(const std::vector<std::uint8_t>& keys);
+    ~HeldKeys();
+    HeldKeys(const HeldKeys&) = delete;
+    HeldKeys& operator=(const HeldKeys&) = delete;
+};
+
+struct ShownBox {
+    std::u16string title, text;
+};
+
+/// Waits for a message box of this process, reads it and presses a button (IDOK, IDYES, IDNO ...). Needs a
+/// display.
+std::optional<ShownBox> answerMessageBox(int button,
+                                         std::chrono::milliseconds patience = std::chrono::seconds(10));
+/// Whether a message box of this process is open now.
+bool messageBoxIsOpen();
+
+}  // namespace zab::testbed

@@ -1,0 +1,35 @@
+// The module's fourteen exports, as an extension declares them.
+#pragma once
+
+#include <string>
+
+#include "binding/interfaces/supports.h"
+
+namespace zab::testbed {
+
+struct ModuleExports {
+    /// Loads the library at `path`. Throws std::runtime_error when it or one of its exports is missing.
+    static ModuleExports load(const std::string& path);
+    /// Loads a copy of the library under a name of its own, so that its state starts anew.
+    static ModuleExports loadCopy(const std::string& path);
+
+    nsresult (*InitCC)(nsISupports* host);
+    nsresult (*Observe)(nsISupports* subject, const char* topic);
+    nsresult (*OnTabSelect)(const nsAString* documentId);
+    nsresult (*OnGetSelectedTabID)(const nsAString* documentId);
+    nsresult (*OnUnload)(const nsAString* documentId);
+    nsresult (*OnME)(nsISupports* event);
+    nsresult (*GetListenerState)();
+    std::int32_t (*ShouldLoad)(std::uint32_t type, const nsACString* url, const nsACString* origin,
+                               nsISupports* context, const nsACString* mimeGuess);
+    std::int32_t (*ShouldLoad2)(std::uint32_t type, const nsACString* url, const nsACString* origin,
+                                nsISupports* context, const nsACString* mimeGuess, const nsAString* documentId);
+    std::int32_t (*ShouldLoad_old1)(std::uint32_t type, const nsACString* url, nsISupports* context);
+    nsresult (*DownloadLinkWithZAB)(const nsAString* url, const nsAString* referrer, const nsAString* cookies,
+                                    const nsAString* description);
+    nsresult (*DownloadAllWithZAB)(const nsAString* markup, const nsAString* pageUrl, const nsAString* cookies);
+    nsresult (*DownloadLastFLVwithZAB)(const nsAString* documentId);
+    nsresult (*DownloadLast10FLVwithZAB)(const nsAString* documentId);
+};
+
+}  // namespace zab::testbed
