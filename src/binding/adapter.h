@@ -1,23 +1,52 @@
-// Adapters: objects of ours that serve the module's layout of an interface on top of a browser object that has
-// another.
+// What every adapter is beside its operations: a counted object that answers the module's own interface, and
+// the call of a browser object's operation by its slot.
 #pragma once
 
 #include <cstdint>
 #include <cstring>
+#include <new>
 #include <utility>
 
-#include "binding/browser_object.h"
 #include "binding/interface_ptr.h"
 
 namespace zab {
 
-/// A new adapter, seen through the module's interface; nothing without memory. An adapter derives from that
-/// interface privately: the query is the only way in.
+/// `Self` is final and destroys itself when its last reference goes: there is no virtual destructor, because
+/// the two sides lay one out differently. The count starts at 0; main thread only.
+template <class Self, class Module>
+class Adapter : protected Module {
+  public:
+    nsresult QueryInterface(const nsIID* iid, void** result) override {
+        if (result == nullptr) return NS_ERROR_NULL_POINTER;
+        *result = nullptr;
+        if (iid == nullptr || (*iid != Module::kIID && *iid != nsISupports::kIID)) return NS_ERROR_NO_INTERFACE;
+        AddRef();
+        *result = static_cast<Module*>(this);
+        return NS_OK;
+    }
+    uint32_t AddRef() override { return ++references_; }
+    uint32_t Release() override {
+        const uint32_t left = --references_;
+        if (left == 0) delete static_cast<Self*>(this);
+        return left;
+    }
+
+  protected:
+    ~Adapter() = default;
+
+  private:
+    uint32_t references_ = 0;
+};
+
+/// A new adapter, seen through the module's interface; nothing without memory.
 template <class Self, class Module, class... Arguments>
 InterfacePtr<Module> adapted(Arguments&&... arguments) noexcept {
-    const auto adapter = makeObject<Self>(std::forward<Arguments>(arguments)...);
+    Self* const created = new (std::nothrow) Self(std::forward<Arguments>(arguments)...);
+    if (created == nullptr) return {};
+    created->AddRef();
+    const InterfacePtr<Self> held(created);
     void* raw = nullptr;
-    if (!adapter || failed(adapter->QueryInterface(&Module::kIID, &raw))) return {};
+    if (failed(held->QueryInterface(&Module::kIID, &raw))) return {};
     return InterfacePtr<Module>(static_cast<Module*>(raw));
 }
 

@@ -16,14 +16,10 @@ namespace zab {
 
 /// `In17` is the layout that version 17 has under the same identifier.
 template <BaseWindowLayout Layout, BaseWindowLayout In17 = Layout>
-class BaseWindowAdapter final : BrowserObject<BaseWindowAdapter<Layout, In17>, nsIBaseWindow> {
-    using Base = BrowserObject<BaseWindowAdapter<Layout, In17>, nsIBaseWindow>;
-    friend Base;
+class BaseWindowAdapter final : public Adapter<BaseWindowAdapter<Layout, In17>, nsIBaseWindow> {
     using Operation = BaseWindowOperation;
 
   public:
-    using Base::AddRef, Base::QueryInterface, Base::Release;
-
     BaseWindowAdapter(InterfacePtr<nsISupports> window, std::int32_t browserMajor) noexcept
         : window_(std::move(window)), layout_(browserMajor == 17 ? In17 : Layout) {}
 

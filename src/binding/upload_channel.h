@@ -10,13 +10,8 @@
 namespace zab {
 
 /// Serves the older generation on top of the newer one, whose length has 64 bits.
-class nsUploadChannel2 final : BrowserObject<nsUploadChannel2, nsIUploadChannel> {
-    using Base = BrowserObject<nsUploadChannel2, nsIUploadChannel>;
-    friend Base;
-
+class nsUploadChannel2 final : public Adapter<nsUploadChannel2, nsIUploadChannel> {
   public:
-    using Base::AddRef, Base::QueryInterface, Base::Release;
-
     explicit nsUploadChannel2(InterfacePtr<nsIUploadChannel17> channel) noexcept
         : channel_(std::move(channel)) {}
 

@@ -53,6 +53,5 @@ void takesFile(CLI::App& command, Arguments& arguments);
 
 // Each family of commands stands in a file of its own and lists its rows.
 std::span<const Command> formatCommands();  // media formats
-std::span<const Command> siteCommands();    // YouTube, Facebook, Vimeo
 
 }  // namespace zabprobe
