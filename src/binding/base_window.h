@@ -21,7 +21,9 @@ class BaseWindowAdapter final : public Adapter<BaseWindowAdapter<Layout, In17>, 
 
   public:
     BaseWindowAdapter(InterfacePtr<nsISupports> window, std::int32_t browserMajor) noexcept
-        : window_(std::move(window)), layout_(browserMajor == 17 ? In17 : Layout) {}
+        : window_(std::move(window)), layout_(Layout) {
+        if (browserMajor == 17) layout_ = In17;
+    }
 
     nsresult InitWindow(void* parentNativeWindow, void* parentWidget, int32_t x, int32_t y, int32_t cx,
                         int32_t cy) override {

@@ -17,7 +17,8 @@ constexpr std::uint8_t kForeign = 64;
 constexpr auto kValues = [] {
     std::array<std::uint8_t, 256> values{};
     values.fill(kForeign);
-    for (std::uint8_t i = 0; i < kAlphabet.size(); ++i) values[static_cast<std::uint8_t>(kAlphabet[i])] = i;
+    std::uint8_t next = 0;
+    for (const char c : kAlphabet) values[static_cast<std::uint8_t>(c)] = next++;
     return values;
 }();
 

@@ -180,20 +180,20 @@ struct LayoutCase {
     const char* name;
     nsIID iid;
     Asked asked;
-    const char* operations;
-    std::size_t booleanBytes;
     std::int32_t version;
+    std::size_t booleanBytes;
+    const char* operations;
 };
 
 constexpr LayoutCase kLayouts[] = {
-    {"A through the requestor", kIidA, Asked::throughRequestor, kA, 4, 9},
-    {"B", kIidB, Asked::directly, kB, 1, 16},
-    {"B of 17", kIidB, Asked::directly, kB17, 1, 17},
-    {"B of an unknown version", kIidB, Asked::directly, kB, 1, 4},
-    {"C", kIidC, Asked::directly, kCAndD, 1, 18},
-    {"C of 17: the version changes B alone", kIidC, Asked::directly, kCAndD, 1, 17},
-    {"D", kIidD, Asked::directly, kCAndD, 1, 45},
-    {"E", kIidE, Asked::directly, kE, 1, 52},
+    {"A through the requestor", kIidA, Asked::throughRequestor, 9, 4, kA},
+    {"B", kIidB, Asked::directly, 16, 1, kB},
+    {"B of 17", kIidB, Asked::directly, 17, 1, kB17},
+    {"B of an unknown version", kIidB, Asked::directly, 4, 1, kB},
+    {"C", kIidC, Asked::directly, 18, 1, kCAndD},
+    {"C of 17: the version changes B alone", kIidC, Asked::directly, 17, 1, kCAndD},
+    {"D", kIidD, Asked::directly, 45, 1, kCAndD},
+    {"E", kIidE, Asked::directly, 52, 1, kE},
 };
 
 /// Where results go, and pointers that are only passed on.
