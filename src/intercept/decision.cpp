@@ -227,7 +227,8 @@ ResponseFacts factsOf(const CapturedHeaders& headers, std::uint32_t status, std:
 
 Decision decide(const ResponseFacts& facts, const SettingsView& settings) {
     if (examinationOf(facts.status) != Examination::content) {
-        Decision decision = plain(Outcome::browser, Reason::statusNotExamined);
+        Decision decision =
+            plain(Outcome::browser, facts.status == 0 ? Reason::noResponse : Reason::statusNotExamined);
         decision.status = facts.status;
         return decision;
     }

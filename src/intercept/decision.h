@@ -34,6 +34,7 @@ enum class Reason : std::uint8_t {
     redirectFollowed,  // the records of the request take the new URL
     redirectWithoutLocation,
     ftpRedirectCaught,
+    noResponse,
     statusNotExamined,
     caughtByFileName,
     caughtByAttachmentUrl,

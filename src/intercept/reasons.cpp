@@ -26,6 +26,7 @@ constexpr ReasonRow kReasons[] = {
     {Reason::redirectWithoutLocation, "The server redirects without saying where to."},
     {Reason::ftpRedirectCaught,
      "The server redirects to an FTP file whose extension is in the list of extensions to catch."},
+    {Reason::noResponse, "There was no response: the request failed, or something else answered it."},
     {Reason::statusNotExamined, "The response status is {}; only responses of status 200 and 206 are caught."},
     {Reason::caughtByFileName,
      "The server named the file, and its extension is in the list of extensions to catch."},

@@ -52,6 +52,8 @@ struct Command {
 void takesFile(CLI::App& command, Arguments& arguments);
 
 // Each family of commands stands in a file of its own and lists its rows.
-std::span<const Command> formatCommands();  // media formats
+std::span<const Command> formatCommands();    // media formats
+std::span<const Command> headerCommands();    // headers and addresses
+std::span<const Command> exchangeCommands();  // whole exchanges
 
 }  // namespace zabprobe
