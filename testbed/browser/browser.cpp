@@ -17,6 +17,9 @@ std::string besideProgram(const std::string& name) {
     return path.substr(0, path.rfind('\\') + 1) + name;
 }
 
+/// The name under which the module has loaded its runtime.
+std::string loadedRuntime() { return GetModuleHandleA("xpcom.dll") != nullptr ? "xpcom.dll" : "xul.dll"; }
+
 std::uint64_t argument(const void* pointer) { return reinterpret_cast<std::uint64_t>(pointer); }
 
 }  // namespace
@@ -29,7 +32,8 @@ std::vector<std::string> allEntryPoints() {
 
 Browser::Browser(BrowserOptions options)
     : options_(std::move(options)),
-      runtime_(besideProgram(options_.runtime)),
+      exports_(options_.runtime.empty() ? loadModule() : ModuleExports{}),
+      runtime_(options_.runtime.empty() ? loadedRuntime() : besideProgram(options_.runtime)),
       hostCalls_{this, &onCall, &onEnter, &onServiceManager},
       debug_(options_.debuggerPresent),
       thread_(GetCurrentThreadId()) {
@@ -43,8 +47,13 @@ Browser::Browser(BrowserOptions options)
     }
     // The module looks its entry points up while it is loaded, and only then.
     const HiddenExports hidden(runtime_.handle(), options_.hiddenEntries);
-    exports_ = ModuleExports::loadCopy(besideProgram(options_.module));
+    if (!options_.runtime.empty()) exports_ = loadModule();
     containersAtStart_ = runtime_.balance->containers;
+}
+
+ModuleExports Browser::loadModule() const {
+    const auto path = besideProgram(options_.module);
+    return options_.freshCopy ? ModuleExports::loadCopy(path) : ModuleExports::load(path);
 }
 
 Browser::~Browser() {

@@ -23,8 +23,10 @@ struct BrowserOptions {
     /// Decides which generation of each interface the browser's objects answer to, and how wide a boolean is.
     /// The module reads its own number from the program's version resource.
     int version = 52;
-    std::string runtime = "xul.dll";  // beside the program, unless a path
+    /// Beside the program, unless a path. Loaded before the module; empty: the module finds and loads it.
+    std::string runtime = "xul.dll";
     std::string module = "zabcchandler7_64.dll";
+    bool freshCopy = true;                     // of the module; else the file itself is loaded
     std::vector<std::string> hiddenEntries{};  // entry points that the runtime does not export
     std::set<std::string> missingServices{};   // contract IDs
     /// Whether the process claims to be debugged, as far as the module can ask.
@@ -119,9 +121,11 @@ class Browser {
     nsresult service(const std::string& contract, const nsIID* iid, void** result);
     void violates(std::string what) { violations_.push_back(std::move(what)); }
 
+    ModuleExports loadModule() const;
+
     BrowserOptions options_;
+    ModuleExports exports_{};  // before the runtime, which it may have to find
     RuntimeLibrary runtime_;
-    ModuleExports exports_;
     StandInHost hostCalls_;
     DebugLines debug_;
     Faults faults_;

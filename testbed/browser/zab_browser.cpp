@@ -1,0 +1,233 @@
+// zab_browser: the stand-in browser as a program. Makes real HTTP exchanges with the module loaded; what it
+// reads and writes is told in exchange_list.md.
+#include <CLI/CLI.hpp>
+#include <atomic>
+#include <fstream>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+#include "binding/browser_version.h"
+#include "binding/utf.h"
+#include "binding/wide_win32.h"
+#include "browser/browser.h"
+#include "browser/desktop.h"
+#include "browser/web_client.h"
+
+namespace {
+
+using namespace zab::testbed;
+using nlohmann::json;
+
+constexpr int kBadInput = 2;
+constexpr int kTooLong = 3;
+constexpr int kPatienceSeconds = 60;
+constexpr int kMostHops = 20;
+constexpr std::uint32_t kReplacesLoad = 0x40000;
+
+std::atomic<int> g_secondsLeft{kPatienceSeconds};
+
+void endWhenAnExchangeHangs() {
+    std::thread([] {
+        while (--g_secondsLeft > 0) std::this_thread::sleep_for(std::chrono::seconds(1));
+        std::cerr << "zab_browser: the time of an exchange ran out\n";
+        TerminateProcess(GetCurrentProcess(), kTooLong);
+    }).detach();
+}
+
+std::vector<std::uint8_t> keysOf(const json& exchange) {
+    const struct {
+        const char* name;
+        std::uint8_t code;
+    } names[] = {{"ctrl", VK_CONTROL},
+                 {"alt", VK_MENU},
+                 {"shift", VK_SHIFT},
+                 {"insert", VK_INSERT},
+                 {"delete", VK_DELETE}};
+    std::vector<std::uint8_t> keys;
+    for (const auto& key : exchange.value("keys", std::vector<std::string>{})) {
+        const auto* row =
+            std::find_if(std::begin(names), std::end(names), [&](auto& n) { return key == n.name; });
+        if (row != std::end(names)) keys.push_back(row->code);
+        if (key.size() == 1) keys.push_back(static_cast<std::uint8_t>(std::toupper(key[0])));
+    }
+    return keys;
+}
+
+std::uint32_t loadFlagsOf(const json& exchange) {
+    const auto load = exchange.value("load", "top");
+    const auto named = load == "top" ? kTopLevelLoad : load == "document" ? kDocumentLoad : kEmbedded;
+    return exchange.value("loadFlags", named);
+}
+
+/// A form as the browser holds it for sending: its own header block, then the bytes.
+Upload uploadOf(const std::string& form, const std::string& type) {
+    return {.bytes = "Content-Type: " + type + "\r\nContent-Length: " + std::to_string(form.size()) +
+                     "\r\n\r\n" + form};
+}
+
+std::string fileNameOf(HMODULE module) {
+    char path[MAX_PATH];
+    const std::string whole(path, GetModuleFileNameA(module, path, MAX_PATH));
+    return whole.substr(whole.rfind('\\') + 1);
+}
+
+/// What this program's own version resource says; empty without one.
+std::string programVersion() {
+    char path[MAX_PATH];
+    GetModuleFileNameA(nullptr, path, MAX_PATH);
+    std::vector<char> block(GetFileVersionInfoSizeA(path, nullptr));
+    void* text = nullptr;
+    UINT length = 0;
+    if (block.empty() || !GetFileVersionInfoA(path, 0, static_cast<DWORD>(block.size()), block.data()) ||
+        !VerQueryValueA(block.data(), "\\StringFileInfo\\040904b0\\FileVersion", &text, &length))
+        return {};
+    return static_cast<const char*>(text);
+}
+
+/// Whose generation of interfaces this program shows; without a version resource the oldest one in range.
+int generationOf(const std::string& version) {
+    return version.empty() ? zab::kUnknownBrowserVersion : zab::majorOfFileVersion(zab::utf16FromUtf8(version));
+}
+
+class Program {
+  public:
+    explicit Program(BrowserOptions options) : browser_(std::move(options)) { browser_.startsUp(); }
+
+    void introduces() {
+        const json line{{"browser", fileNameOf(nullptr)},
+                        {"version", programVersion()},
+                        {"runtime", fileNameOf(static_cast<HMODULE>(browser_.runtime().handle()))},
+                        {"observed", browser_.observedTopics()}};
+        browser_.takesDebugLines();
+        print(line);
+    }
+
+    void makes(const json& exchange) {
+        const HeldKeys keys(keysOf(exchange));
+        std::string form = exchange.value("body", "");
+        Request request{.url = exchange.at("url"),
+                        .method = exchange.value("method", form.empty() ? "GET" : "POST"),
+                        .loadFlags = loadFlagsOf(exchange),
+                        .page = pageOf(exchange)};
+        for (const auto& [name, value] : exchange.value("headers", json::object()).items())
+            request.headers.emplace_back(name, value);
+        if (!form.empty()) {
+            const auto type = exchange.value("bodyType", "application/x-www-form-urlencoded");
+            request.headers.emplace_back("Content-Type", type);
+            request.upload = uploadOf(form, type);
+        }
+        for (int hop = 0; hop < kMostHops; ++hop) {
+            g_secondsLeft = kPatienceSeconds;
+            const auto next = hops(exchange.value("name", ""), request, form);
+            if (next.empty()) return;
+            // A redirect is followed with a plain request.
+            request.url = next;
+            request.method = "GET";
+            request.upload.reset();
+            request.loadFlags |= kReplacesLoad;
+            std::erase_if(request.headers, [](const auto& header) { return header.first == "Content-Type"; });
+            form.clear();
+        }
+    }
+
+  private:
+    /// One request and its answer; gives the URL that it redirects to, or nothing.
+    std::string hops(const std::string& name, const Request& request, const std::string& form) {
+        const auto callsBefore = browser_.helperCalls();
+        browser_.takesDebugLines();
+        json line{{"name", name}, {"url", request.url}, {"method", request.method}, {"cancelled", ""},
+                  {"status", 0},  {"location", ""},     {"newLocation", ""},        {"bytes", 0},
+                  {"sha256", ""}, {"error", ""}};
+        auto& channel = browser_.requests(request);
+        std::string next;
+        if (channel.cancelled()) {
+            line["cancelled"] = "request";
+        } else {
+            try {
+                next = fetches(channel, form, line);
+            } catch (const std::exception& error) {
+                line["error"] = error.what();
+            }
+        }
+        line["cancelStatus"] = channel.cancelled() ? channel.cancels.front() : 0;
+        line["listeners"] = channel.listeners.size();
+        browser_.finishes(channel);
+        line["helperCalls"] = browser_.helperCalls() - callsBefore;
+        line["debug"] = browser_.takesDebugLines();
+        if (!browser_.violations().empty()) line["violations"] = browser_.violations();
+        print(line);
+        return next;
+    }
+
+    std::string fetches(Channel& channel, const std::string& form, json& line) {
+        if (!channel.request.url.starts_with("http")) throw std::runtime_error("only http is fetched");
+        const auto answer = fetch(channel.request, form);
+        line["status"] = answer->status;
+        browser_.answers(channel, answer->status, answer->headers);
+        for (const auto& [key, value] : answer->headers)
+            if (_stricmp(key.c_str(), "Location") == 0) line["location"] = value;
+        for (const auto& [key, value] : channel.written)
+            if (_stricmp(key.c_str(), "Location") == 0) line["newLocation"] = value;
+        if (channel.cancelled()) {
+            line["cancelled"] = "response";
+            return {};
+        }
+        const auto location = channel.responseHeader("Location");
+        if (location && answer->status / 100 == 3) return resolved(channel.request.url, *location);
+        const auto body = answer->body();
+        browser_.receives(channel, body);
+        line["bytes"] = body.size();
+        if (!body.empty()) line["sha256"] = sha256Of(body);
+        return {};
+    }
+
+    Page* pageOf(const json& exchange) {
+        const auto told = exchange.find("page");
+        if (told == exchange.end()) return nullptr;
+        const auto id = told->value("id", std::uint64_t{0});
+        auto& page = pages_[id];
+        if (page == nullptr) page = &browser_.opensPage({}, {}, id);
+        page->url = told->value("url", "");
+        page->title = zab::utf16FromUtf8(told->value("title", ""));
+        return page;
+    }
+
+    static void print(const json& line) {
+        std::cout << line.dump(-1, ' ', false, json::error_handler_t::replace) << std::endl;
+    }
+
+    Browser browser_;
+    std::map<std::uint64_t, Page*> pages_;
+};
+
+json exchangesIn(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    json list = json::parse(file);
+    return list.is_object() ? list.at("exchanges") : list;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("The stand-in browser: makes every exchange of a list with the module loaded.");
+    BrowserOptions options{.runtime = "", .freshCopy = false};
+    std::string list;
+    app.add_option("--module", options.module, "the module's library")->required();
+    app.add_option("--list", list, "JSON file of exchanges")->required();
+    app.add_option("--runtime", options.runtime,
+                   "runtime that is loaded before the module; else it finds its own");
+    CLI11_PARSE(app, argc, argv);
+    endWhenAnExchangeHangs();
+    try {
+        const json exchanges = exchangesIn(list);
+        options.version = generationOf(programVersion());
+        Program program(options);
+        program.introduces();
+        for (const auto& exchange : exchanges) program.makes(exchange);
+        return 0;
+    } catch (const std::exception& error) {
+        std::cerr << "zab_browser: " << error.what() << '\n';
+        return kBadInput;
+    }
+}
