@@ -79,6 +79,20 @@ constexpr bool endsWithIgnoringCase(std::string_view text, std::string_view suff
     return endsWithIgnoringCase<char>(text, suffix);
 }
 
+template <std::size_t Count>
+constexpr bool isOneOfIgnoringCase(std::string_view text, const std::string_view (&list)[Count]) noexcept {
+    for (const std::string_view item : list)
+        if (equalsIgnoringCase(text, item)) return true;
+    return false;
+}
+
+template <std::size_t Count>
+constexpr bool startsWithOneOf(std::string_view text, const std::string_view (&prefixes)[Count]) noexcept {
+    for (const std::string_view prefix : prefixes)
+        if (startsWithIgnoringCase(text, prefix)) return true;
+    return false;
+}
+
 constexpr bool contains(std::string_view text, std::string_view piece) noexcept {
     return text.find(piece) != std::string_view::npos;
 }

@@ -27,7 +27,10 @@ class CatchList {
     /// Whether this extension (without dot, any letter case) is caught.
     [[nodiscard]] bool holds(std::string_view extension);
 
-    /// Whether a question came and no list was there to answer it: absent, empty or too long to be read.
+    /// Whether a question came that the list had to answer.
+    [[nodiscard]] bool wasAsked() const noexcept { return list_.has_value(); }
+
+    /// Whether such a question came and no list was there to answer it: absent, empty or too long to be read.
     [[nodiscard]] bool foundNone() const noexcept;
 
   private:

@@ -10,14 +10,11 @@
 #include <string_view>
 
 #include "intercept/header_capture.h"
+#include "intercept/load_flags.h"
 #include "media/capture/kinds.h"
 #include "settings/settings_view.h"
 
 namespace zab {
-
-/// Load flags, as the browser's helper tells them.
-inline constexpr std::uint32_t kDocumentLoad = 0x10000;
-inline constexpr std::uint32_t kTopLevelLoad = 0x80000;
 
 /// A redirect that was taken over is pointed here; the request for it is cancelled before it is sent.
 inline constexpr std::string_view kSentinelUrl = "http://www.mozilla.org/thisrequestistransferredtozab.stop";
@@ -37,6 +34,7 @@ enum class Reason : std::uint8_t {
     redirectFollowed,  // the records of the request take the new URL
     redirectWithoutLocation,
     ftpRedirectCaught,
+    noResponse,
     statusNotExamined,
     caughtByFileName,
     caughtByAttachmentUrl,

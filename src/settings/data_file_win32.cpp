@@ -1,8 +1,8 @@
 #include <atomic>
 
 #include "binding/guard.h"
-#include "binding/owner.h"
 #include "settings/data_file.h"
+#include "settings/handle_win32.h"
 #include "settings/registry_key_win32.h"
 #include "settings/settings_store.h"
 
@@ -12,13 +12,6 @@ namespace {
 constexpr LONGLONG kLongestFile = 16 << 20;  // bytes; the download manager's is a few thousand
 constexpr DWORD kBusyRetryMs = 200;
 constexpr int kBusyRetries = 25;  // five seconds
-
-struct HandleTraits {
-    using Raw = HANDLE;
-    static Raw none() noexcept { return nullptr; }
-    static void close(Raw handle) noexcept { CloseHandle(handle); }
-};
-using Handle = Owner<HandleTraits>;
 
 struct ViewTraits {
     using Raw = const void*;

@@ -2,6 +2,7 @@
 
 #include "binding/guard.h"
 #include "binding/library_win32.h"
+#include "settings/handle_win32.h"
 #include "settings/restore.h"
 #include "settings/settings_keys_win32.h"
 
@@ -12,18 +13,12 @@ constexpr const char* kTemporaryHive = "zabtmp";
 constexpr const char* kProductName = "Zabrion";
 constexpr DWORD kLongestPath = 260, kLongestUserName = 64;
 
-struct HandleTraits {
-    using Raw = HANDLE;
-    static Raw none() noexcept { return nullptr; }
-    static void close(Raw handle) noexcept { CloseHandle(handle); }
-};
-
 class WindowsRestore final : public RestoreSystem {
   public:
     explicit WindowsRestore(const RegistryKey& root) noexcept : root_(root) {}
 
     void enableRestorePrivilege() override {
-        Owner<HandleTraits> token;
+        Handle token;
         if (!OpenProcessToken(GetCurrentProcess(), TOKEN_ADJUST_PRIVILEGES | TOKEN_QUERY, token.put())) return;
         TOKEN_PRIVILEGES privileges{};
         privileges.PrivilegeCount = 1;

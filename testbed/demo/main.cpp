@@ -8,9 +8,12 @@
 // demo could not be made.
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iomanip>
 #include <iostream>
 #include <stdexcept>
 #include <thread>
@@ -163,6 +166,8 @@ std::vector<json> awaitTransfers(const Folders& folders, std::size_t count) {
 }
 
 bool runDemo(const fs::path& build, bool verbose) {
+    // The settings are replaced, so never those of the user's own prefix.
+    if (!std::getenv("WINEPREFIX")) fail("WINEPREFIX is not set");
     const auto start = std::chrono::steady_clock::now();
     const Folders folders(build);
     const Site site(folders);

@@ -20,6 +20,7 @@ constexpr std::string_view kExtraNames[] = {
     "page",       "reserved",    "page cookies",    "page user",   "page password",     "second page",  "extra",
     "cookies 2",  "second user", "second password", "description", "accept language"};
 constexpr std::size_t kSecretElements[] = {9, 10, 11, 14, 15, 16};
+constexpr std::string_view kNoArguments[] = {"extraData", "download", "error"};  // shown elsewhere
 constexpr std::string_view kSecretKeys[] = {"cookies", "user", "password"};
 
 template <class List, class Item>
@@ -58,7 +59,7 @@ void printArgument(std::ostream& out, std::string_view name, const json& value, 
 void printReceived(std::ostream& out, const json& received) {
     if (!received.is_object()) return;
     for (const auto& [key, value] : received.items())
-        if (key != "extraData") printArgument(out, key, value, contains(kSecretKeys, key));
+        if (!contains(kNoArguments, key)) printArgument(out, key, value, contains(kSecretKeys, key));
     const json extra = received.value("extraData", json::array());
     if (!extra.is_array()) return;
     for (std::size_t i = 0; i < std::min(extra.size(), std::size(kExtraNames)); ++i)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <stdexcept>
 
 #include "content.h"
 
@@ -207,6 +208,11 @@ nlohmann::json requestOf(const Exchange& row, const Origin& origin) {
     return request;
 }
 
+const Resource& resourceOf(const Exchange& row) {
+    if (const Resource* resource = findResource(row.target)) return *resource;
+    throw std::logic_error("the site does not hold " + std::string(row.target));
+}
+
 // --- What must come of it
 // --------------------------------------------------------------------------------------------
 
@@ -215,18 +221,18 @@ std::string bodyOf(const Exchange& row, const Origin& origin, std::string_view f
     const std::string cookie = headers.value("Cookie", ""), referer = headers.value("Referer", ""),
                       userAgent = headers.value("User-Agent", ""),
                       authorization = headers.value("Authorization", "");
-    return replyTo(*findResource(row.target), {.host = origin.host,
-                                               .cookie = cookie,
-                                               .referer = referer,
-                                               .userAgent = userAgent,
-                                               .authorization = authorization,
-                                               .formType = formTypeOf(row.sends),
-                                               .formBody = form})
+    return replyTo(resourceOf(row), {.host = origin.host,
+                                     .cookie = cookie,
+                                     .referer = referer,
+                                     .userAgent = userAgent,
+                                     .authorization = authorization,
+                                     .formType = formTypeOf(row.sends),
+                                     .formBody = form})
         .body;
 }
 
 std::string managerSha256(const Exchange& row, const Origin& origin) {
-    if (row.outcome != Outcome::transfer || !findResource(row.target)->location.empty()) return {};
+    if (row.outcome != Outcome::transfer || !resourceOf(row).location.empty()) return {};
     // A form that was not captured cannot be sent again: the file is the answer to a request without it.
     return sha256Of(bodyOf(row, origin, row.sends == Sends::oversizedForm ? "" : formOf(row.sends)));
 }
@@ -235,7 +241,7 @@ std::string browserSha256(const Exchange& row, const Origin& origin) {
     if (row.outcome != Outcome::browser || !isOfSite(row)) return {};
     const std::string body = bodyOf(row, origin, formOf(row.sends));
     if (body.empty()) return {};
-    return sha256Of(findResource(row.target)->gzip ? gzipOf(body) : body);
+    return sha256Of(resourceOf(row).gzip ? gzipOf(body) : body);
 }
 
 nlohmann::json expectedOf(const Exchange& row, const Origin& origin) {

@@ -1,24 +1,36 @@
-// Records what a real browser exchanges with the loopback site, as HAR captures with bodies.
+// Records what real browsers exchange with the loopback site, as HAR captures with bodies.
 //
-//   npm ci && node record.mjs ZAB_SITE FOLDER [CHROMIUM]
+//   npm ci && node record.mjs ZAB_SITE FOLDER [BROWSER...]
 //
-// ZAB_SITE is the built site; the captures go to FOLDER (tests/data/har). They are rewritten to one port and without
-// the server's address, so that they say nothing of the machine that made them. Bodies of downloads are not kept by
-// the browser, so the captures have none.
+// ZAB_SITE is the built site; the captures go to FOLDER (tests/data/har). BROWSER is "chromium" or "firefox" (Debian's
+// packages chromium and firefox-esr; both when none is named). They are rewritten to one port and without
+// the server's address, so that they say nothing of the machine that made them, and keep bodies of text and small ones.
 
 import { spawn } from 'node:child_process';
 import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { createInterface } from 'node:readline';
-import { chromium } from 'playwright-core';
+import { chromium, firefox } from 'playwright-core';
 
 const kPort = 8080;       // in the captures
 const kClickLimit = 5000; // milliseconds
+const kLargestBinary = 1000; // bytes
+const kOfOneRun = ['serverIPAddress', '_serverPort', '_securityDetails', '_frameref', '_monotonicTime', 'connection'];
 
-const [siteProgram, folder, browserProgram = '/usr/bin/chromium'] = process.argv.slice(2);
-if (!folder) {
-    console.error('usage: record.mjs ZAB_SITE FOLDER [CHROMIUM]');
+const browsers = {
+    chromium: () => chromium.launch({
+        executablePath: '/usr/bin/chromium',
+        args: ['--no-sandbox', '--headless', '--disable-gpu', '--disable-quic', '--no-first-run',
+            '--disable-background-networking', '--disable-component-update', '--disable-sync'],
+    }),
+    // The channel makes it WebDriver BiDi, which an unchanged Firefox speaks.
+    firefox: () => firefox.launch({ channel: 'moz-firefox', executablePath: '/usr/bin/firefox-esr' }),
+};
+
+const [siteProgram, folder, ...wanted] = process.argv.slice(2);
+if (!folder || wanted.some((name) => !browsers[name])) {
+    console.error(`usage: record.mjs ZAB_SITE FOLDER [${Object.keys(browsers).join('|')}]...`);
     process.exit(2);
 }
 
@@ -38,18 +50,24 @@ async function download(page, selector) {
     await file.path();
 }
 
+/** Opens a page; what becomes of an address that cannot be opened is in the capture. */
+async function open(page, url) {
+    await page.goto(url, { timeout: kClickLimit }).catch(() => null);
+    await page.waitForLoadState('networkidle', { timeout: kClickLimit }).catch(() => null);
+}
+
 /** Each story gets a context, so a cookie of one is unknown to the next. */
 const stories = {
     // The start page with all that it embeds, and pages that a click leads to.
     async pages(page, start) {
-        await page.goto(start, { waitUntil: 'networkidle' });
-        await page.goto(start + 'files/missing.zip');
-        await page.goto(start + 'gzip/page.html');
-        await page.goto(start + 'get/file.php?x=1');
+        await open(page, start);
+        await open(page, start + 'files/missing.zip');
+        await open(page, start + 'gzip/page.html');
+        await open(page, start + 'get/file.php?x=1');
     },
     // One click on each download that the start page offers, redirects included.
     async downloads(page, start) {
-        await page.goto(start);
+        await open(page, start);
         const targets = await page.locator('li a').evaluateAll((links) => links.map((a) => a.getAttribute('href')));
         const leadsToPage = ['/files/missing.zip', '/gzip/page.html', '/get/file.php?x=1'];
         for (const target of new Set(targets)) {
@@ -60,56 +78,68 @@ const stories = {
     },
     // The page that sets a cookie and what only its visitors get; credentials; a form.
     async visitor(page, start) {
-        await page.goto(start + 'session/');
+        await open(page, start + 'session/');
         await download(page, 'a[href="/session/archive.zip"]');
         await download(page, 'a[href="/session/moved"]');
-        await page.goto(start);
+        await open(page, start);
         await download(page, 'a[href="/private/archive.zip"]');
         await download(page, 'form button');
     },
     // What scripts fetch.
     async scripts(page, start) {
-        await page.goto(start + 'page/frame.html');
+        await open(page, start + 'page/frame.html');
         for (const query of ['attachment', 'octets', 'class', 'other-class'])
             await page.evaluate(async (url) => (await fetch(url)).arrayBuffer(), `/get/archive.zip?${query}`);
     },
     // A redirect that the browser cannot follow.
     async ftp(page, start) {
-        for (const target of ['moved/ftp', 'moved/ftp-text']) await page.goto(start + target).catch(() => null);
+        for (const target of ['moved/ftp', 'moved/ftp-text']) await open(page, start + target);
     },
 };
 
-/** The capture without what belongs to one machine or one run. */
+/** The capture without what belongs to one machine or one run, and without large binary bodies; a line per entry. */
 function portable(text, port) {
-    const har = JSON.parse(text.replaceAll(`127.0.0.1:${port}`, `127.0.0.1:${kPort}`));
-    for (const entry of har.log.entries) {
-        for (const key of ['serverIPAddress', '_serverPort', '_securityDetails', 'connection']) delete entry[key];
+    const { log } = JSON.parse(text.replaceAll(`127.0.0.1:${port}`, `127.0.0.1:${kPort}`));
+    for (const entry of log.entries) {
+        for (const key of kOfOneRun) delete entry[key];
+        const { content } = entry.response;
+        if (content.encoding === 'base64' && content.size > kLargestBinary) {
+            delete content.text;
+            delete content.encoding;
+        }
     }
-    return JSON.stringify(har, null, 1) + '\n';
+    const { entries, ...rest } = log;
+    const lines = entries.map((entry) => JSON.stringify(entry)).join(',\n');
+    return `{"log":${JSON.stringify(rest).slice(0, -1)},"entries":[\n${lines}\n]}}\n`;
+}
+
+/** Tells every story to one browser; a capture for each. */
+async function record(name, port, scratch) {
+    const browser = await browsers[name]();
+    try {
+        for (const [title, story] of Object.entries(stories)) {
+            const file = `${name}-${title}.har`;
+            const path = join(scratch, file);
+            const context = await browser.newContext({
+                recordHar: { path, content: 'embed', mode: 'full' },
+                httpCredentials: { username: 'visitor', password: 'open:sesame' },
+            });
+            await story(await context.newPage(), `http://127.0.0.1:${port}/`);
+            await context.close();
+            const capture = portable(readFileSync(path, 'utf8'), port);
+            writeFileSync(join(folder, file), capture);
+            console.log(`${file}: ${JSON.parse(capture).log.entries.length} entries, ${capture.length} bytes`);
+        }
+    } finally {
+        await browser.close();
+    }
 }
 
 const { site, port } = await startSite();
 const scratch = mkdtempSync(join(tmpdir(), 'zab-har-'));
-const browser = await chromium.launch({
-    executablePath: browserProgram,
-    args: ['--no-sandbox', '--headless', '--disable-gpu', '--disable-quic', '--no-first-run',
-        '--disable-background-networking', '--disable-component-update', '--disable-sync'],
-});
 try {
-    for (const [name, story] of Object.entries(stories)) {
-        const path = join(scratch, `${name}.har`);
-        const context = await browser.newContext({
-            recordHar: { path, content: 'embed', mode: 'full' },
-            httpCredentials: { username: 'visitor', password: 'open:sesame' },
-        });
-        await story(await context.newPage(), `http://127.0.0.1:${port}/`);
-        await context.close();
-        const capture = portable(readFileSync(path, 'utf8'), port);
-        writeFileSync(join(folder, `chromium-${name}.har`), capture);
-        console.log(`chromium-${name}.har: ${JSON.parse(capture).log.entries.length} entries, ${capture.length} bytes`);
-    }
+    for (const name of wanted.length ? wanted : Object.keys(browsers)) await record(name, port, scratch);
 } finally {
-    await browser.close();
     site.kill();
     rmSync(scratch, { recursive: true });
 }

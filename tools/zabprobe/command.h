@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdint>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -38,7 +39,7 @@ struct Arguments {
 struct Answer {
     bool recognised = false;  // false: exit status 1
     Json json;
-    std::string raw = {};  // where not empty, written as it is in place of the JSON
+    std::optional<std::string> raw = {};  // written as it is in place of the JSON
 };
 
 struct Command {
@@ -52,6 +53,9 @@ struct Command {
 void takesFile(CLI::App& command, Arguments& arguments);
 
 // Each family of commands stands in a file of its own and lists its rows.
-std::span<const Command> formatCommands();  // media formats
+std::span<const Command> formatCommands();    // media formats
+std::span<const Command> headerCommands();    // headers and addresses
+std::span<const Command> exchangeCommands();  // whole exchanges
+std::span<const Command> dataFileCommands();
 
 }  // namespace zabprobe

@@ -52,10 +52,10 @@ void binaryStandardStreams() {
 }
 
 int print(const Answer& answer, bool pretty) {
-    if (answer.raw.empty()) {
+    if (!answer.raw) {
         std::cout << answer.json.dump(pretty ? 2 : -1, ' ', false, Json::error_handler_t::replace) << '\n';
     } else {
-        std::cout.write(answer.raw.data(), static_cast<std::streamsize>(answer.raw.size()));
+        std::cout.write(answer.raw->data(), static_cast<std::streamsize>(answer.raw->size()));
     }
     return answer.recognised ? kRecognised : kNotRecognised;
 }
@@ -73,7 +73,7 @@ int run(int argc, char** argv) {
     app.add_flag("--pretty", pretty, "Indent the JSON");
     Arguments arguments;
     const Command* chosen = nullptr;
-    for (const auto family : {formatCommands()}) {
+    for (const auto family : {formatCommands(), headerCommands(), exchangeCommands(), dataFileCommands()}) {
         for (const Command& command : family) {
             CLI::App* sub = app.add_subcommand(command.name, command.help);
             command.options(*sub, arguments);

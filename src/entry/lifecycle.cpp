@@ -1,0 +1,129 @@
+#include "entry/lifecycle.h"
+
+#include <string>
+#include <string_view>
+
+#include "binding/browser_string.h"
+#include "binding/interfaces/helpers.h"
+#include "binding/runtime.h"
+#include "entry/documents.h"
+#include "entry/module_state.h"
+#include "entry/platform.h"
+#include "entry/window_observer.h"
+#include "intercept/content_observer.h"
+
+namespace zab {
+namespace {
+
+constexpr std::uint32_t kStrongReference = 0;
+
+struct ObservedTopic {
+    const char* topic;
+    bool required;  // a failure ends the registration, which the next call then repeats
+};
+
+constexpr ObservedTopic kHttpTopics[] = {
+    {topics::kModifyRequest, true},
+    {topics::kExamineResponse, true},
+    {topics::kExamineMergedResponse, false},
+    {topics::kExamineCachedResponse, false},
+};
+constexpr const char* kWindowTopics[] = {"domwindowopened", "domwindowclosed"};
+
+nsresult registerTrafficObserver(nsIObserverService& observers) {
+    const auto observer = makeObject<ContentObserver>();
+    if (!observer) return NS_OK;
+    for (const ObservedTopic& row : kHttpTopics) {
+        const nsresult status = observers.AddObserver(observer.get(), row.topic, kStrongReference);
+        if (failed(status) && row.required) return status;
+    }
+    return NS_OK;
+}
+
+void registerWindowObserver(nsIObserverService& observers) {
+    const auto observer = makeObject<CWindowObserver>();
+    if (!observer) return;
+    for (const char* topic : kWindowTopics) observers.AddObserver(observer.get(), topic, kStrongReference);
+}
+
+void traceDocument(const char* event, const std::u16string& text, DocumentId id) {
+    const std::string prefix = std::string("**********") + event + " docID=";
+    if (id == 0) {
+        writeDebuggerText(prefix + "0\r\n");
+        return;
+    }
+    writeDebuggerText(prefix);
+    writeDebuggerText(text);
+    writeDebuggerText("\r\n");
+}
+
+nsresult select(const char* event, const nsAString* documentId, bool closesPopup) {
+    const std::u16string text(viewOf(documentId));
+    const DocumentId id = documentIdOf(text);
+    traceDocument(event, text, id);
+    ModuleState& state = moduleState();
+    if (closesPopup && state.mouseObserver) state.mouseObserver->closePopup();
+    state.selectedDocument = id;
+    showSelectedDocument();
+    return NS_OK;
+}
+
+}  // namespace
+
+nsresult initialise(nsISupports* host) {
+    if (runtime().NS_GetServiceManager == nullptr) return NS_ERROR_UNEXPECTED;
+    const auto helper = service<iZABHelper8>();
+    if (!helper) return NS_ERROR_UNEXPECTED;
+    const auto identity = query<nsISupports>(host);
+    if (!identity) return NS_ERROR_UNEXPECTED;
+    return helper->SetHost(identity.get());
+}
+
+nsresult observeStartup(const char* topic) {
+    ModuleState& state = moduleState();
+    if (topic == nullptr || state.observersRegistered) return NS_OK;
+    // Deliberate: the topic is the needle. Only pieces of "-startup" (such as "startup", or no text at all) end
+    // here; every other topic, "profile-after-change" and "xpcom-startup" among them, goes on to registration.
+    if (std::string_view("-startup").find(topic) != std::string_view::npos) {
+        state.observersRegistered = true;
+        return NS_OK;
+    }
+    nsresult status = NS_OK;
+    const auto observers = service<nsIObserverService>(&status);
+    if (!observers) return status;
+    status = registerTrafficObserver(*observers.get());
+    if (failed(status)) return status;
+    registerWindowObserver(*observers.get());
+    state.observersRegistered = true;
+    return NS_OK;
+}
+
+nsresult tabSelected(const nsAString* documentId) { return select("Tabselect2", documentId, true); }
+
+nsresult selectedTabReported(const nsAString* documentId) {
+    return select("OnGetSelectedTabID", documentId, false);
+}
+
+nsresult documentUnloaded(const nsAString* documentId) {
+    const DocumentId id = documentIdOf(viewOf(documentId));
+    if (id == 0) return NS_OK;
+    ModuleState& state = moduleState();
+    if (id == state.selectedDocument) {
+        clearSelection();
+        refreshSelectedTab();
+    }
+    // Deliberate: by ID alone the document's object is not known, so the null pointer is what is taken out;
+    // pages that are still listed by object leave the list with their "unload" event.
+    state.documents.Remove(nullptr);
+    forgetDocument({nullptr, id});
+    return NS_OK;
+}
+
+nsresult mouseEvent(nsISupports* event) {
+    ModuleState& state = moduleState();
+    if (!state.mouseObserver) state.mouseObserver = makeObject<CWindowObserver>();
+    if (state.mouseObserver) state.mouseObserver->HandleMouseEvent(event);
+    return NS_OK;
+}
+
+}  // namespace zab

@@ -1,0 +1,21 @@
+// The page that a load belongs to, as the extension tells it.
+#pragma once
+
+#include <string>
+
+#include "binding/interface_ptr.h"
+#include "binding/interfaces/helpers.h"
+#include "entry/document_key.h"
+
+namespace zab {
+
+/// Narrow texts; a title that does not fit the ANSI code page is UTF-8. All empty for a load without a page.
+struct Page {
+    InterfacePtr<nsISupports> document;
+    std::string url;
+    std::string title;
+};
+
+Page pageOf(iZABHelper5& helper, nsISupports* channel);
+
+}  // namespace zab

@@ -1,0 +1,125 @@
+#include "entry/window_observer.h"
+
+#include <string_view>
+
+#include "binding/browser_string.h"
+#include "binding/guard.h"
+#include "binding/interfaces/helpers.h"
+#include "binding/text.h"
+#include "entry/documents.h"
+#include "entry/modifier_keys.h"
+#include "entry/module_state.h"
+#include "ui/page_buttons.h"
+
+namespace zab {
+namespace {
+
+bool g_showButtonsOnTabSelect = false;
+
+constexpr std::u16string_view kWindowEvents[] = {u"mouseup", u"mousedown", u"TabSelect"};
+constexpr std::uint32_t kUseCapture = 1;
+
+InterfacePtr<nsISupports> eventTargetOf(iZABHelper5& helper, nsISupports* window) noexcept {
+    nsISupports* target = nullptr;
+    if (failed(helper.GetWindowEventTarget(window, &target))) return {};
+    return InterfacePtr<nsISupports>(target);
+}
+
+/// Calls `change` (add or remove a listener) for each event of a window, in order.
+template <class Change>
+void forEachWindowEvent(Change change) {
+    for (const std::u16string_view event : kWindowEvents) {
+        WideContainer type(event);
+        if (type.ready()) change(type.get());
+    }
+}
+
+void unloaded(iZABHelper5& helper, nsISupports* event) {
+    nsISupports* raw = nullptr;
+    if (failed(helper.GetTargetDocument(event, &raw))) return;
+    const InterfacePtr<nsISupports> document(raw);
+    const DocumentKey key{document.get(), documentIdOf(document.get())};
+    if (key.id == 0) return;
+    if (key.id == moduleState().selectedDocument) clearSelection();
+    moduleState().documents.Remove(key.object);
+    forgetDocument(key);
+}
+
+}  // namespace
+
+void showButtonsOnTabSelect() noexcept { g_showButtonsOnTabSelect = true; }
+
+nsresult CWindowObserver::Observe(nsISupports* subject, const char* topic, const char16_t*) {
+    return guarded(NS_OK, [&] {
+        const std::string_view name = topic == nullptr ? "" : topic;
+        if (name == "domwindowopened") windowOpened(subject);
+        if (name == "domwindowclosed") windowClosed(subject);
+        return NS_OK;
+    });
+}
+
+void CWindowObserver::windowOpened(nsISupports* window) {
+    const auto helper = service<iZABHelper5>();
+    if (!helper) return;
+    const auto target = eventTargetOf(*helper.get(), window);
+    listener_ = identity();
+    if (!target) return;
+    forEachWindowEvent(
+        [&](const nsAString* type) { helper->AddEventListener(type, target.get(), listener_, kUseCapture); });
+}
+
+void CWindowObserver::windowClosed(nsISupports* window) {
+    const auto helper = service<iZABHelper5>();
+    if (!helper || listener_ == nullptr) return;
+    const auto target = eventTargetOf(*helper.get(), window);
+    if (!target) return;
+    forEachWindowEvent([&](const nsAString* type) {
+        helper->RemoveEventListener(type, target.get(), listener_, kUseCapture);
+    });
+}
+
+nsresult CWindowObserver::HandleMouseEvent(nsISupports* event) {
+    return guarded(NS_OK, [&] {
+        const auto subject = query<nsISupports>(event);
+        const auto helper = service<iZABHelper5>();
+        WideContainer type;
+        if (!subject || !helper || !type.ready()) return NS_OK;
+        if (failed(helper->GetEventType(subject.get(), type.get()))) return NS_OK;
+        const auto is = [&](std::u16string_view name) { return equalsIgnoringCase(type.view(), name); };
+        if (is(u"mousedown")) {
+            pressed();
+        } else if (is(u"mouseup")) {
+            released(subject.get());
+        } else if (is(u"TabSelect")) {
+            closePopup();
+            if (g_showButtonsOnTabSelect) showSelectedDocument();
+        } else if (is(u"unload")) {
+            unloaded(*helper.get(), subject.get());
+        }
+        return NS_OK;
+    });
+}
+
+void CWindowObserver::closePopup() noexcept {
+    closeWindow(popup_);
+    popup_ = 0;
+}
+
+void CWindowObserver::pressed() {
+    pressedAt_ = cursorPosition().value_or(ScreenPoint{});
+    recordMousePressKeys();
+    closePopup();
+}
+
+/// A press and a release at different places is a drag, which is how links are selected.
+void CWindowObserver::released(nsISupports* event) {
+    closePopup();
+    const auto at = cursorPosition();
+    if (!at || *at == pressedAt_) return;
+    const auto helper = service<iZABHelper5>();
+    WideContainer links;
+    if (!helper || !links.ready() || failed(helper->GetSelectedLinks(event, links.get()))) return;
+    if (!links.view().empty()) pageButtons().offerSelectedLinks(links.view());
+}
+
+}  // namespace zab

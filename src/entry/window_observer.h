@@ -1,0 +1,36 @@
+// Follows the browser's windows and the user's mouse: listeners come and go with each window, and the extension
+// forwards their events.
+#pragma once
+
+#include "binding/browser_object.h"
+#include "entry/platform.h"
+
+namespace zab {
+
+class CWindowObserver final : public BrowserObject<CWindowObserver, nsIObserver> {
+  public:
+    /// "domwindowopened" and "domwindowclosed", with the window as subject.
+    nsresult Observe(nsISupports* subject, const char* topic, const char16_t* data) override;
+
+    /// Slot 4, behind those of nsIObserver: a mouse, tab or unload event of a browser window. Always succeeds.
+    virtual nsresult HandleMouseEvent(nsISupports* event);
+
+    /// Closes the popup of the last selection, if it is still open.
+    void closePopup() noexcept;
+    void ownPopup(WindowHandle popup) noexcept { popup_ = popup; }
+
+  private:
+    void windowOpened(nsISupports* window);
+    void windowClosed(nsISupports* window);
+    void pressed();
+    void released(nsISupports* event);
+
+    nsISupports* listener_ = nullptr;  // this object, once it listens to a window
+    WindowHandle popup_ = 0;
+    ScreenPoint pressedAt_;
+};
+
+/// Set by the site handlers: a tab that comes to the front has its button shown again.
+void showButtonsOnTabSelect() noexcept;
+
+}  // namespace zab

@@ -1,0 +1,292 @@
+#include "intercept/content_observer.h"
+
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "binding/browser_string.h"
+#include "binding/encoding.h"
+#include "binding/guard.h"
+#include "entry/module_state.h"
+#include "entry/page.h"
+#include "entry/platform.h"
+#include "intercept/channel.h"
+#include "intercept/decision.h"
+#include "intercept/post_body.h"
+#include "intercept/request_lists.h"
+#include "intercept/url.h"
+#include "media/capture/media_capture.h"
+#include "settings/settings_store.h"
+#include "settings/shared_list_lock.h"
+#include "transfer/passwords.h"
+#include "transfer/transfer.h"
+
+namespace zab {
+namespace {
+
+constexpr std::array<std::string_view, 3> kResponseTopics = {
+    topics::kExamineResponse, topics::kExamineMergedResponse, topics::kExamineCachedResponse};
+
+bool isResponseTopic(std::string_view topic) noexcept {
+    for (const std::string_view known : kResponseTopics)
+        if (topic == known) return true;
+    return false;
+}
+
+/// On the first start in this browser without a download manager, the user is told once.
+void registerBrowserOnce() {
+    if (RegisterBrowser() == Registration::created && !exePathNarrow()) reportMissingManagerAtStart();
+}
+
+/// Every decision that took something or left a caught file with the browser is told; the rest only to a
+/// debugger that is there, because most responses are images and their line would cost more than their
+/// examination.
+bool worthTelling(const Decision& decision) noexcept {
+    switch (decision.reason) {
+        case Reason::integrationOff:
+        case Reason::preventKeyHeld:
+        case Reason::serverExcepted:
+        case Reason::transferFailed: return true;
+        default: return decision.outcome == Outcome::transfer || decision.outcome == Outcome::cancel;
+    }
+}
+
+std::string lineOf(const Decision& decision) {
+    return "**********Examine " + std::string(outcomeName(decision.outcome)) + ": " + sentenceOf(decision) +
+           "\r\n";
+}
+
+void tell(const Decision& decision) {
+    if (worthTelling(decision) || debuggerWatches()) writeDebuggerText(lineOf(decision));
+}
+
+/// Makes the transfer that was decided and tells how it went; true when the download manager has it. The
+/// decision's views may lead into the scratch record, so its line is composed before the call.
+bool transfer(const TransferRecord& record, const Decision& decision) {
+    const std::string line = lineOf(decision);
+    const bool made = sendToDownloadManager(record) == TransferResult::made;
+    if (made) writeDebuggerText(line);
+    return made;
+}
+
+void tellOfFailedTransfer() {
+    Decision kept;
+    kept.reason = Reason::transferFailed;
+    tell(kept);
+}
+
+void fillFromRequest(TransferRecord& record, const CapturedHeaders& headers) {
+    record.url = headers.url;
+    record.referrer = headers.referer;
+    record.cookies = headers.cookie;
+    record.userAgent = headers.userAgent;
+    if (auto login = ParseBasicCredentials(headers.authorization)) {
+        record.user = std::move(login->user);
+        record.password = std::move(login->password);
+    }
+}
+
+void fillFromPost(TransferRecord& record, CapturedPost post) {
+    record.postBody = std::move(post.body);
+    record.postContentType = std::move(post.contentType);
+}
+
+void fillFromPage(TransferRecord& record, Page page) {
+    record.pageUrl = std::move(page.url);
+    record.pageTitle = std::move(page.title);
+}
+
+void fillFromDecision(TransferRecord& record, const Decision& decision) {
+    record.fileName = decision.fileName;
+    record.typeHint = decision.extension;
+    record.flags = decision.flags;
+    if (decision.contentLength > 0) {
+        record.sizeBytes = static_cast<std::uint64_t>(decision.contentLength);
+        record.bodyOffered = true;
+    }
+}
+
+/// Reads the request's headers into the record and remembers the login that they show.
+void visitRequest(const Channel& channel, nsISupports* visitor, CapturedHeaders& headers) {
+    headers.visitRequestHeaders = true;
+    channel.helper().VisitRequestHeaders(channel.get(), visitor);
+    passwords().rememberAuthorization(headers.url, headers.authorization);
+}
+
+OBJECTREQUESTSARRAY_ITEM requestRecord(const CapturedHeaders& headers, const CapturedPost& post,
+                                       const Page& page) {
+    OBJECTREQUESTSARRAY_ITEM record;
+    record.url = headers.url;
+    record.pageUrl = page.url;
+    record.referrer = headers.referer;
+    record.cookies = headers.cookie;
+    record.userAgent = headers.userAgent;
+    record.authorization = headers.authorization;
+    record.postBody = post.body;
+    record.postContentType = post.contentType;
+    record.document = page.document.get();
+    record.documentId = documentIdOf(page.document.get());
+    return record;
+}
+
+void followRedirect(const std::string& from, std::string location) {
+    NormalizeDefaultPort(location);
+    const SharedListLock lock(OnTimeout::skip);
+    if (lock) requestLists().rename(from, location);
+}
+
+/// Takes an FTP download away from a redirect, which then leads to the sentinel.
+void takeFtpRedirect(const Channel& channel, const std::string& location, const Decision& decision) {
+    TransferRecord record;
+    record.url = location;
+    record.typeHint = decision.extension;
+    record.flags = decision.flags;
+    if (transfer(record, decision)) {
+        channel.setResponseHeader("Location", kSentinelUrl);
+    } else {
+        tellOfFailedTransfer();
+    }
+}
+
+void examineRedirect(const Channel& channel, const std::string& url, const SettingsView& settings) {
+    const std::string location = channel.responseHeader("Location").value_or("");
+    const Decision decision = decideRedirect(location, settings);
+    if (decision.outcome == Outcome::transfer) {
+        takeFtpRedirect(channel, location, decision);
+        return;
+    }
+    tell(decision);
+    if (decision.reason == Reason::redirectFollowed) {
+        followRedirect(url, location);
+    }
+}
+
+void dropRequestRecord(const std::string& url) {
+    const SharedListLock lock(OnTimeout::skip);
+    if (lock) requestLists().requested.removeFirst(url);
+}
+
+void lookForMedia(const Channel& channel, const CapturedHeaders& headers, const Decision& decision) {
+    const KeptResponse response{channel.get(), headers, decision};
+    if (decision.outcome == Outcome::listen) mediaCapture().listen(response);
+    if (decision.offer) mediaCapture().offer(response);
+}
+
+}  // namespace
+
+nsresult ContentObserver::Observe(nsISupports* subject, const char* topic, const char16_t*) {
+    guarded([&] {
+        registerBrowserOnce();
+        if (subject == nullptr || topic == nullptr) return;
+        if (std::string_view(topic) == topics::kModifyRequest) {
+            OnModifyRequest(subject);
+        } else if (isResponseTopic(topic)) {
+            OnExamineResponse(subject);
+        }
+    });
+    return NS_OK;
+}
+
+nsresult ContentObserver::OnModifyRequest(nsISupports* channel) {
+    return guarded(NS_OK, [&] { return modify(channel); });
+}
+
+nsresult ContentObserver::OnExamineResponse(nsISupports* channel) {
+    return guarded(NS_OK, [&] { return examine(channel); });
+}
+
+nsresult ContentObserver::VisitHeader(const nsACString* name, const nsACString* value) {
+    guarded([&] { visitHeader(scratch_, viewOf(name), viewOf(value)); });
+    return NS_OK;
+}
+
+nsresult ContentObserver::modify(nsISupports* subject) {
+    nsresult status = NS_OK;
+    const auto helper = service<iZABHelper5>(&status);
+    if (!helper) return status;
+    const Channel channel(*helper.get(), subject);
+    scratch_.clear();
+    if (status = channel.readUrl(scratch_.url); failed(status)) return status;
+
+    const Decision decision = decideRequest({scratch_.url, channel.loadFlags()}, RegistrySettings{});
+    if (decision.outcome == Outcome::cancel) {
+        tell(decision);
+        channel.cancel();
+        return NS_OK;
+    }
+    visitRequest(channel, identity(), scratch_);
+    CapturedPost post = CapturePostBodyForRequest(*helper.get(), subject, scratch_.url);
+    Page page = pageOf(*helper.get(), subject);
+    auto request = requestRecord(scratch_, post, page);
+    if (const SharedListLock lock(OnTimeout::skip); lock) requestLists().requested.add(std::move(request));
+
+    if (decision.outcome != Outcome::transfer) return NS_OK;
+    TransferRecord record;
+    fillFromRequest(record, scratch_);
+    fillFromPost(record, std::move(post));
+    fillFromPage(record, std::move(page));
+    fillFromDecision(record, decision);
+    if (transfer(record, decision)) {
+        channel.cancel();
+    } else {
+        tellOfFailedTransfer();
+    }
+    return NS_OK;
+}
+
+nsresult ContentObserver::examine(nsISupports* subject) {
+    markSeen(BrowserHook::responses);
+    nsresult status = NS_OK;
+    const auto helper = service<iZABHelper5>(&status);
+    if (!helper) return status;
+    const Channel channel(*helper.get(), subject);
+    scratch_.clear();
+    if (status = channel.readUrl(scratch_.url); failed(status)) return status;
+    std::uint32_t httpStatus = 0;
+    if (status = channel.readStatus(httpStatus); failed(status)) return status;
+
+    switch (examinationOf(httpStatus)) {
+        case Examination::nothing: dropRequestRecord(scratch_.url); break;
+        case Examination::redirect: examineRedirect(channel, scratch_.url, RegistrySettings{}); break;
+        case Examination::content: examineContent(channel, httpStatus); break;
+    }
+    return NS_OK;
+}
+
+void ContentObserver::examineContent(const Channel& channel, std::uint32_t httpStatus) {
+    channel.helper().VisitResponseHeaders(channel.get(), identity());
+    const RegistrySettings settings;
+    const ResponseFacts facts = factsOf(scratch_, httpStatus, channel.loadFlags());
+    const Decision decision = decide(facts, settings);
+    if (decision.outcome == Outcome::transfer) {
+        take(channel, facts, decision);
+        return;
+    }
+    tell(decision);
+    lookForMedia(channel, scratch_, decision);
+}
+
+/// The transfer calls into another process, and this record may serve another examination meanwhile: from here
+/// on a copy of it is used.
+void ContentObserver::take(const Channel& channel, const ResponseFacts& scratchFacts,
+                           const Decision& decision) {
+    visitRequest(channel, identity(), scratch_);
+    CapturedPost post = CapturePostBodyForResponse(channel.helper(), channel.get());
+    scratch_.postBodyUnavailable = post.unavailable;
+    const CapturedHeaders headers = scratch_;
+    const ResponseFacts facts = factsOf(headers, scratchFacts.status, scratchFacts.loadFlags);
+
+    TransferRecord record;
+    fillFromRequest(record, headers);
+    fillFromDecision(record, decision);
+    fillFromPost(record, std::move(post));
+    fillFromPage(record, pageOf(channel.helper(), channel.get()));
+    record.contentType = headers.contentType;
+    record.flags = transferFlagsOf(facts);
+    if (transfer(record, decision) && channel.cancel()) return;
+    const Decision kept = afterFailedTransfer(facts, RegistrySettings{});
+    tell(kept);
+    lookForMedia(channel, headers, kept);
+}
+
+}  // namespace zab

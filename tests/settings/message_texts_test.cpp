@@ -1,0 +1,106 @@
+#include "settings/message_texts.h"
+
+#include <gtest/gtest.h>
+
+#include "settings/language_file_check.h"
+
+namespace zab {
+namespace {
+
+constexpr std::string_view kMark = "\xEF\xBB\xBF";
+
+/// Where each byte of 0x80 and more of the file's code page is "é".
+std::optional<std::string> fromTestCodePage(std::string_view text) {
+    std::string result;
+    for (const char c : text) result += static_cast<unsigned char>(c) < 0x80 ? std::string(1, c) : "\xC3\xA9";
+    return result;
+}
+
+TEST(LanguageFile, IsUsedWhenItsFirstLineNamesTheLanguage) {
+    const struct {
+        std::string firstLine;
+        bool used;
+        const char* why;
+    } rows[] = {
+        {"lang=0407\n", true, "hexadecimal"},
+        {"lang=0x407\n", true, "with its prefix too"},
+        {"language = 407 (German)\n", true, "anything before and behind"},
+        {std::string(kMark) + "lang=0407\n", true, "behind a byte order mark"},
+        {"lang=0409\n", false, "another language"},
+        {"lang=407", true, "no end of line"},
+        {"LANG=407\n", false, "the word is exact"},
+        {"lang 407\n", false, "no equals sign"},
+        {"lang=\n", false, "no number"},
+        {"\nlang=407\n", false, "not the first line"},
+        {"", false, "an empty file"},
+        {std::string(8192, 'x') + "\nlang=407\n", false, "a first line that is too long is still the first"},
+    };
+    for (const auto& row : rows) {
+        checkLanguageFile(row.firstLine);
+        MessageTexts texts;
+        EXPECT_EQ(overlayLanguageFile(fileOf(row.firstLine), kTestLanguage, {}, texts), row.used) << row.why;
+    }
+}
+
+TEST(LanguageFile, ReplacesTheTextsThatItNames) {
+    const std::string longest = "20850=" + std::string(8192 - 7, 'x') + "\n";
+    const struct {
+        std::string lines;
+        std::string video;  // what the text 20850 is then
+        const char* why;
+    } rows[] = {
+        {"", "video", "not named: built in"},
+        {"20850=Film\n", "Film", "the line break is no part of it"},
+        {"20850=Film\r\n", "Film", "nor a carriage return before it"},
+        {"20850=Film", "Film", "the last line may lack it"},
+        {" 20850 x= Film \n", " Film ", "the number leads, the text is what follows the first equals sign"},
+        {"20850=a=b\n", "a=b", "up to the end"},
+        {"20850=Film\\n\n", "Film\n", "an escaped line feed at the end stays"},
+        {"20850=a\\r\\n\\\"\\'\\\\b\n", "a\r\n\"'\\b", "all escapes"},
+        {"20850=a\\\\nb\n", "a\\\nb", "escapes are replaced in turn over the whole text"},
+        {"20850=a\n", "a\n", "two bytes are not longer than two: the end stays"},
+        {"20850=ab\n", "ab", "three are"},
+        {"20850=\n", "\n", "an empty text"},
+        {"20850=one\n20850=two\n", "two", "the last one holds"},
+        {"99999=x\n-20850=x\nx20850=x\n20850 Film\n", "video", "no ID of the table, no number, no equals sign"},
+        {std::string("20850=Fi\0lm\n", 12), "Fi", "a line ends at its first NUL"},
+        {longest, std::string(8192 - 7, 'x'), "a line of 8,192 bytes"},
+        {"x" + longest, "video", "one of 8,193 is left out"},
+        {std::string(20000, 'x') + "\n20850=Film\n", "Film", "alone"},
+        {"20850=\xE9t\xE9\n", "\xC3\xA9t\xC3\xA9", "from the code page of the language"},
+    };
+    for (const auto& row : rows) {
+        const std::string contents = "lang=407\n" + row.lines;
+        checkLanguageFile(contents);
+        MessageTexts texts;
+        ASSERT_TRUE(overlayLanguageFile(fileOf(contents), kTestLanguage, fromTestCodePage, texts));
+        EXPECT_EQ(texts[TextId::video].view(), row.video) << row.why;
+        EXPECT_EQ(texts[TextId::audio].view(), "audio") << row.why;
+    }
+}
+
+TEST(LanguageFile, WithAByteOrderMarkIsTakenAsItIs) {
+    MessageTexts texts;
+    const std::string contents = std::string(kMark) + "lang=407\n20850=\xC3\xA9t\xC3\xA9\n20851=\xE9t\xE9\n";
+    ASSERT_TRUE(overlayLanguageFile(fileOf(contents), kTestLanguage, fromTestCodePage, texts));
+    EXPECT_EQ(texts[TextId::video].view(), "\xC3\xA9t\xC3\xA9");
+    EXPECT_EQ(texts[TextId::audio].view(), "\xE9t\xE9");
+}
+
+TEST(LanguageFile, OfOneEndlessLineCostsNoMemory) {
+    std::size_t left = 100 << 20, reads = 0;
+    const ReadBytes endless = [&](char* into, std::size_t size) {
+        const std::size_t count = std::min(size, left);
+        std::memset(into, 'x', count);
+        if (reads++ == 0) std::memcpy(into, "lang=407\n", 9);
+        left -= count;
+        return count;
+    };
+    MessageTexts texts;
+    EXPECT_TRUE(overlayLanguageFile(endless, kTestLanguage, {}, texts));
+    EXPECT_EQ(left, 0u);
+    EXPECT_LE(reads, (100u << 20) / 4096 + 2) << "one small piece at a time, each once, then the end";
+}
+
+}  // namespace
+}  // namespace zab

@@ -1,0 +1,211 @@
+#include "zabprobe/exchange_reader.h"
+
+#include <algorithm>
+#include <limits>
+#include <stdexcept>
+
+#include "binding/text.h"
+#include "intercept/url.h"
+
+namespace zabprobe {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// The input is JSON, but not of the form that was asked for.
+struct AnotherForm {};
+
+constexpr std::uint32_t kPageOfTheWindow = zab::kDocumentLoad | zab::kTopLevelLoad;
+
+/// A member of an object, or null where it is absent.
+const Json& memberOf(const Json& object, const char* name) {
+    static const Json kNone;
+    if (!object.is_object()) throw AnotherForm{};
+    const auto found = object.find(name);
+    return found == object.end() ? kNone : *found;
+}
+
+void readText(const Json& value, std::string& text) {
+    if (value.is_null()) return;
+    if (!value.is_string()) throw AnotherForm{};
+    text = value.get_ref<const std::string&>();
+}
+
+void readNumber(const Json& value, std::int64_t& number) {
+    using Limits = std::numeric_limits<std::int64_t>;
+    if (value.is_null()) return;
+    if (!value.is_number()) throw AnotherForm{};
+    if (value.is_number_unsigned()) {
+        number = static_cast<std::int64_t>(
+            std::min(value.get<std::uint64_t>(), static_cast<std::uint64_t>(Limits::max())));
+    } else if (value.is_number_integer()) {
+        number = value.get<std::int64_t>();
+    } else {
+        constexpr double kBeyond = 9223372036854775808.0;  // 2^63
+        const double real = value.get<double>();
+        number = real >= kBeyond    ? Limits::max()
+                 : real >= -kBeyond ? static_cast<std::int64_t>(real)
+                                    : Limits::min();
+    }
+}
+
+/// Headers are arrays of [name, value] here, and of objects with these two members in captures.
+template <class Name, class Value>
+void readHeaders(const Json& list, Headers& headers, Name name, Value value) {
+    if (list.is_null()) return;
+    if (!list.is_array()) throw AnotherForm{};
+    for (const Json& header : list) {
+        auto& [headerName, headerValue] = headers.emplace_back();
+        readText(name(header), headerName);
+        readText(value(header), headerValue);
+    }
+}
+
+void readHarHeaders(const Json& list, Headers& headers) {
+    readHeaders(
+        list, headers, [](const Json& header) -> const Json& { return memberOf(header, "name"); },
+        [](const Json& header) -> const Json& { return memberOf(header, "value"); });
+}
+
+void readOwnHeaders(const Json& list, Headers& headers) {
+    const auto element = [](std::size_t i) {
+        return [i](const Json& header) -> const Json& {
+            if (!header.is_array() || header.size() != 2) throw AnotherForm{};
+            return header[i];
+        };
+    };
+    readHeaders(list, headers, element(0), element(1));
+}
+
+const std::string* headerOf(const Headers& headers, std::string_view name) {
+    const auto found = std::find_if(headers.begin(), headers.end(), [name](const auto& header) {
+        return zab::equalsIgnoringCase(header.first, name);
+    });
+    return found == headers.end() ? nullptr : &found->second;
+}
+
+Exchange exchangeOf(const Json& json) {
+    Exchange exchange;
+    std::int64_t loadFlags = 0;
+    readText(memberOf(json, "url"), exchange.url);
+    readNumber(memberOf(json, "status"), exchange.status);
+    readText(memberOf(json, "method"), exchange.method);
+    readNumber(memberOf(json, "loadFlags"), loadFlags);
+    readNumber(memberOf(json, "bodySize"), exchange.bodySize);
+    readOwnHeaders(memberOf(json, "requestHeaders"), exchange.requestHeaders);
+    readOwnHeaders(memberOf(json, "responseHeaders"), exchange.responseHeaders);
+    exchange.loadFlags = static_cast<std::uint32_t>(loadFlags);
+    return exchange;
+}
+
+/// What a capture tells of how the browser loaded an entry: its fetch metadata, else the recorder's own word,
+/// else what the request accepts.
+std::uint32_t loadFlagsOf(const Headers& requestHeaders, const Json& resourceType) {
+    if (const std::string* destination = headerOf(requestHeaders, "Sec-Fetch-Dest")) {
+        if (*destination == "document") return kPageOfTheWindow;
+        return *destination == "iframe" || *destination == "frame" ? zab::kDocumentLoad : 0;
+    }
+    if (!resourceType.is_null()) return resourceType == "document" ? kPageOfTheWindow : 0;
+    const std::string* accept = headerOf(requestHeaders, "Accept");
+    return accept != nullptr && zab::startsWithIgnoringCase(*accept, "text/html") ? kPageOfTheWindow : 0;
+}
+
+Exchange exchangeOfHarEntry(const Json& entry) {
+    Exchange exchange;
+    const Json& request = memberOf(entry, "request");
+    const Json& response = memberOf(entry, "response");
+    readText(memberOf(request, "url"), exchange.url);
+    readText(memberOf(request, "method"), exchange.method);
+    readHarHeaders(memberOf(request, "headers"), exchange.requestHeaders);
+    readNumber(memberOf(request, "bodySize"), exchange.bodySize);
+    if (const Json& postData = memberOf(request, "postData"); !postData.is_null()) {
+        std::string text;
+        readText(memberOf(postData, "text"), text);
+        exchange.bodySize = std::max(exchange.bodySize, static_cast<std::int64_t>(text.size()));
+    }
+    readNumber(memberOf(response, "status"), exchange.status);
+    readHarHeaders(memberOf(response, "headers"), exchange.responseHeaders);
+    exchange.loadFlags = loadFlagsOf(exchange.requestHeaders, memberOf(entry, "_resourceType"));
+    return exchange;
+}
+
+/// Follows the parser to log.entries[] and hands out each entry as soon as it is whole. All else is dropped.
+class HarWalk {
+  public:
+    explicit HarWalk(const ExchangeVisitor& visit) : visit_(visit) {}
+
+    bool operator()(int depth, Json::parse_event_t event, Json& parsed) {
+        using Event = Json::parse_event_t;
+        if (event == Event::key && depth == kInRoot) return inLog_ = parsed == "log";
+        if (event == Event::key && depth == kInLog) return atEntries_ = inLog_ && parsed == "entries";
+        if (event == Event::array_start && depth == kInLog && atEntries_) inEntries_ = sawEntries_ = true;
+        if (event == Event::array_end && depth == kInLog) inEntries_ = false;
+        if (!inEntries_ || depth != kEntry) return true;
+        if (event == Event::value || event == Event::array_end) throw AnotherForm{};
+        if (event != Event::object_end) return true;
+        visit_(exchangeOfHarEntry(parsed));
+        return false;
+    }
+
+    [[nodiscard]] bool sawEntries() const { return sawEntries_; }
+
+  private:
+    static constexpr int kInRoot = 1, kInLog = 2, kEntry = 3;  // levels of nesting
+
+    const ExchangeVisitor& visit_;
+    bool inLog_ = false, atEntries_ = false, inEntries_ = false, sawEntries_ = false;
+};
+
+Json parse(std::string_view text, const Json::parser_callback_t& callback = nullptr) {
+    try {
+        return Json::parse(text.begin(), text.end(), callback);
+    } catch (const Json::parse_error& error) {
+        throw std::runtime_error("this is no JSON: wrong at byte " + std::to_string(error.byte));
+    }
+}
+
+zab::Decision decideContent(const Exchange& exchange, std::uint32_t status, const zab::SettingsView& settings,
+                            zab::CapturedHeaders& scratch) {
+    scratch.clear();
+    scratch.url = zab::upToNul(exchange.url);
+    for (const auto& [name, value] : exchange.responseHeaders) zab::visitHeader(scratch, name, value);
+    scratch.postBodyUnavailable = zab::equalsIgnoringCase(exchange.method, "POST") &&
+                                  exchange.bodySize > static_cast<std::int64_t>(zab::kLargestPostBody);
+    return zab::decide(zab::factsOf(scratch, status, exchange.loadFlags), settings);
+}
+
+}  // namespace
+
+bool visitExchanges(std::string_view json, const ExchangeVisitor& visit) {
+    const Json all = parse(json);
+    try {
+        if (!all.is_array()) return false;
+        for (const Json& one : all) visit(exchangeOf(one));
+    } catch (const AnotherForm&) {
+        return false;
+    }
+    return true;
+}
+
+bool visitHarEntries(std::string_view json, const ExchangeVisitor& visit) {
+    HarWalk walk(visit);
+    try {
+        parse(json, std::ref(walk));
+    } catch (const AnotherForm&) {
+        return false;
+    }
+    return walk.sawEntries();
+}
+
+zab::Decision decideExchange(const Exchange& exchange, const zab::SettingsView& settings,
+                             zab::CapturedHeaders& scratch) {
+    const zab::Decision early = zab::decideRequest({zab::upToNul(exchange.url), exchange.loadFlags}, settings);
+    if (early.outcome != zab::Outcome::browser) return early;
+    const auto status = static_cast<std::uint32_t>(std::clamp<std::int64_t>(exchange.status, 0, UINT32_MAX));
+    if (zab::examinationOf(status) != zab::Examination::redirect)
+        return decideContent(exchange, status, settings, scratch);
+    const std::string* location = headerOf(exchange.responseHeaders, "Location");
+    return zab::decideRedirect(location == nullptr ? std::string_view{} : zab::upToNul(*location), settings);
+}
+
+}  // namespace zabprobe

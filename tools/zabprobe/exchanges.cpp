@@ -1,0 +1,152 @@
+// decide and har: what becomes of HTTP exchanges, and why.
+
+#include <array>
+#include <cstdio>
+
+#include "binding/text.h"
+#include "binding/utf.h"
+#include "zabprobe/command.h"
+#include "zabprobe/exchange_reader.h"
+
+namespace zabprobe {
+namespace {
+
+void takesSettings(CLI::App& command, Arguments& arguments) {
+    takesFile(command, arguments);
+    command.add_option("--extensions", arguments.extensions, "The extensions to catch, separated by blanks");
+    command.add_option("--exceptions", arguments.exceptions, "The excepted servers, separated by blanks");
+    command.add_flag("--no-integration", arguments.noIntegration, "The integration is switched off");
+    command.add_flag("--prevent-key", arguments.preventKey, "The keys that prevent catching are held");
+    command.add_flag("--force-key", arguments.forceKey, "The force keys are held");
+}
+
+void harOptions(CLI::App& command, Arguments& arguments) {
+    takesSettings(command, arguments);
+    command.add_flag("--explain", arguments.explain, "A table for people in place of the JSON");
+}
+
+zab::GivenSettings settingsOf(const Arguments& arguments) {
+    zab::GivenSettings settings;
+    settings.extensionList = arguments.extensions;
+    settings.exceptionList = arguments.exceptions;
+    settings.integration = !arguments.noIntegration;
+    settings.preventKey = arguments.preventKey;
+    settings.forceKey = arguments.forceKey;
+    return settings;
+}
+
+void addDecision(Json& json, const zab::Decision& decision) {
+    json["outcome"] = zab::outcomeName(decision.outcome);
+    json["reason"] = zab::wellFormedUtf8(zab::sentenceOf(decision));
+    json["offer"] = decision.offer ? 1 : 0;
+    json["extension"] = zab::wellFormedUtf8(decision.extension);
+    json["listener"] = zab::mediaKindName(decision.listener);
+    json["fileName"] = zab::wellFormedUtf8(decision.fileName);
+    json["contentLength"] = decision.contentLength;
+    json["flags"] = decision.flags;
+}
+
+Answer runDecide(const Arguments& arguments) {
+    const zab::GivenSettings settings = settingsOf(arguments);
+    zab::CapturedHeaders scratch;
+    Json decisions = Json::array();
+    const bool read = visitExchanges(arguments.bytes(), [&](const Exchange& exchange) {
+        addDecision(decisions.emplace_back(), decideExchange(exchange, settings, scratch));
+    });
+    if (!read) return {false, Json::array()};
+    return {true, std::move(decisions)};
+}
+
+/// The table for people: one line per entry, and what it came to.
+class Table {
+  public:
+    void add(const Exchange& exchange, const zab::Decision& decision) {
+        ++counts_[static_cast<std::size_t>(decision.outcome)];
+        if (decision.offer) ++offered_;
+        const std::string status = std::to_string(exchange.status);
+        line(zab::outcomeName(decision.outcome), status, shownUrl(exchange.url), zab::sentenceOf(decision));
+        if (decision.listener != zab::MediaKind::none)
+            text_.append(" Its body is read for media (").append(zab::mediaKindName(decision.listener)) += ").";
+        if (decision.offer) text_ += " It is offered as media of its page.";
+    }
+
+    [[nodiscard]] std::string text() const {
+        std::size_t all = 0;
+        for (const std::size_t count : counts_) all += count;
+        std::string totals = std::to_string(all) + (all == 1 ? " entry" : " entries");
+        const char* mark = ": ";
+        for (std::size_t i = 0; i < counts_.size(); ++i) {
+            totals.append(mark).append(std::to_string(counts_[i])) += ' ';
+            totals += zab::outcomeName(static_cast<zab::Outcome>(i));
+            mark = ", ";
+        }
+        totals += "; " + std::to_string(offered_) + " offered as media\n";
+        return text_.empty() ? totals : text_ + "\n\n" + totals;
+    }
+
+  private:
+    static constexpr std::size_t kUrlWidth = 60;
+    static constexpr std::string_view kEllipsis = "...";
+
+    /// Without its query and user, which may be secrets of whoever shows the table around; long ones are
+    /// shortened in the middle, where they tell least.
+    static std::string shownUrl(std::string_view url) {
+        std::string shown(zab::upTo(zab::upTo(url, '#'), '?'));
+        if (const auto at = shown.find('@'), mark = shown.find("://");
+            at != std::string::npos && mark != std::string::npos && at < shown.find('/', mark + 3))
+            shown.erase(mark + 3, at - mark - 2);
+        if (shown.size() < url.size() && zab::contains(url, "?")) shown += "?...";
+        if (shown.size() > kUrlWidth) {
+            const std::size_t kept = (kUrlWidth - kEllipsis.size()) / 2;
+            shown = shown.substr(0, kept).append(kEllipsis).append(shown, shown.size() - kept, kept);
+        }
+        for (char& c : shown)
+            if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = '?';
+        return zab::wellFormedUtf8(shown);
+    }
+
+    void line(std::string_view outcome, std::string_view status, std::string_view url,
+              std::string_view reason) {
+        if (!text_.empty()) text_ += '\n';
+        pad(outcome, 9);
+        pad(status, 4);
+        pad(url, kUrlWidth + 1);
+        text_ += zab::wellFormedUtf8(reason);
+    }
+
+    void pad(std::string_view word, std::size_t width) {
+        text_.append(word).append(word.size() < width ? width - word.size() : 1, ' ');
+    }
+
+    std::string text_;
+    std::array<std::size_t, 4> counts_{};
+    std::size_t offered_ = 0;
+};
+
+Answer runHar(const Arguments& arguments) {
+    const zab::GivenSettings settings = settingsOf(arguments);
+    zab::CapturedHeaders scratch;
+    Json decisions = Json::array();
+    Table table;
+    const bool read = visitHarEntries(arguments.bytes(), [&](const Exchange& exchange) {
+        const zab::Decision decision = decideExchange(exchange, settings, scratch);
+        if (arguments.explain) return table.add(exchange, decision);
+        Json& entry = decisions.emplace_back();
+        entry["url"] = exchange.url;
+        entry["status"] = exchange.status;
+        addDecision(entry, decision);
+    });
+    if (!read) return {false, Json::array()};
+    return {true, std::move(decisions), arguments.explain ? table.text() : std::string{}};
+}
+
+constexpr Command kCommands[] = {
+    {"decide", "What becomes of exchanges (a JSON array), and why", takesSettings, runDecide},
+    {"har", "The same for each entry of a HAR capture of any browser", harOptions, runHar},
+};
+
+}  // namespace
+
+std::span<const Command> exchangeCommands() { return kCommands; }
+
+}  // namespace zabprobe
