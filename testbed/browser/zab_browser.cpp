@@ -110,8 +110,8 @@ class Program {
                         .method = exchange.value("method", form.empty() ? "GET" : "POST"),
                         .loadFlags = loadFlagsOf(exchange),
                         .page = pageOf(exchange)};
-        for (const auto& [name, value] : exchange.value("headers", json::object()).items())
-            request.headers.emplace_back(name, value);
+        const json headers = exchange.value("headers", json::object());
+        for (const auto& [name, value] : headers.items()) request.headers.emplace_back(name, value);
         if (!form.empty()) {
             const auto type = exchange.value("bodyType", "application/x-www-form-urlencoded");
             request.headers.emplace_back("Content-Type", type);

@@ -93,16 +93,5 @@ TEST(BaseWindows, EveryOperationReachesItsOwnSlotInEveryLayout) {
     }
 }
 
-TEST(BaseWindows, TheFirstIdentifierThatAnswersServes) {
-    Browser browser;
-    auto& both = browser.make<BaseWindow>(windowLayouts()[5]);
-    const Interface older{"older", {&windowLayouts()[3].iid, 1}, {}};
-    both.answersTo(older);
-    GetBaseWindow(both.asSupports(), 52).reset();
-    EXPECT_EQ(browser.faults().countOf("baseWindow.0"), 0u);
-    EXPECT_FALSE(GetBaseWindow(browser.make<BedObject>("no window").asSupports(), 52));
-    EXPECT_EQ(browser.unbalanced(), "");
-}
-
 }  // namespace
 }  // namespace zab::testbed

@@ -1,0 +1,157 @@
+// The module starts up in a browser: what it registers, what it takes, and what it survives.
+#include <gtest/gtest.h>
+
+#include "browser/browser.h"
+#include "browser/desktop.h"
+
+namespace zab::testbed {
+namespace {
+
+const std::vector<std::string> kTopics = {
+    "http-on-modify-request",          "http-on-examine-response", "http-on-examine-merged-response",
+    "http-on-examine-cached-response", "domwindowopened",          "domwindowclosed"};
+
+TEST(StartUp, RegistersForTheTopicsInOrderAndOnce) {
+    SettingsTree settings;
+    Browser browser;
+    EXPECT_EQ(browser.startsUp(), NS_OK);
+    EXPECT_EQ(browser.observedTopics(), kTopics);
+    EXPECT_EQ(browser.module().Observe(nullptr, "profile-after-change"), NS_OK);
+    EXPECT_EQ(browser.observedTopics(), kTopics);
+    ASSERT_NE(browser.host(), nullptr);
+    EXPECT_EQ(browser.host()->name(), "extension");
+    EXPECT_EQ(browser.unbalanced(), "");
+    EXPECT_TRUE(browser.violations().empty());
+}
+
+TEST(StartUp, SaysWhyItCannotRegister) {
+    const struct {
+        const char* operation;
+        std::uint32_t nth;
+        nsresult fault, answer;
+        std::size_t topics;
+        const char* why;
+    } rows[] = {
+        {"NS_GetServiceManager", 1, NS_ERROR_FAILURE, 0xFFFFFFFF, 0, "no service manager"},
+        {"service @mozilla.org/observer-service;1", 1, NS_ERROR_NOT_AVAILABLE, NS_ERROR_NOT_AVAILABLE, 0,
+         "the service's error as it is"},
+        {"observerService.3", 1, NS_ERROR_NOT_AVAILABLE, NS_ERROR_NOT_AVAILABLE, 0, "first registration"},
+        {"observerService.3", 2, NS_ERROR_NOT_AVAILABLE, NS_ERROR_NOT_AVAILABLE, 1, "second registration"},
+        {"observerService.3", 3, NS_ERROR_NOT_AVAILABLE, NS_OK, 5, "a later registration may fail"},
+    };
+    for (const auto& row : rows) {
+        SettingsTree settings;
+        Browser browser;
+        browser.faults().failNth(row.nth, row.operation, row.fault);
+        const auto answer =
+            browser.intoModule([&] { return browser.module().Observe(nullptr, "profile-after-change"); });
+        EXPECT_EQ(answer, row.answer) << row.why;
+        EXPECT_TRUE(browser.faults().reached()) << row.why;
+        EXPECT_EQ(browser.observedTopics().size(), row.topics) << row.why;
+        EXPECT_TRUE(browser.violations().empty()) << row.why;
+    }
+}
+
+TEST(StartUp, APieceOfTheStartUpTopicEndsAllRegistration) {
+    for (const char* topic : {"-startup", "startup", ""}) {
+        SettingsTree settings;
+        Browser browser;
+        EXPECT_EQ(browser.module().Observe(nullptr, topic), NS_OK);
+        EXPECT_EQ(browser.module().Observe(nullptr, "profile-after-change"), NS_OK);
+        EXPECT_TRUE(browser.observedTopics().empty()) << topic;
+    }
+}
+
+TEST(StartUp, AnswersWithoutWhatItNeeds) {
+    const struct {
+        BrowserOptions options;
+        nsresult connected;
+        const char* why;
+    } rows[] = {
+        {{.hiddenEntries = allEntryPoints()}, NS_ERROR_UNEXPECTED, "a runtime that exports nothing"},
+        {{.hiddenEntries = {"NS_GetServiceManager"}}, NS_ERROR_UNEXPECTED, "no way to any service"},
+        {{.missingServices = {"@zab/mozilla_cc_helper8;1"}},
+         NS_ERROR_UNEXPECTED,
+         "an extension without helper"},
+    };
+    for (const auto& row : rows) {
+        SettingsTree settings;
+        Browser browser(row.options);
+        EXPECT_EQ(browser.startsUp(), row.connected) << row.why;
+        auto& page = browser.opensPage("http://site.example/");
+        auto& click = browser.clicks("http://site.example/archive.zip", &page);
+        browser.answers(click, 200, {{"Content-Type", "application/zip"}});
+        browser.mouse(u"mousedown", &page);
+        browser.selectsTab(u"17");
+        browser.unloads(u"17");
+        EXPECT_FALSE(click.cancelled()) << row.why;
+        EXPECT_TRUE(browser.violations().empty()) << row.why;
+    }
+}
+
+TEST(StartUp, EveryBaseOfTheObserverIsReachedThroughTheBrowsersTables) {
+    SettingsTree settings;
+    Browser browser;
+    browser.startsUp();
+    nsIObserver* observer = browser.observers().front();
+    const struct {
+        nsIID iid;
+        const char* why;
+    } bases[] = {
+        {nsIObserver::kIID, "observer"},
+        {nsIHttpNotify::kIID, "HTTP notifications"},
+        {nsIHttpHeaderVisitor::kIID, "visitor of older browsers"},
+        {nsIHttpHeaderVisitor_7::kIID, "visitor of newer browsers"},
+    };
+    const auto pointer = [](const void* place) { return reinterpret_cast<std::uint64_t>(place); };
+    void* identity = nullptr;
+    browser.callModule(StandInCall::queryInterface, observer, pointer(&nsISupports::kIID), pointer(&identity));
+    ASSERT_NE(identity, nullptr);
+    for (const auto& base : bases) {
+        void* table = nullptr;
+        EXPECT_EQ(
+            browser.callModule(StandInCall::queryInterface, observer, pointer(&base.iid), pointer(&table)),
+            NS_OK)
+            << base.why;
+        ASSERT_NE(table, nullptr) << base.why;
+        void* back = nullptr;
+        browser.callModule(StandInCall::queryInterface, table, pointer(&nsISupports::kIID), pointer(&back));
+        EXPECT_EQ(back, identity) << "one identity from every base: " << base.why;
+        browser.callModule(StandInCall::release, back);
+        browser.callModule(StandInCall::release, table);
+    }
+    void* none = identity;
+    EXPECT_EQ(browser.callModule(StandInCall::queryInterface, observer, pointer(&nsIObserverService::kIID),
+                                 pointer(&none)),
+              NS_ERROR_NO_INTERFACE);
+    EXPECT_EQ(none, nullptr);
+    browser.callModule(StandInCall::release, identity);
+}
+
+TEST(StartUp, WindowsGetAndLoseTheirListeners) {
+    SettingsTree settings;
+    Browser browser;
+    browser.startsUp();
+    auto& window = browser.opensWindow();
+    std::vector<std::u16string> types;
+    for (const auto& [type, listener] : window.target.listeners) types.push_back(type);
+    EXPECT_EQ(types, (std::vector<std::u16string>{u"mouseup", u"mousedown", u"TabSelect"}));
+    browser.closesWindow(window);
+    EXPECT_TRUE(window.target.listeners.empty());
+    EXPECT_EQ(browser.unbalanced(), "");
+    EXPECT_TRUE(browser.violations().empty());
+}
+
+TEST(StartUp, TabsAreNamedOnTheDebuggerOutput) {
+    SettingsTree settings;
+    Browser browser;
+    browser.startsUp();
+    browser.takesDebugLines();
+    browser.selectsTab(u"17");
+    browser.selectsTab(u"abc");
+    EXPECT_EQ(browser.takesDebugLines(),
+              (std::vector<std::string>{"**********Tabselect2 docID=17", "**********Tabselect2 docID=0"}));
+}
+
+}  // namespace
+}  // namespace zab::testbed
