@@ -17,9 +17,10 @@ struct AnotherForm {};
 
 constexpr std::uint32_t kPageOfTheWindow = zab::kDocumentLoad | zab::kTopLevelLoad;
 
-/// A member of an object, or null where it is absent.
+/// A member of an object, or null where it, or the object, is absent.
 const Json& memberOf(const Json& object, const char* name) {
     static const Json kNone;
+    if (object.is_null()) return kNone;
     if (!object.is_object()) throw AnotherForm{};
     const auto found = object.find(name);
     return found == object.end() ? kNone : *found;
@@ -85,6 +86,7 @@ const std::string* headerOf(const Headers& headers, std::string_view name) {
 }
 
 Exchange exchangeOf(const Json& json) {
+    if (!json.is_object()) throw AnotherForm{};
     Exchange exchange;
     std::int64_t loadFlags = 0;
     readText(memberOf(json, "url"), exchange.url);
@@ -118,11 +120,9 @@ Exchange exchangeOfHarEntry(const Json& entry) {
     readText(memberOf(request, "method"), exchange.method);
     readHarHeaders(memberOf(request, "headers"), exchange.requestHeaders);
     readNumber(memberOf(request, "bodySize"), exchange.bodySize);
-    if (const Json& postData = memberOf(request, "postData"); !postData.is_null()) {
-        std::string text;
-        readText(memberOf(postData, "text"), text);
-        exchange.bodySize = std::max(exchange.bodySize, static_cast<std::int64_t>(text.size()));
-    }
+    std::string body;
+    readText(memberOf(memberOf(request, "postData"), "text"), body);
+    exchange.bodySize = std::max(exchange.bodySize, static_cast<std::int64_t>(body.size()));
     readNumber(memberOf(response, "status"), exchange.status);
     readHarHeaders(memberOf(response, "headers"), exchange.responseHeaders);
     exchange.loadFlags = loadFlagsOf(exchange.requestHeaders, memberOf(entry, "_resourceType"));

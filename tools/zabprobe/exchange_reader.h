@@ -25,8 +25,8 @@ struct Exchange {
     std::string method = "GET";
     std::uint32_t loadFlags = 0;
     std::int64_t bodySize = 0;  // of the request, bytes
-    Headers requestHeaders;
-    Headers responseHeaders;
+    Headers requestHeaders = {};
+    Headers responseHeaders = {};
 };
 
 using ExchangeVisitor = std::function<void(const Exchange& exchange)>;
