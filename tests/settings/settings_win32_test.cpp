@@ -200,10 +200,12 @@ TEST_F(SettingsRegistry, AnyFailingCallLeavesADefault) {
     write(kSpecialKeysPath, kUseKeyToForce, 1);
     registryCallHook = countCall;
     for (const auto& use : uses) {
-        for (failingCall = 1, registryCalls = failingCall.load(); registryCalls >= failingCall; ++failingCall) {
+        bool reached = true;  // the fault; a run that ends without it has no more calls
+        for (failingCall = 1; reached; ++failingCall) {
             closeSharedState();
             registryCalls = 0;
             use();
+            reached = registryCalls >= failingCall;
             ASSERT_LT(failingCall, 50) << "a use makes a bounded number of calls";
         }
         failingCall = 0;
@@ -220,7 +222,7 @@ TEST_F(SettingsFiles, TheDataFileIsReadAgainAtEachChange) {
         for (int i = 0; i < 500 && pairing() != wanted; ++i) Sleep(20);
         return pairing() == wanted;
     };
-    const auto touch = [count = 0u]() mutable { write("Software\\ZabrionHub\\ConfigTime", "time", ++count); };
+    auto touch = [count = 0u]() mutable { write("Software\\ZabrionHub\\ConfigTime", "time", ++count); };
     touch();
     writeFile(path, enciphered("youtube.pairing=1\n"));
     EXPECT_EQ(ReloadDataFile(dataFile()), 1u) << "no folder is configured";
