@@ -29,13 +29,13 @@ std::string upperHex(std::uint32_t value) {
 }
 
 /// The download manager is there and would be reachable: the words depend on what went wrong.
-std::string messageFor(std::uint32_t status, const FailureReportTexts& texts) {
+std::string messageFor(std::uint32_t status, const MessageTexts& texts) {
     using namespace transfer_failure;
-    std::string message(texts.cannotTransfer);
+    std::string message(texts[TextId::cannotTransfer].view());
     switch (status) {
         case kElevationRequired:
-            message.append(kBlankLine).append(texts.differentPrivileges);
-            message.append(kBlankLine).append(texts.uncheckBrowser);
+            message.append(kBlankLine).append(texts[TextId::differentPrivileges].view());
+            message.append(kBlankLine).append(texts[TextId::checkBrowserProperties].view());
             break;
         case kPathNotFound:
         case kLibraryNotRegistered:
@@ -47,13 +47,12 @@ std::string messageFor(std::uint32_t status, const FailureReportTexts& texts) {
 
 }  // namespace
 
-FailureBox failureBoxFor(std::uint32_t status, const FailureReportFacts& facts,
-                         const FailureReportTexts& texts) {
+FailureBox failureBoxFor(std::uint32_t status, const FailureReportFacts& facts, const MessageTexts& texts) {
     using Kind = FailureBox::Kind;
     if (status == transfer_failure::kMissingAtStart) return {Kind::question, std::string(kMissingAtStartText)};
     if (!facts.exePath) return {Kind::question, std::string(kNotInstalledText)};
     if (facts.compatibilityLayer == kRunsAsAdministrator)
-        return {Kind::information, std::string(texts.runsAsAdministrator)};
+        return {Kind::information, std::string(texts[TextId::managerRunsElevated].view())};
     return {Kind::information, messageFor(status, texts)};
 }
 

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "settings/message_texts.h"
+
 namespace zab {
 
 inline constexpr std::string_view kFailureBoxTitle = "\"ZAB Integration\" extension";
@@ -28,14 +30,6 @@ struct FailureReportFacts {
     std::string compatibilityLayer;      // the system's setting for that program; empty: none
 };
 
-/// Localised.
-struct FailureReportTexts {
-    std::string_view runsAsAdministrator;
-    std::string_view cannotTransfer;
-    std::string_view differentPrivileges;
-    std::string_view uncheckBrowser;
-};
-
 struct FailureBox {
     enum class Kind {
         question,     // Yes opens the installation page
@@ -46,8 +40,7 @@ struct FailureBox {
     bool operator==(const FailureBox&) const = default;
 };
 
-FailureBox failureBoxFor(std::uint32_t status, const FailureReportFacts& facts,
-                         const FailureReportTexts& texts);
+FailureBox failureBoxFor(std::uint32_t status, const FailureReportFacts& facts, const MessageTexts& texts);
 
 /// Whether a call to the download manager failed on its way (its process died, the connection is gone) and so
 /// was not made: a code of the RPC facility, or an RPC error of the system. What the download manager itself

@@ -8,7 +8,11 @@ namespace {
 using Kind = FailureBox::Kind;
 
 TEST(FailureReport, SaysWhatWentWrongInItsOwnWords) {
-    constexpr FailureReportTexts kTexts{"elevated", "failed \xC3\xA9", "privileges", "browser"};
+    MessageTexts texts;
+    texts.replace(20865, "elevated");
+    texts.replace(20905, "failed \xC3\xA9");
+    texts.replace(20906, "privileges");
+    texts.replace(20907, "browser");
     const char* const kExe = "C:\\ZAB\\ZABMan.exe";
     const struct {
         std::uint32_t status;
@@ -49,13 +53,13 @@ TEST(FailureReport, SaysWhatWentWrongInItsOwnWords) {
          "an empty path is a path; no zeros"},
     };
     for (const auto& row : rows) {
-        const auto box = failureBoxFor(row.status, row.facts, kTexts);
+        const auto box = failureBoxFor(row.status, row.facts, texts);
         EXPECT_EQ(box.text, row.box.text) << row.why;
         EXPECT_EQ(box.kind, row.box.kind) << row.why;
     }
     for (const std::uint32_t status : {0x80070003u, 0x8002801Du, 0x80040154u})
         EXPECT_EQ(
-            failureBoxFor(status, {kExe, ""}, kTexts).text,
+            failureBoxFor(status, {kExe, ""}, texts).text,
             "failed \xC3\xA9\r\n\r\nThe required ZAB components are not registered/found. Please reinstall "
             "Zabrion with Administrator rights")
             << std::hex << status;
