@@ -1,0 +1,45 @@
+#include "behaviour.h"
+
+namespace zab::testbed {
+namespace {
+
+constexpr const wchar_t* kKey = L"Software\\ZabrionHub";
+
+DWORD numberOf(const wchar_t* name, DWORD fallback) {
+    DWORD value = 0;
+    DWORD size = sizeof(value);
+    const LSTATUS status =
+        RegGetValueW(HKEY_CURRENT_USER, kKey, name, RRF_RT_REG_DWORD, nullptr, &value, &size);
+    return status == ERROR_SUCCESS ? value : fallback;
+}
+
+std::wstring textOf(const wchar_t* name) {
+    wchar_t text[MAX_PATH]{};
+    DWORD size = sizeof(text);
+    const LSTATUS status = RegGetValueW(HKEY_CURRENT_USER, kKey, name, RRF_RT_REG_SZ, nullptr, text, &size);
+    return status == ERROR_SUCCESS ? text : L"";
+}
+
+}  // namespace
+
+std::wstring programPath() {
+    wchar_t path[MAX_PATH]{};
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return path;
+}
+
+Behaviour readBehaviour() {
+    Behaviour behaviour;
+    behaviour.logFile = textOf(L"TestbedLog");
+    if (behaviour.logFile.empty()) {
+        const std::wstring program = programPath();
+        behaviour.logFile = program.substr(0, program.rfind(L'\\') + 1) + L"zab_manager.jsonl";
+    }
+    behaviour.hangMs = numberOf(L"TestbedHangMs", 0);
+    behaviour.dies = numberOf(L"TestbedDie", 0) != 0;
+    behaviour.answer = static_cast<HRESULT>(numberOf(L"TestbedAnswer", S_OK));
+    behaviour.downloads = numberOf(L"TestbedDownload", 1) != 0;
+    return behaviour;
+}
+
+}  // namespace zab::testbed

@@ -1,0 +1,134 @@
+#include "download.h"
+
+#include <windows.h>
+
+#include <bcrypt.h>
+#include <winhttp.h>
+
+#include "binding/encoding.h"
+#include "binding/owner.h"
+
+namespace zab::testbed {
+namespace {
+
+struct HttpTraits {
+    using Raw = HINTERNET;
+    static Raw none() { return nullptr; }
+    static void close(Raw handle) { WinHttpCloseHandle(handle); }
+};
+using HttpHandle = Owner<HttpTraits>;
+
+class Sha256 {
+  public:
+    Sha256() {
+        BCryptOpenAlgorithmProvider(&algorithm_, BCRYPT_SHA256_ALGORITHM, nullptr, 0);
+        BCryptCreateHash(algorithm_, &hash_, nullptr, 0, nullptr, 0, 0);
+    }
+    ~Sha256() {
+        BCryptDestroyHash(hash_);
+        BCryptCloseAlgorithmProvider(algorithm_, 0);
+    }
+    Sha256(const Sha256&) = delete;
+    Sha256& operator=(const Sha256&) = delete;
+
+    void add(unsigned char* bytes, DWORD count) { BCryptHashData(hash_, bytes, count, 0); }
+
+    std::string hexadecimal() {
+        static constexpr char kDigits[] = "0123456789abcdef";
+        unsigned char digest[32]{};
+        BCryptFinishHash(hash_, digest, sizeof(digest), 0);
+        std::string text;
+        for (const unsigned char byte : digest) text.append({kDigits[byte >> 4], kDigits[byte & 15]});
+        return text;
+    }
+
+  private:
+    BCRYPT_ALG_HANDLE algorithm_ = nullptr;
+    BCRYPT_HASH_HANDLE hash_ = nullptr;
+};
+
+struct Target {
+    bool secure;
+    INTERNET_PORT port;
+    std::wstring host;
+    std::wstring object;  // path and query as they stand
+};
+
+std::optional<Target> targetOf(const std::wstring& url) {
+    URL_COMPONENTS parts{};
+    parts.dwStructSize = sizeof(parts);
+    parts.dwSchemeLength = parts.dwHostNameLength = parts.dwUrlPathLength = parts.dwExtraInfoLength = DWORD(-1);
+    if (!WinHttpCrackUrl(url.c_str(), 0, 0, &parts)) return std::nullopt;
+    std::wstring object(parts.lpszUrlPath, parts.dwUrlPathLength);
+    object.append(parts.lpszExtraInfo, parts.dwExtraInfoLength);
+    return Target{parts.nScheme == INTERNET_SCHEME_HTTPS, parts.nPort,
+                  std::wstring(parts.lpszHostName, parts.dwHostNameLength), std::move(object)};
+}
+
+std::wstring headersOf(const DownloadOrder& order) {
+    std::wstring headers;
+    const auto add = [&](const wchar_t* name, const std::wstring& value) {
+        if (!value.empty()) headers.append(name).append(L": ").append(value).append(L"\r\n");
+    };
+    add(L"Referer", order.referrer);
+    add(L"Cookie", order.cookies);
+    if (order.postBody) add(L"Content-Type", order.postContentType);
+    if (!order.user.empty()) {
+        const std::string token = Base64Encode(order.user + ":" + order.password);
+        add(L"Authorization", L"Basic " + std::wstring(token.begin(), token.end()));
+    }
+    return headers;
+}
+
+bool sendRequest(HINTERNET request, const DownloadOrder& order) {
+    DWORD ownCookies = WINHTTP_DISABLE_COOKIES;
+    WinHttpSetOption(request, WINHTTP_OPTION_DISABLE_FEATURE, &ownCookies, sizeof(ownCookies));
+    std::string body = order.postBody.value_or("");
+    const auto length = static_cast<DWORD>(body.size());
+    const std::wstring headers = headersOf(order);
+    return WinHttpSendRequest(request, headers.empty() ? WINHTTP_NO_ADDITIONAL_HEADERS : headers.c_str(),
+                              static_cast<DWORD>(headers.size()), body.data(), length, length, 0) &&
+           WinHttpReceiveResponse(request, nullptr);
+}
+
+std::optional<Downloaded> readResponse(HINTERNET request) {
+    Downloaded result;
+    DWORD status = 0;
+    DWORD size = sizeof(status);
+    if (!WinHttpQueryHeaders(request, WINHTTP_QUERY_STATUS_CODE | WINHTTP_QUERY_FLAG_NUMBER, nullptr, &status,
+                             &size, nullptr))
+        return std::nullopt;
+    result.status = status;
+    Sha256 hash;
+    unsigned char buffer[16384];
+    for (;;) {
+        DWORD count = 0;
+        if (!WinHttpReadData(request, buffer, sizeof(buffer), &count)) return std::nullopt;
+        if (count == 0) break;
+        hash.add(buffer, count);
+        result.sizeBytes += count;
+    }
+    result.sha256 = hash.hexadecimal();
+    return result;
+}
+
+}  // namespace
+
+std::optional<Downloaded> download(const DownloadOrder& order) {
+    const auto target = targetOf(order.url);
+    if (!target) return std::nullopt;
+    const HttpHandle session(
+        WinHttpOpen(order.userAgent.c_str(), WINHTTP_ACCESS_TYPE_NO_PROXY, nullptr, nullptr, 0));
+    if (!session) return std::nullopt;
+    WinHttpSetTimeouts(session.get(), 5000, 5000, 10000, 10000);
+    const HttpHandle connection(WinHttpConnect(session.get(), target->host.c_str(), target->port, 0));
+    const HttpHandle request(
+        WinHttpOpenRequest(connection.get(), order.postBody ? L"POST" : L"GET", target->object.c_str(), nullptr,
+                           WINHTTP_NO_REFERER, WINHTTP_DEFAULT_ACCEPT_TYPES,
+                           WINHTTP_FLAG_ESCAPE_DISABLE | WINHTTP_FLAG_ESCAPE_DISABLE_QUERY |
+                               (target->secure ? WINHTTP_FLAG_SECURE : 0u)));
+    if (!request || !sendRequest(request.get(), order)) return std::nullopt;
+    return readResponse(request.get());
+}
+
+}  // namespace zab::testbed

@@ -1,0 +1,196 @@
+#include "server.h"
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "behaviour.h"
+#include "binding/wide_win32.h"
+#include "download.h"
+// Made from link_transmitter.idl; needs windows.h.
+#include "link_transmitter.h"
+#include "transfer_log.h"
+
+namespace zab::testbed {
+namespace {
+
+constexpr DWORD kIdleMs = 10000;
+constexpr const wchar_t* kClassKey = L"Software\\Classes\\CLSID\\{E4FA915A-95CC-44FA-9B27-31110C42290E}";
+constexpr GUID kTypeLibrary{0x1996D87C, 0x3D68, 0x4C8A, {0xBA, 0xDF, 0xB4, 0x51, 0xE2, 0x9C, 0xCC, 0x33}};
+
+/// Objects alive and downloads under way: while there are any, the process stays.
+std::atomic<long> g_busy{0};
+
+DWORD g_registration = 0;
+
+struct Busy {
+    Busy() { ++g_busy; }
+    ~Busy() { --g_busy; }
+    Busy(const Busy&) = delete;
+    Busy& operator=(const Busy&) = delete;
+};
+
+std::wstring wideOf(BSTR text) { return text == nullptr ? L"" : std::wstring(text, SysStringLen(text)); }
+
+/// In the ANSI code page, as the browser side had it.
+std::string narrowOf(BSTR text) {
+    const int length = static_cast<int>(SysStringLen(text));
+    if (length == 0) return {};
+    std::string narrow(
+        static_cast<std::size_t>(WideCharToMultiByte(CP_ACP, 0, text, length, nullptr, 0, nullptr, nullptr)),
+        '\0');
+    WideCharToMultiByte(CP_ACP, 0, text, length, narrow.data(), static_cast<int>(narrow.size()), nullptr,
+                        nullptr);
+    return narrow;
+}
+
+/// Empty when the element is absent or cannot be read.
+std::wstring elementOf(const VARIANT* extraData, LONG index) {
+    if (extraData == nullptr || extraData->vt != (VT_ARRAY | VT_BSTR)) return {};
+    BSTR copy = nullptr;
+    if (FAILED(SafeArrayGetElement(extraData->parray, &index, &copy))) return {};
+    std::wstring text = wideOf(copy);
+    SysFreeString(copy);
+    return text;
+}
+
+/// Behind the call: downloads, then writes the line of the transfer.
+void finish(const Behaviour& behaviour, const DownloadOrder& order, nlohmann::ordered_json line) {
+    if (behaviour.downloads) {
+        if (const auto result = download(order))
+            line["download"] = {
+                {"status", result->status}, {"size", result->sizeBytes}, {"sha256", result->sha256}};
+        else
+            line["error"] = "not downloaded";
+    }
+    appendLine(behaviour.logFile, line);
+}
+
+class Transmitter final : public ILinkTransmitter {
+  public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
+        const bool known = iid == __uuidof(ILinkTransmitter) || iid == __uuidof(IUnknown);
+        *result = known ? this : nullptr;
+        if (known) AddRef();
+        return known ? S_OK : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const ULONG left = --references_;
+        if (left == 0) delete this;
+        return left;
+    }
+
+    HRESULT STDMETHODCALLTYPE Reserved(LONG) override { return E_NOTIMPL; }
+
+    HRESULT STDMETHODCALLTYPE SendLinkToZab(BSTR url, BSTR referrer, BSTR cookies, BSTR postData, BSTR user,
+                                            BSTR password, BSTR reserved, BSTR fileName, LONG flags,
+                                            VARIANT* extraData, VARIANT* reservedVariant) override {
+        const Behaviour behaviour = readBehaviour();
+        nlohmann::ordered_json line = {{"url", jsonOf(url)},
+                                       {"referrer", jsonOf(referrer)},
+                                       {"cookies", jsonOf(cookies)},
+                                       {"postData", jsonOf(postData)},
+                                       {"user", jsonOf(user)},
+                                       {"password", jsonOf(password)},
+                                       {"reserved", jsonOf(reserved)},
+                                       {"fileName", jsonOf(fileName)},
+                                       {"flags", static_cast<std::uint32_t>(flags)},
+                                       {"extraData", jsonOf(extraData)},
+                                       {"reservedVariant", jsonOf(reservedVariant)}};
+        Sleep(behaviour.hangMs);
+        if (behaviour.dies) {
+            line["died"] = true;
+            appendLine(behaviour.logFile, line);
+            // Wine does not notice the end of a registered server and would go on asking the dead one.
+            CoRevokeClassObject(g_registration);
+            TerminateProcess(GetCurrentProcess(), 1);
+        }
+        DownloadOrder order{wideOf(url),
+                            elementOf(extraData, 0),
+                            wideOf(referrer),
+                            wideOf(cookies),
+                            narrowOf(user),
+                            narrowOf(password),
+                            postData == nullptr ? std::nullopt : std::optional(narrowOf(postData)),
+                            elementOf(extraData, 4)};
+        std::thread([behaviour, order = std::move(order), line = std::move(line),
+                     busy = std::make_unique<Busy>()] {
+            finish(behaviour, order, line);
+        }).detach();
+        return behaviour.answer;
+    }
+
+  private:
+    ~Transmitter() = default;
+
+    Busy busy_;
+    std::atomic<ULONG> references_{1};
+};
+
+class Factory final : public IClassFactory {
+  public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
+        const bool known = iid == IID_IClassFactory || iid == IID_IUnknown;
+        *result = known ? this : nullptr;
+        return known ? S_OK : E_NOINTERFACE;
+    }
+    // Lives as long as the process.
+    ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** result) override {
+        *result = nullptr;
+        if (outer != nullptr) return CLASS_E_NOAGGREGATION;
+        auto* const object = new Transmitter;
+        const HRESULT status = object->QueryInterface(iid, result);
+        object->Release();
+        return status;
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
+};
+
+}  // namespace
+
+int serve() {
+    if (FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED))) return 1;
+    static Factory factory;
+    const HRESULT status = CoRegisterClassObject(__uuidof(LinkTransmitter), &factory, CLSCTX_LOCAL_SERVER,
+                                                 REGCLS_MULTIPLEUSE, &g_registration);
+    if (FAILED(status)) return 1;
+    for (DWORD idleMs = 0; idleMs < kIdleMs;) {
+        constexpr DWORD kStepMs = 100;
+        Sleep(kStepMs);
+        idleMs = g_busy == 0 ? idleMs + kStepMs : 0;
+    }
+    CoRevokeClassObject(g_registration);
+    constexpr DWORD kGraceMs = 500;  // for who found the class just before
+    do Sleep(kGraceMs);
+    while (g_busy != 0);
+    CoUninitialize();
+    return 0;
+}
+
+int registerServer() {
+    const std::wstring program = programPath();
+    const std::wstring command = L"\"" + program + L"\"";
+    const LSTATUS status =
+        RegSetKeyValueW(HKEY_LOCAL_MACHINE, (std::wstring(kClassKey) + L"\\LocalServer32").c_str(), nullptr,
+                        REG_SZ, command.c_str(), static_cast<DWORD>((command.size() + 1) * sizeof(wchar_t)));
+    if (status != ERROR_SUCCESS) return 1;
+    ITypeLib* library = nullptr;
+    if (FAILED(LoadTypeLibEx(program.c_str(), REGKIND_REGISTER, &library))) return 1;
+    library->Release();
+    return 0;
+}
+
+int unregisterServer() {
+    const LSTATUS status = RegDeleteTreeW(HKEY_LOCAL_MACHINE, kClassKey);
+    UnRegisterTypeLib(kTypeLibrary, 1, 0, LOCALE_NEUTRAL, SYS_WIN64);
+    return status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND ? 0 : 1;
+}
+
+}  // namespace zab::testbed
