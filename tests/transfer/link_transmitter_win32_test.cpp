@@ -1,0 +1,199 @@
+// Real calls between two processes, and the message boxes of those that could not be made. Needs a display and
+// zab_manager.exe beside the test program.
+#include "transfer/link_transmitter_win32.h"
+
+#include <gtest/gtest.h>
+
+#include "binding/utf.h"
+#include "transfer/failure_report.h"
+#include "transfer/local_copy_win32.h"
+#include "transfer/manager_process_win32.h"
+#include "transfer/passwords.h"
+#include "transfer/transfer.h"
+
+namespace zab {
+namespace {
+
+using nlohmann::json;
+using testing::waitFor;
+
+TransferRecord recordOf(std::string url) {
+    TransferRecord record;
+    record.url = std::move(url);
+    return record;
+}
+
+/// Text of the message box with the module's title, which is then answered with `button`; empty without a box.
+std::string answerBox(int button) {
+    const HWND box = waitFor([] {
+        const HWND found = FindWindowA(nullptr, std::string(kFailureBoxTitle).c_str());
+        return IsWindowVisible(found) ? found : nullptr;  // shown when it is complete
+    });
+    if (box == nullptr) return {};
+    std::u16string text;
+    for (HWND child = nullptr; (child = FindWindowExW(box, child, L"Static", nullptr)) != nullptr;) {
+        std::u16string part(4096, u'\0');
+        part.resize(static_cast<std::size_t>(GetWindowTextW(child, wide(part.data()), 4096)));
+        text += part;
+    }
+    SendMessageW(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
+    waitFor([&] { return !IsWindow(box); });
+    return utf8FromUtf16(text);
+}
+
+class Transfer : public ::testing::Test {
+  protected:
+    testing::ManagerProcess manager;
+};
+
+TEST_F(Transfer, CarriesEveryTextToItsPlace) {
+    ASSERT_TRUE(manager.isRegistered(true));
+    passwords().remember("http://page.example/", {"pu", "pp"});
+    passwords().remember("http://second.example/", {"su", "sp"});
+    TransferRecord record;
+    record.url = "http://h.example/a%20\xE9.zip?x=1#part";  // the ANSI code page is 1252 here
+    record.referrer = "referrer";
+    record.cookies = "c=1; d=2";
+    record.userAgent = "agent";
+    record.user = "u";
+    record.password = "p";
+    record.fileName = "utf-8''\xC3\xA9";
+    record.postBody = std::string("a\0b", 3);
+    record.postContentType = "form";
+    record.typeHint = "zip";
+    record.contentType = "type";
+    record.pageTitle = "title";
+    record.pageUrl = "http://page.example/p";
+    record.secondUrl = "http://second.example/s";
+    record.extraData = "extra";
+    record.description = "description";
+    record.sizeBytes = 5'000'000'000;
+    record.bodyOffered = true;
+    record.flags = transfer_flags::kPostUnavailable;
+    ASSERT_EQ(sendToDownloadManager(record), TransferResult::made);
+    const json expected = {
+        {"url", "http://h.example/a%20\xC3\xA9.zip?x=1"},
+        {"referrer", "referrer"},
+        {"cookies", "c=1; d=2"},
+        {"postData", std::string("a\0b", 3)},
+        {"user", "u"},
+        {"password", "p"},
+        {"reserved", nullptr},
+        {"fileName", "utf-8''\xC3\x83\xC2\xA9"},
+        {"flags", 0x1000008},
+        {"extraData",
+         {"agent", nullptr, "title", "zip", "form", "type", "5000000000", "http://page.example/p", "", nullptr,
+          "pu", "pp", "http://second.example/s", "extra", nullptr, "su", "sp", "description", nullptr}},
+        {"reservedVariant", VT_EMPTY},
+    };
+    EXPECT_EQ(manager.received(0), expected);
+}
+
+TEST_F(Transfer, TellsAbsentFromEmpty) {
+    ASSERT_TRUE(manager.isRegistered(true));
+    ASSERT_EQ(sendToDownloadManager(recordOf("#fragment")), TransferResult::made);
+    const json line = manager.received(0);
+    ASSERT_TRUE(line.is_object());
+    EXPECT_EQ(line.at("url"), "") << "a fragment alone is an empty address, and sent";
+    for (const char* absent : {"referrer", "cookies", "postData", "user", "password", "reserved", "fileName"})
+        EXPECT_EQ(line.at(absent), nullptr) << absent;
+    json elements(19, nullptr);
+    elements[8] = "";
+    EXPECT_EQ(line.at("extraData"), elements);
+}
+
+TEST_F(Transfer, IsMadeWhateverTheManagerAnswers) {
+    ASSERT_TRUE(manager.isRegistered(true));
+    manager.set("TestbedAnswer", DWORD{0x80004005});
+    manager.set("TestbedHangMs", DWORD{300});
+    const ULONGLONG start = GetTickCount64();
+    EXPECT_EQ(sendToDownloadManager(recordOf("http://h.example/")), TransferResult::made);
+    EXPECT_GE(GetTickCount64() - start, 300u) << "the call is synchronous";
+}
+
+TEST_F(Transfer, ToAManagerThatDiesIsNotMadeAndTheSessionFindsTheNextOne) {
+    ASSERT_TRUE(manager.isRegistered(true));
+    manager.set("ExePath", "C:\\ZAB\\ZABMan.exe");
+    manager.set("TestbedDie", DWORD{1});
+    TransferSession session;
+    EXPECT_EQ(session.send(recordOf("http://h.example/1")), TransferResult::notMade);
+    EXPECT_EQ(manager.received(0).value("died", false), true);
+    EXPECT_TRUE(answerBox(IDOK).starts_with("Cannot transfer the download to ZAB\r\nError 0x8"));
+    manager.set("TestbedDie", DWORD{0});
+    EXPECT_EQ(session.send(recordOf("http://h.example/2")), TransferResult::made);
+    EXPECT_EQ(session.send(recordOf("http://h.example/3")), TransferResult::made);
+    EXPECT_EQ(manager.received(2).value("url", ""), "http://h.example/3");
+}
+
+TEST_F(Transfer, WithoutARegisteredManagerTheUserIsToldWhy) {
+    ASSERT_TRUE(manager.isRegistered(false));
+    const std::string exe = "C:\\ZAB\\ZABMan.exe";
+    EXPECT_EQ(sendToDownloadManager(recordOf("http://h.example/")), TransferResult::notMade);
+    EXPECT_EQ(
+        answerBox(IDNO),
+        "Cannot transfer file download to Zabrion. It's possible that it's not installed. Would you like to "
+        "download and install Zabrion?");
+    manager.set("ExePath", exe);
+    EXPECT_EQ(sendToDownloadManager(recordOf("http://h.example/")), TransferResult::notMade);
+    EXPECT_EQ(
+        answerBox(IDOK),
+        "Cannot transfer the download to ZAB\r\n\r\nThe required ZAB components are not registered/found. "
+        "Please reinstall Zabrion with Administrator rights");
+    manager.set(exe.c_str(), "RUNASADMIN", manager.kLayers);
+    EXPECT_EQ(sendToDownloadManager(recordOf("http://h.example/")), TransferResult::notMade);
+    EXPECT_TRUE(
+        answerBox(IDOK).starts_with("Firefox cannot transfer file download to Zabrion because you have"));
+    reportMissingManagerAtStart();
+    EXPECT_TRUE(answerBox(IDNO).starts_with("You have installed \"ZAB Integration\" extension successfully."));
+}
+
+TEST_F(Transfer, WithoutAnAddressNobodyIsTold) {
+    EXPECT_EQ(sendToDownloadManager({}), TransferResult::notMade);
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    EXPECT_EQ(FindWindowA(nullptr, std::string(kFailureBoxTitle).c_str()), nullptr);
+}
+
+TEST_F(Transfer, LeavesComAsItWasOnTheThread) {
+    for (const bool registered : {true, false}) {
+        ASSERT_TRUE(manager.isRegistered(registered));
+        std::thread([&] {
+            const auto result = sendToDownloadManager(recordOf("http://h.example/"));
+            EXPECT_EQ(result, registered ? TransferResult::made : TransferResult::notMade);
+            APTTYPE type{};
+            APTTYPEQUALIFIER qualifier{};
+            EXPECT_EQ(CoGetApartmentType(&type, &qualifier), CO_E_NOTINITIALIZED) << registered;
+        }).join();
+    }
+    EXPECT_NE(answerBox(IDNO), "");
+    std::thread([&] {
+        CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+        EXPECT_EQ(sendToDownloadManager(recordOf("http://h.example/")), TransferResult::notMade);
+        EXPECT_NE(answerBox(IDNO), "");
+        EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_FALSE) << "still in the mode that it had";
+        CoUninitialize();
+        CoUninitialize();
+    }).join();
+}
+
+TEST(LocalCopy, IsOfferedOnlyWithExactlyTheExpectedSize) {
+    char16_t folder[MAX_PATH]{};
+    GetTempPathW(MAX_PATH, wide(folder));
+    const auto fileOf = [&](std::u16string_view name) {
+        const std::u16string path = std::u16string(folder).append(name);
+        std::ofstream(wide(path)) << "12345";
+        return path;
+    };
+    const std::u16string plain = fileOf(u"copy_\u00E9.bin");
+    const std::u16string foreign = fileOf(u"copy_\u0101.bin");
+    EXPECT_TRUE(usableCopy(plain, 5).ends_with("copy_\xE9.bin"));
+    EXPECT_EQ(usableCopy(plain, 4), "") << "one byte more than expected";
+    EXPECT_EQ(usableCopy(plain, 6), "") << "one byte less than expected";
+    EXPECT_EQ(usableCopy(foreign, 5), "") << "the code page lacks a character of its name";
+    EXPECT_EQ(usableCopy(u"C:\\no\\such.file", 0), "") << "no file";
+    EXPECT_EQ(usableCopy(u"", 0), "") << "no path";
+    DeleteFileW(wide(plain));
+    DeleteFileW(wide(foreign));
+}
+
+}  // namespace
+}  // namespace zab
