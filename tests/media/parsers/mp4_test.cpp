@@ -1,0 +1,150 @@
+#include "media/parsers/mp4.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "media/parsers/generated.h"
+#include "media/parsers/mp4_check.h"
+
+namespace {
+
+std::string big(std::uint64_t value, int bytes) {
+    std::string text;
+    for (int shift = (bytes - 1) * 8; shift >= 0; shift -= 8) text += static_cast<char>(value >> shift & 0xFF);
+    return text;
+}
+std::string u32(std::uint64_t value) { return big(value, 4); }
+std::string zeros(std::size_t count) { return std::string(count, '\0'); }
+
+std::string box(std::string_view type, std::string_view payload) {
+    return u32(payload.size() + 8).append(type).append(payload);
+}
+std::string mvhd(std::uint32_t timescale, std::uint32_t duration) {
+    return box("mvhd", zeros(12) + u32(timescale) + u32(duration) + zeros(80));
+}
+std::string tkhd(std::uint16_t volume, std::uint32_t width, std::uint32_t height, int version = 0) {
+    return box("tkhd", std::string(1, static_cast<char>(version)) + zeros(version == 0 ? 35 : 47) +
+                           big(volume, 2) + zeros(38) + u32(width << 16) + u32(height << 16));
+}
+std::string trak(const std::string& header) { return box("trak", header + box("mdia", zeros(40))); }
+std::string mehd(std::uint32_t versionAndFlags, const std::string& duration) {
+    return box("mvex", box("mehd", u32(versionAndFlags) + duration));
+}
+
+zab::Bytes bytesOf(std::string_view text) {
+    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+/// "timescale duration fragmentDuration height seconds"; "-" where nothing usable was found.
+std::string readingOf(std::string_view file) {
+    std::string result;
+    zabtest::onExactBlock(file, [&result](std::string_view block) {
+        zab::CMp4DashReader reader;
+        if (!reader.read(bytesOf(block))) result = "- ";
+        result += std::to_string(reader.timescale) + ' ' + std::to_string(reader.duration) + ' ' +
+                  std::to_string(reader.fragmentDuration) + ' ' + std::to_string(reader.height) + ' ' +
+                  reader.secondsText();
+    });
+    return result;
+}
+
+struct Row {
+    std::string file;
+    const char *reading, *why;
+};
+
+void expectReadings(std::initializer_list<Row> rows) {
+    for (const Row& row : rows) EXPECT_EQ(readingOf(row.file), row.reading) << row.why;
+}
+
+TEST(Mp4, FindsTheMovieBox) {
+    const std::string movie = box("moov", mvhd(10, 55));
+    const std::string longMovie = u32(1) + "moov" + big(16 + mvhd(10, 55).size(), 8) + mvhd(10, 55);
+    expectReadings({
+        {box("ftyp", "isom") + box("mdat", zeros(5000)) + movie, "10 55 0 0 5", "behind other boxes"},
+        {movie + box("moov", mvhd(1, 1)), "10 55 0 0 5", "the first ends the walk"},
+        {u32(5000) + "mdat" + zeros(100), "- 0 0 0 0 ", "beyond what is buffered"},
+        {u32(0) + "moov" + mvhd(10, 55), "10 55 0 0 5", "size 0: up to the end"},
+        {u32(0) + "mdat" + movie, "- 0 0 0 0 ", "size 0 of another box: up to the end too"},
+        {longMovie, "10 55 0 0 5", "a 64-bit size"},
+        {u32(1) + "mdat" + big(16, 8) + movie, "10 55 0 0 5", "a 64-bit size that is only a header"},
+        {u32(1) + "mdat" + big(15, 8) + movie, "- 0 0 0 0 ", "a 64-bit size below its header"},
+        {u32(1) + "mdat" + big(UINT64_MAX, 8) + movie, "- 0 0 0 0 ", "a 64-bit size beyond everything"},
+        {u32(1) + "moov" + big(UINT64_MAX, 8) + mvhd(10, 55), "10 55 0 0 5",
+         "a movie box is clipped to the buffer"},
+        {u32(7) + "mdat" + movie, "- 0 0 0 0 ", "a size below the header"},
+        {movie.substr(0, 7), "- 0 0 0 0 ", "less than a header"},
+        {"", "- 0 0 0 0 ", "nothing"},
+    });
+}
+
+TEST(Mp4, ReadsTheMovieHeader) {
+    const std::string shortHeader = box("mvhd", zeros(12) + u32(10));
+    expectReadings({
+        {box("moov", mvhd(10, 0)), "- 10 0 0 0 ", "a timescale alone is not usable"},
+        {box("moov", mvhd(0, 10)), "- 0 10 0 0 ", "nor is a duration"},
+        {box("moov", box("mvhd", u32(0x01000000) + zeros(8) + u32(7) + u32(70))), "7 70 0 0 10",
+         "the layout of version 0 for every version"},
+        {box("moov", shortHeader + u32(77)), "10 77 0 0 7",
+         "16 bytes are enough; the duration lies behind the box"},
+        {box("moov", shortHeader), "- 10 0 0 0 ", "a field outside the buffer leaves its value"},
+        {box("moov", box("mvhd", zeros(15))), "- 0 0 0 0 ", "15 bytes are not enough"},
+        {box("moov", mvhd(10, 20) + mvhd(10, 30)), "10 30 0 0 3", "the last counts"},
+        {box("moov", box("free", "") + mvhd(10, 20)), "10 20 0 0 2", "an empty child"},
+        {box("moov", u32(0) + "free" + mvhd(10, 20)), "- 0 0 0 0 ", "no child of size 0"},
+        {box("moov", u32(900) + "free" + mvhd(10, 20)), "- 0 0 0 0 ", "no child beyond its parent"},
+        {box("moov", mvhd(10, 20) + u32(9) + "trak"), "10 20 0 0 2", "malformed sizes keep what was read"},
+    });
+}
+
+TEST(Mp4, ReadsThePictureHeight) {
+    const std::string video = trak(tkhd(0, 1280, 720));
+    expectReadings({
+        {box("moov", video), "0 0 0 720 ", "a height alone is usable"},
+        {box("moov", trak(tkhd(0, 1280, 1080, 1))), "0 0 0 1080 ", "a header with 64-bit times"},
+        {box("moov", video + trak(tkhd(0x100, 0, 0))), "0 0 0 720 ",
+         "a track without a picture changes nothing"},
+        {box("moov", trak(tkhd(0x100, 0, 0))), "- 0 0 0 0 ", "audio only"},
+        {box("moov", video + trak(tkhd(0, 640, 360))), "0 0 0 360 ", "the last track counts"},
+        {box("moov", trak(tkhd(0x101, 640, 360))), "- 0 0 0 0 ", "volume one and a fraction"},
+        {box("moov", trak(tkhd(0x100, 640, 360)) + trak(tkhd(0x201, 640, 361))), "0 0 0 361 ",
+         "one without, two with a fraction"},
+        {box("moov", trak(box("tkhd", zeros(83)))), "- 0 0 0 0 ", "too short for version 0"},
+        {box("moov", trak(box("tkhd", tkhd(0, 640, 360, 1).substr(8, 95)))), "- 0 0 0 0 ",
+         "too short for another"},
+        {box("moov", tkhd(0, 640, 360)), "- 0 0 0 0 ", "only inside a track"},
+    });
+}
+
+TEST(Mp4, ReadsTheFragmentDuration) {
+    expectReadings({
+        {box("moov", mvhd(1000, 5) + mehd(0, u32(90000))), "1000 5 90000 0 90",
+         "before the movie's own duration"},
+        {box("moov", mvhd(0, 0) + mehd(0, u32(90000))), "0 0 90000 0 90", "timescale 0: 1000"},
+        {box("moov", mehd(0x01000000, u32(1) + u32(4000))), "0 0 4000 0 4", "of 64 bits the low half"},
+        {box("moov", mehd(1, u32(1) + u32(4000))), "0 0 4000 0 4", "flags count like a version"},
+        {box("moov", mehd(0, "")) + u32(4000), "0 0 4000 0 4", "no size is checked: the field behind the box"},
+        {box("moov", mehd(0, "")), "- 0 0 0 0 ", "a field outside the buffer leaves its value"},
+        {box("moov", box("mvex", box("mehd", ""))), "- 0 0 0 0 ", "so does a missing version"},
+    });
+}
+
+TEST(Mp4, EveryPrefixAndMutationStaysInBounds) {
+    const std::string file = box("ftyp", "isom") +
+                             box("moov", mvhd(1000, 5000) + trak(tkhd(0, 640, 360)) +
+                                             trak(tkhd(0, 1280, 720, 1)) + mehd(0, u32(9000))) +
+                             box("mdat", zeros(20));
+    std::mt19937 random(23);
+    for (std::size_t size = 0; size <= file.size(); ++size)
+        zabtest::onExactBlock(file.substr(0, size),
+                              [](std::string_view block) { zabtest::checkMp4(bytesOf(block)); });
+    for (int round = 0; round < 5000; ++round) {
+        std::string mutated = file;
+        for (int i = 0; i < 3; ++i)
+            mutated[random() % mutated.size()] = static_cast<char>(random() % 3 ? random() % 20 : random());
+        zabtest::onExactBlock(mutated, [](std::string_view block) { zabtest::checkMp4(bytesOf(block)); });
+    }
+}
+
+}  // namespace

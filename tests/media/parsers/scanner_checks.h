@@ -1,0 +1,69 @@
+// What holds for every text that the shared scanners may meet; shared by the property tests and the fuzz
+// targets.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "media/parsers/attribute_list.h"
+#include "media/parsers/box_reader.h"
+#include "media/parsers/must.h"
+#include "media/parsers/naive_tags.h"
+#include "media/parsers/tag_scanner.h"
+
+namespace zabtest {
+
+/// Attribute lists read at every place of the text, forwards and backwards, agree with the naive reading.
+inline void checkTagScanner(std::string_view text) {
+    constexpr std::string_view kNames[] = {"id", "a"};
+    const zab::NextPlace quotes(text, '"');
+    const NaiveTags naive(text);
+    zab::TagAttributes forwards(text, kNames), backwards(text, kNames);
+    const auto check = [&](zab::TagAttributes& attributes, std::size_t at) {
+        std::string_view expected[2];
+        const std::size_t end =
+            naive.attributes(at, [&expected](std::string_view name, std::string_view value) {
+                for (int i = 0; i < 2; ++i)
+                    if (name == kNames[i]) expected[i] = value;
+            });
+        const auto values = attributes.readAt(at);
+        must(values.end == end && values.of[0] == expected[0] && values.of[1] == expected[1]);
+    };
+    for (std::size_t at = 0; at <= text.size(); ++at) {
+        must(quotes(at) == text.find('"', at));
+        check(forwards, at);
+        check(backwards, text.size() - at);
+    }
+}
+
+/// The attributes lie in the list, one behind the other.
+inline void checkAttributeList(std::string_view list) {
+    zab::AttributeList attributes(list);
+    zab::ListAttribute attribute;
+    const char* behind = list.data();
+    while (attributes.next(attribute)) {
+        must(attribute.name.data() >= behind &&
+             attribute.value.data() > attribute.name.data() + attribute.name.size());
+        behind = attribute.value.data() + attribute.value.size();
+        must(behind <= list.data() + list.size());
+    }
+}
+
+/// Every box lies behind the one before it; every child lies in its parent whole.
+inline void checkBoxReader(zab::Bytes buffer) {
+    std::uint64_t at = 0;
+    while (const auto box = zab::topLevelBoxAt(buffer, at)) {
+        must(box->payload >= at + 8 && box->payload <= buffer.size());
+        if (box->size > buffer.size() - box->payload) break;
+        std::size_t behind = box->payload;
+        zab::BoxChildren children(buffer, *box);
+        for (zab::Box child; children.next(child);) {
+            must(child.payload == behind + 8);
+            behind = child.payload + static_cast<std::size_t>(child.size);
+            must(behind <= box->payload + box->size);
+        }
+        at = box->payload + box->size;
+    }
+}
+
+}  // namespace zabtest
