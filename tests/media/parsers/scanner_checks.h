@@ -21,11 +21,10 @@ inline void checkTagScanner(std::string_view text) {
     zab::TagAttributes forwards(text, kNames), backwards(text, kNames);
     const auto check = [&](zab::TagAttributes& attributes, std::size_t at) {
         std::string_view expected[2];
-        const std::size_t end =
-            naive.attributes(at, [&expected](std::string_view name, std::string_view value) {
-                for (int i = 0; i < 2; ++i)
-                    if (name == kNames[i]) expected[i] = value;
-            });
+        const std::size_t end = naive.attributes(at, [&](std::string_view name, std::string_view value) {
+            for (int i = 0; i < 2; ++i)
+                if (name == kNames[i]) expected[i] = value;
+        });
         const auto values = attributes.readAt(at);
         must(values.end == end && values.of[0] == expected[0] && values.of[1] == expected[1]);
     };
