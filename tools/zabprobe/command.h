@@ -56,6 +56,7 @@ void takesFile(CLI::App& command, Arguments& arguments);
 std::span<const Command> formatCommands();    // media formats
 std::span<const Command> headerCommands();    // headers and addresses
 std::span<const Command> exchangeCommands();  // whole exchanges
+std::span<const Command> siteCommands();      // YouTube, Facebook, Vimeo
 std::span<const Command> dataFileCommands();
 
 }  // namespace zabprobe

@@ -73,7 +73,8 @@ int run(int argc, char** argv) {
     app.add_flag("--pretty", pretty, "Indent the JSON");
     Arguments arguments;
     const Command* chosen = nullptr;
-    for (const auto family : {formatCommands(), headerCommands(), exchangeCommands(), dataFileCommands()}) {
+    for (const auto family :
+         {formatCommands(), siteCommands(), headerCommands(), exchangeCommands(), dataFileCommands()}) {
         for (const Command& command : family) {
             CLI::App* sub = app.add_subcommand(command.name, command.help);
             command.options(*sub, arguments);
