@@ -27,27 +27,32 @@ HINTERNET session() {
     return one;
 }
 
+/// The bytes of a header block, which WinHTTP widened with the ANSI code page.
+std::string bytesOf(std::u16string_view block) {
+    const int units = static_cast<int>(block.size());
+    const int size = WideCharToMultiByte(CP_ACP, 0, wide(block.data()), units, nullptr, 0, nullptr, nullptr);
+    std::string bytes(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_ACP, 0, wide(block.data()), units, bytes.data(), size, nullptr, nullptr);
+    return bytes;
+}
+
 /// The server's header block: a status line, then "Name: value" lines.
 Headers headersOf(HINTERNET request) {
-    DWORD bytes = 0;
-    WinHttpQueryHeaders(request, WINHTTP_QUERY_RAW_HEADERS_CRLF, nullptr, nullptr, &bytes, nullptr);
-    std::u16string block(bytes / sizeof(char16_t), u'\0');
-    if (!WinHttpQueryHeaders(request, WINHTTP_QUERY_RAW_HEADERS_CRLF, nullptr, block.data(), &bytes, nullptr))
+    DWORD size = 0;
+    WinHttpQueryHeaders(request, WINHTTP_QUERY_RAW_HEADERS_CRLF, nullptr, nullptr, &size, nullptr);
+    std::u16string widened(size / sizeof(char16_t), u'\0');
+    if (!WinHttpQueryHeaders(request, WINHTTP_QUERY_RAW_HEADERS_CRLF, nullptr, widened.data(), &size, nullptr))
         fail("headers");
+    const std::string block = bytesOf(widened);
     Headers headers;
-    std::size_t begin = block.find(u"\r\n");
-    while (begin != std::u16string::npos) {
+    std::size_t begin = block.find("\r\n");
+    while (begin != std::string::npos) {
         begin += 2;
-        const std::size_t end = block.find(u"\r\n", begin);
-        const std::size_t colon = block.find(u':', begin);
-        if (end == std::u16string::npos || colon >= end) break;
-        const std::size_t value = std::min(block.find_first_not_of(u' ', colon + 1), end);
-        // Each byte of a header came as one unit.
-        const auto bytesOf = [&](std::size_t from, std::size_t to) {
-            return std::string(block.begin() + static_cast<std::ptrdiff_t>(from),
-                               block.begin() + static_cast<std::ptrdiff_t>(to));
-        };
-        headers.emplace_back(bytesOf(begin, colon), bytesOf(value, end));
+        const std::size_t end = block.find("\r\n", begin);
+        const std::size_t colon = block.find(':', begin);
+        if (end == std::string::npos || colon >= end) break;
+        const std::size_t value = std::min(block.find_first_not_of(' ', colon + 1), end);
+        headers.emplace_back(block.substr(begin, colon - begin), block.substr(value, end - value));
         begin = end;
     }
     return headers;
