@@ -5,39 +5,35 @@
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
-#include <cstdlib>
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <fstream>
 #include <memory>
-#include <new>
 
 #include "bench/bench.h"
+#include "bench/memory.h"
 
 namespace {
 
-struct Memory {
-    std::size_t allocations = 0, held = 0, peak = 0;
-};
-Memory memory;
+using zabbench::memory;
 
-void* counted(void* block) noexcept {
-    if (block == nullptr) return block;
-    ++memory.allocations;
-    memory.held += malloc_usable_size(block);
-    memory.peak = std::max(memory.peak, memory.held);
-    return block;
+/// The byte that the body holds least often, or not at all: memchr for it goes through all of the body.
+int rarestByte(const std::string& body) {
+    std::array<std::size_t, 256> counts{};
+    for (const char c : body) ++counts[static_cast<unsigned char>(c)];
+    return static_cast<int>(std::min_element(counts.begin(), counts.end()) - counts.begin());
 }
 
-void uncounted(void* block) noexcept {
-    if (block != nullptr) memory.held -= malloc_usable_size(block);
-    std::free(block);
-}
-
-/// A byte that the body does not hold, so that memchr goes through all of it.
-int absentByte(const std::string& body) {
-    int byte = 0;
-    while (byte < 255 && body.find(static_cast<char>(byte)) != std::string::npos) ++byte;
-    return byte;
+/// One pass of memchr over the whole body.
+std::size_t floorOf(const std::string& body, int byte) {
+    std::size_t found = 0;
+    const char* const end = body.data() + body.size();
+    for (const char* at = body.data(); at != end; ++found, ++at) {
+        at = static_cast<const char*>(std::memchr(at, byte, static_cast<std::size_t>(end - at)));
+        if (at == nullptr) break;
+    }
+    return found;
 }
 
 void measure(benchmark::State& state, const std::string& body, const std::function<void()>& run) {
@@ -51,20 +47,24 @@ void measure(benchmark::State& state, const std::string& body, const std::functi
     for (auto _ : state) run();
 }
 
+void makeOnce(std::string& body, const zabbench::Case& row, std::size_t factor) {
+    if (body.empty()) body = row.make(row.n * factor);
+}
+
 void registerCase(const zabbench::Case& row) {
     const std::string name = std::string(row.parser) + '/' + row.input;
     for (const std::size_t factor : {1, 2}) {
         const auto body = std::make_shared<std::string>();
         benchmark::RegisterBenchmark((name + '/' + std::to_string(factor)).c_str(),
                                      [&row, factor, body](auto& state) {
-                                         if (body->empty()) *body = row.make(row.n * factor);
+                                         makeOnce(*body, row, factor);
                                          measure(state, *body, row.bind(*body));
                                      });
         if (factor == 2) continue;
-        benchmark::RegisterBenchmark((name + "/floor").c_str(), [body](auto& state) {
-            const int absent = absentByte(*body);
-            measure(state, *body, [&body = *body, absent] {
-                benchmark::DoNotOptimize(std::memchr(body.data(), absent, body.size()));
+        benchmark::RegisterBenchmark((name + "/floor").c_str(), [&row, body](auto& state) {
+            makeOnce(*body, row, 1);
+            measure(state, *body, [&body = *body, rarest = rarestByte(*body)] {
+                benchmark::DoNotOptimize(floorOf(body, rarest));
             });
         });
     }
@@ -79,15 +79,6 @@ int writeInputs(const std::string& folder) {
 }
 
 }  // namespace
-
-void* operator new(std::size_t size) {
-    if (void* block = counted(std::malloc(size))) return block;
-    throw std::bad_alloc();
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return counted(std::malloc(size)); }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return counted(std::malloc(size)); }
-void operator delete(void* block) noexcept { uncounted(block); }
-void operator delete(void* block, std::size_t) noexcept { uncounted(block); }
 
 int main(int argc, char** argv) {
     // Memory that one run gives back serves the next: what is measured is the parser, not the kernel's pages.

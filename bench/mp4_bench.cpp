@@ -20,6 +20,16 @@ std::string table(std::string_view type, std::string_view head, std::size_t n, s
     return box(type, entries);
 }
 
+/// How the samples of a track are encoded: one entry, as small as a full reader accepts it.
+std::string sampleDescription(bool video) {
+    constexpr std::string_view kConfiguration("\1\x64\0\x1f\xff\xe0\0", 7);
+    const std::string entry =
+        zeros(6) + std::string("\0\1", 2) +
+        (video ? zeros(16) + std::string("\7\x80\4\x38", 4) + zeros(50) + box("avcC", kConfiguration)
+               : zeros(8) + std::string("\0\2\0\x10", 4) + zeros(4) + big(48'000u << 16));
+    return box("stsd", zeros(4) + big(1) + box(video ? "avc1" : "mp4a", entry));
+}
+
 /// A track of n samples: the tables that a player needs make up nearly all of a movie box.
 std::string track(std::size_t n, bool video) {
     constexpr std::string_view kMatrix(
@@ -28,7 +38,7 @@ std::string track(std::size_t n, bool video) {
         box("tkhd", big(7) + zeros(8) + big(video ? 1 : 2) + zeros(4) + big(7'200'000) + zeros(12) +
                         (video ? zeros(4) : std::string("\1\0\0\0", 4)) + std::string(kMatrix) +
                         big(video ? 1920u << 16 : 0) + big(video ? 1080u << 16 : 0));
-    const std::string samples = box("stsd", zeros(8)) +
+    const std::string samples = sampleDescription(video) +
                                 box("stts", zeros(4) + big(1) + big(static_cast<std::uint32_t>(n)) + big(512)) +
                                 box("stsc", zeros(4) + big(1) + big(1) + big(10) + big(1)) +
                                 table("stsz", big(0), n, 1) + table("stco", "", n / 10, 40'000);

@@ -81,7 +81,7 @@ function bestOf(run) {
 /// { "parser/input": { "1": {ms, bytes, allocations, peak}, "2": ..., "floor": ... } }
 function ours() {
   const json = execFileSync(zabBench, [
-    '--benchmark_format=json', '--benchmark_repetitions=5', '--benchmark_min_time=0.05',
+    '--benchmark_format=json', '--benchmark_repetitions=5', '--benchmark_min_time=0.02',
     `--benchmark_filter=${options.filter}`,
   ], { maxBuffer: 1 << 28, stdio: ['ignore', 'pipe', 'ignore'] });
   const rows = {};

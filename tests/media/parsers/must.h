@@ -3,14 +3,12 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <source_location>
 
 namespace zabtest {
 
-inline void must(bool claim, std::source_location where = std::source_location::current()) {
+inline void must(bool claim, const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
     if (claim) return;
-    std::fprintf(stderr, "%s:%u: a claim does not hold\n", where.file_name(),
-                 static_cast<unsigned>(where.line()));
+    std::fprintf(stderr, "%s:%d: a claim does not hold\n", file, line);
     std::abort();
 }
 
