@@ -18,6 +18,7 @@ namespace zab::testbed {
 namespace {
 
 constexpr DWORD kIdleMs = 10000;
+constexpr const wchar_t* kStopEvent = L"ZabTestbedManagerStop";
 constexpr const wchar_t* kClassKey = L"Software\\Classes\\CLSID\\{E4FA915A-95CC-44FA-9B27-31110C42290E}";
 constexpr GUID kTypeLibrary{0x1996D87C, 0x3D68, 0x4C8A, {0xBA, 0xDF, 0xB4, 0x51, 0xE2, 0x9C, 0xCC, 0x33}};
 
@@ -153,6 +154,17 @@ class Factory final : public IClassFactory {
     HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 };
 
+/// Asks a running server to leave and waits until it has.
+void stopServer() {
+    for (int tries = 0; tries < 100; ++tries) {
+        const HANDLE stop = OpenEventW(EVENT_MODIFY_STATE, FALSE, kStopEvent);
+        if (stop == nullptr) return;
+        SetEvent(stop);
+        CloseHandle(stop);
+        Sleep(50);
+    }
+}
+
 }  // namespace
 
 int serve() {
@@ -161,11 +173,10 @@ int serve() {
     const HRESULT status = CoRegisterClassObject(__uuidof(LinkTransmitter), &factory, CLSCTX_LOCAL_SERVER,
                                                  REGCLS_MULTIPLEUSE, &g_registration);
     if (FAILED(status)) return 1;
-    for (DWORD idleMs = 0; idleMs < kIdleMs;) {
-        constexpr DWORD kStepMs = 100;
-        Sleep(kStepMs);
+    const HANDLE stop = CreateEventW(nullptr, TRUE, FALSE, kStopEvent);
+    constexpr DWORD kStepMs = 100;
+    for (DWORD idleMs = 0; idleMs < kIdleMs && WaitForSingleObject(stop, kStepMs) == WAIT_TIMEOUT;)
         idleMs = g_busy == 0 ? idleMs + kStepMs : 0;
-    }
     CoRevokeClassObject(g_registration);
     constexpr DWORD kGraceMs = 500;  // for who found the class just before
     do Sleep(kGraceMs);
@@ -190,6 +201,7 @@ int registerServer() {
 int unregisterServer() {
     const LSTATUS status = RegDeleteTreeW(HKEY_LOCAL_MACHINE, kClassKey);
     UnRegisterTypeLib(kTypeLibrary, 1, 0, LOCALE_NEUTRAL, SYS_WIN64);
+    stopServer();  // a running one would still be found
     return status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND ? 0 : 1;
 }
 
