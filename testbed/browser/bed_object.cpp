@@ -69,10 +69,10 @@ nsresult Call::setBoolean(std::uint32_t n, bool value) const {
     return browser.options().version < 10 ? set<std::uint32_t>(n, value) : set<std::uint8_t>(n, value);
 }
 
-nsresult Call::give(std::uint32_t n, BedObject* object) const {
+nsresult Call::give(std::uint32_t n, BedObject* object, const nsIID& iid) const {
     void** out = pointer<void*>(n);
     *out = nullptr;
-    return object == nullptr ? NS_OK : browser.queried(*object, &nsISupports::kIID, out);
+    return object == nullptr ? NS_OK : browser.queried(*object, &iid, out);
 }
 
 }  // namespace zab::testbed

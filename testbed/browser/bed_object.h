@@ -58,8 +58,9 @@ class Call {
     }
     /// A boolean in the width of the browser's version.
     nsresult setBoolean(std::uint32_t n, bool value) const;
-    /// An interface with one reference for the caller; null is given as null.
-    nsresult give(std::uint32_t n, BedObject* object) const;
+    /// The interface that the operation is published with, with one reference for the caller; null is given as
+    /// null.
+    nsresult give(std::uint32_t n, BedObject* object, const nsIID& iid = nsISupports::kIID) const;
 
   private:
     [[nodiscard]] BedObject* objectAt(std::uint32_t n) const;

@@ -28,11 +28,9 @@ struct Uri : BedObject {
     std::string url;
 };
 
-/// Makes an object that nobody but the module holds.
-template <class T, class... Arguments>
-nsresult giveNew(const Call& call, std::uint32_t n, Arguments&&... arguments) {
-    auto& object = call.browser.make<T>(std::forward<Arguments>(arguments)...);
-    call.give(n, &object);
+/// Gives an object that nobody but the module holds.
+nsresult giveNew(const Call& call, std::uint32_t n, BedObject& object, const nsIID& iid = nsISupports::kIID) {
+    call.give(n, &object, iid);
     object.letGo();
     return NS_OK;
 }
@@ -57,14 +55,17 @@ struct Operations {
 
     // Cookies
 
-    static nsresult enumerator(const Call& call) { return giveNew<CookieList>(call, 0); }
+    static nsresult enumerator(const Call& call) {
+        return giveNew(call, 0, call.browser.make<CookieList>(), nsISimpleEnumerator::kIID);
+    }
     static nsresult hasMoreElements(const Call& call) {
         return call.setBoolean(0, call.as<CookieList>().next < call.browser.cookies.size());
     }
     static nsresult getNext(const Call& call) {
         auto& next = call.as<CookieList>().next;
         const auto& cookies = call.browser.cookies;
-        return next < cookies.size() ? giveNew<CookieObject>(call, 0, cookies[next++]) : NS_ERROR_FAILURE;
+        if (next >= cookies.size()) return NS_ERROR_FAILURE;
+        return giveNew(call, 0, call.browser.make<CookieObject>(cookies[next++]));
     }
     template <auto Text>
     static nsresult cookieText(const Call& call) {
@@ -110,7 +111,10 @@ struct Operations {
     static nsresult tell(const Call& call) {
         return call.set<std::uint64_t>(0, call.as<UploadStream>().upload.position);
     }
-    static nsresult uploadStream(const Call& call) { return call.give(0, call.as<Channel>().upload); }
+    static nsresult uploadStream(const Call& call) {
+        const bool older = call.browser.options().version < 17;
+        return call.give(0, call.as<Channel>().upload, older ? nsIInputStream::kIID : nsIInputStream::kIID17);
+    }
 
     // Helpers: a channel
 
@@ -118,7 +122,7 @@ struct Operations {
         return call.set(1, std::string_view(channel.request.method));
     }
     static nsresult getUri(const Call& call, Channel& channel) {
-        return giveNew<Uri>(call, 1, channel.request.url);
+        return giveNew(call, 1, call.browser.make<Uri>(channel.request.url));
     }
     static nsresult uriSpec(const Call& call) { return call.set(0, std::string_view(call.as<Uri>().url)); }
     static nsresult loadFlags(const Call& call, Channel& channel) {

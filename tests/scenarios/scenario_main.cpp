@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr std::chrono::seconds kPatience{60};  // for one scenario; most take milliseconds
+constexpr std::chrono::seconds kPatience{120};  // for one scenario; most take milliseconds
 constexpr int kHung = 97;
 
 class Watchdog : public testing::EmptyTestEventListener {

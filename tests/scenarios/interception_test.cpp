@@ -1,0 +1,321 @@
+// Downloads through the module: caught, handed over and cancelled, or left with the browser.
+#include <gtest/gtest.h>
+
+#include "browser/browser.h"
+#include "browser/desktop.h"
+#include "transfer/manager_process_win32.h"
+
+namespace zab::testbed {
+namespace {
+
+using nlohmann::json;
+
+constexpr nsresult kTakenOverStatus = 0xFFFFFFFF;
+constexpr const char* kSentinel = "http://www.mozilla.org/thisrequestistransferredtozab.stop";
+
+/// The download manager's own process, which notes what it is told.
+class Manager : public ::zab::testing::ManagerProcess {
+  public:
+    Manager() {
+        static const bool registered = isRegistered(true);
+        EXPECT_TRUE(registered);
+        set("ExePath", SettingsTree::kProgram);
+    }
+};
+
+/// A desktop with an installed download manager and a browser that has started up.
+class Interception : public ::testing::Test {
+  protected:
+    Interception() {
+        settings.set("Extensions", "zip rar 7z exe");
+        browser.startsUp();
+    }
+    ~Interception() override {
+        EXPECT_EQ(browser.unbalanced(), "");
+        EXPECT_EQ(browser.violations(), std::vector<std::string>{});
+    }
+
+    /// A click whose answer is taken; what the download manager then knows.
+    json taken(const Request& request, const Headers& answer, std::uint32_t status = 200) {
+        auto& channel = browser.requests(request);
+        browser.answers(channel, status, answer);
+        EXPECT_EQ(channel.cancels, std::vector<nsresult>{kTakenOverStatus}) << request.url;
+        return channel.cancelled() ? manager.received(received_++) : json::object();
+    }
+    void stays(const Request& request, const Headers& answer, const std::string& why,
+               std::uint32_t status = 200) {
+        auto& channel = browser.requests(request);
+        browser.answers(channel, status, answer);
+        EXPECT_FALSE(channel.cancelled()) << why;
+        EXPECT_TRUE(channel.written.empty()) << why;
+    }
+
+    SettingsTree settings;
+    Manager manager;
+    Browser browser;
+
+  private:
+    std::size_t received_ = 0;
+};
+
+const Headers kZip = {{"Content-Type", "application/zip"}, {"Content-Length", "5000"}};
+
+TEST_F(Interception, ATypicalDownloadTravelsWithAllThatTheBrowserWouldHaveSent) {
+    auto& page = browser.opensPage("http://site.example/page.html", u"Archives");
+    const json told = taken({.url = "http://site.example/get?id=7#part",
+                             .headers = {{"Referer", "http://site.example/page.html"},
+                                         {"Cookie", "session=1"},
+                                         {"User-Agent", "Agent/52"},
+                                         {"Authorization", "Basic dTpw"}},
+                             .page = &page},
+                            {{"Content-Disposition", "attachment; filename=\"a b.zip\""},
+                             {"Content-Type", "application/octet-stream; charset=x"},
+                             {"Content-Length", "5000"}});
+    EXPECT_EQ(told["url"], "http://site.example/get?id=7");
+    EXPECT_EQ(told["referrer"], "http://site.example/page.html");
+    EXPECT_EQ(told["cookies"], "session=1");
+    EXPECT_EQ(told["user"], "u");
+    EXPECT_EQ(told["password"], "p");
+    EXPECT_EQ(told["fileName"], "a b.zip");
+    EXPECT_EQ(told["flags"], 0x1008);
+    EXPECT_EQ(told["extraData"][0], "Agent/52");
+    EXPECT_EQ(told["extraData"][2], "Archives");
+    EXPECT_EQ(told["extraData"][3], "EXE") << "what the type says outweighs the name";
+    EXPECT_EQ(told["extraData"][5], "application/octet-stream");
+    EXPECT_EQ(told["extraData"][6], "5000");
+    EXPECT_EQ(told["extraData"][7], "http://site.example/page.html");
+}
+
+TEST_F(Interception, EachRuleThatTakesAResponse) {
+    const struct {
+        const char* url;
+        std::uint32_t loadFlags;
+        Headers answer;
+        std::uint32_t status, flags;
+        const char* hint;
+        const char* why;
+    } rows[] = {
+        {"http://h.example/a",
+         kEmbedded,
+         {{"Content-Disposition", "attachment; filename=x.rar.001"}},
+         200,
+         0x1008,
+         "001",
+         "a numbered part of an archive"},
+        {"http://h.example/a",
+         kEmbedded,
+         {{"Content-Type", "x/y; name=b.7z"}},
+         200,
+         8,
+         "7z",
+         "the type's name parameter"},
+        {"http://h.example/c.zip?x",
+         kEmbedded,
+         {{"Content-Disposition", "attachment"}},
+         200,
+         8,
+         "zip",
+         "an attachment without a name, cut at its query"},
+        {"http://h.example/d.zip?x",
+         kEmbedded,
+         {{"Content-Type", "application/zip"}},
+         200,
+         8,
+         "zip",
+         "the type's class is the extension"},
+        {"http://h.example/e.exe?x",
+         kEmbedded,
+         {{"Content-Type", "application/octet-stream"}},
+         200,
+         8,
+         "exe",
+         "bytes of any kind"},
+        {"http://h.example/f.zip?x",
+         kEmbedded,
+         {{"Content-Type", "text/plain"}, {"Content-Length", "256001"}},
+         200,
+         8,
+         "zip",
+         "text of this length is none"},
+        {"http://h.example/g.ZIP", kDocumentLoad, {}, 206, 8, "ZIP", "a document load by its path, in parts"},
+    };
+    for (const auto& row : rows) {
+        const json told = taken({.url = row.url, .loadFlags = row.loadFlags}, row.answer, row.status);
+        EXPECT_EQ(told["url"], row.url) << row.why;
+        EXPECT_EQ(told["flags"], row.flags) << row.why;
+        EXPECT_EQ(told["extraData"][3], row.hint) << row.why;
+    }
+}
+
+TEST_F(Interception, WhatStaysWithTheBrowser) {
+    settings.set("ExceptionServers", "*.excepted.example");
+    const struct {
+        Request request;
+        Headers answer;
+        std::uint32_t status;
+        const char* why;
+    } rows[] = {
+        {{.url = "http://h.example/page.html"}, {{"Content-Type", "text/html"}}, 200, "a page"},
+        {{.url = "http://h.example/a.zip", .loadFlags = kEmbedded},
+         kZip,
+         200,
+         "fetched by a script of its page"},
+        {{.url = "http://h.example/a.rar.0001"}, {}, 200, "four digits are no part"},
+        {{.url = "http://h.example/f.zip?x", .loadFlags = kEmbedded},
+         {{"Content-Type", "text/plain"}, {"Content-Length", "256000"}},
+         200,
+         "text may be this long"},
+        {{.url = "http://www.excepted.example/a.zip"}, kZip, 200, "the user exempts the server"},
+        {{.url = "http://h.example/a.zip"}, kZip, 404, "there is no such file"},
+        {{.url = "http://h.example/a.zip"},
+         {{"Content-Disposition", "attachment; filename=\"a.html\""}},
+         200,
+         "the server's name outweighs the address"},
+    };
+    for (const auto& row : rows) stays(row.request, row.answer, row.why, row.status);
+
+    settings.set("ZABBI\\zab_scenarios\\int", 0u);
+    stays({.url = "http://h.example/a.zip"}, kZip, "the integration is off in this browser");
+    settings.remove("ZABBI\\zab_scenarios\\int");
+    taken({.url = "http://h.example/a.zip"}, kZip);
+    settings.remove("Extensions");
+    stays({.url = "http://h.example/a.zip"}, kZip, "no catch list");
+}
+
+TEST_F(Interception, KeysPreventAndForce) {
+    settings.set("SpecialKeys\\UseKeyToPrevent", 1u).set("SpecialKeys\\AltP", 1u);
+    settings.set("SpecialKeys\\UseKeyToForce", 1u).set("SpecialKeys\\CtrlF", 1u);
+    {
+        const HeldKeys alt({VK_MENU});
+        stays({.url = "http://h.example/a.zip"}, kZip, "Alt prevents");
+    }
+    {
+        const HeldKeys both({VK_CONTROL, VK_SHIFT});
+        EXPECT_FALSE(browser.clicks("http://h.example/page").cancelled()) << "one key alone, held with another";
+    }
+    const HeldKeys control({VK_CONTROL});
+    auto& forced = browser.clicks("http://h.example/page");
+    EXPECT_EQ(forced.cancels, std::vector<nsresult>{kTakenOverStatus});
+    EXPECT_EQ(manager.received(0)["flags"], 0x804);
+    auto& frame = browser.requests({.url = "http://h.example/frame", .loadFlags = kDocumentLoad});
+    EXPECT_FALSE(frame.cancelled()) << "only what the user clicked is forced";
+    settings.set("SpecialKeys\\CheckMouse", 1u);
+    EXPECT_FALSE(browser.clicks("http://h.example/page").cancelled()) << "the key came after the press";
+    browser.mouse(u"mousedown");
+    EXPECT_TRUE(browser.clicks("http://h.example/page").cancelled());
+}
+
+TEST_F(Interception, AnFtpRedirectIsTakenAndItsRequestDiesBeforeItIsSent) {
+    auto& channel = browser.clicks("http://h.example/moved");
+    browser.answers(channel, 302, {{"Location", "ftp://h.example/pub/archive.zip"}});
+    EXPECT_EQ(channel.written, (Headers{{"Location", kSentinel}}));
+    EXPECT_FALSE(channel.cancelled());
+    const json told = manager.received(0);
+    EXPECT_EQ(told["url"], "ftp://h.example/pub/archive.zip");
+    EXPECT_EQ(told["flags"], 0x804);
+    EXPECT_EQ(told["referrer"], nullptr);
+    EXPECT_EQ(browser.clicks(kSentinel).cancels, std::vector<nsresult>{kTakenOverStatus});
+    EXPECT_FALSE(browser.clicks(std::string(kSentinel) + "?").cancelled()) << "the whole address or none";
+}
+
+TEST_F(Interception, ARedirectToTheWebIsFollowed) {
+    auto& channel = browser.clicks("http://h.example/moved");
+    browser.answers(channel, 301, {{"Location", "http://h.example:80/archive.zip"}});
+    EXPECT_TRUE(channel.written.empty());
+    EXPECT_FALSE(channel.cancelled());
+    EXPECT_EQ(taken({.url = "http://h.example/archive.zip"}, kZip)["url"], "http://h.example/archive.zip");
+}
+
+TEST_F(Interception, EveryTopicOfAResponseIsExamined) {
+    for (const char* topic : {"http-on-examine-merged-response", "http-on-examine-cached-response"}) {
+        auto& channel = browser.clicks("http://h.example/a.zip");
+        browser.answers(channel, 200, kZip, topic);
+        EXPECT_TRUE(channel.cancelled()) << topic;
+    }
+}
+
+class UploadOfVersion : public ::testing::TestWithParam<int> {};
+
+TEST_P(UploadOfVersion, TravelsWithItsTypeAndIsStillThereToBeSent) {
+    SettingsTree settings;
+    Manager manager;
+    settings.set("Extensions", "zip");
+    Browser browser({.version = GetParam()});
+    browser.startsUp();
+    const std::string form = "a=1&b=2";
+    const std::string stream =
+        "Content-Type: application/x-www-form-urlencoded\r\nContent-Length: 7\r\n\r\n" + form;
+    const auto posts = [](Upload upload) {
+        return Request{.url = "http://h.example/form.zip", .method = "POST", .upload = std::move(upload)};
+    };
+    const struct {
+        Upload upload;
+        json body, type;
+        std::uint32_t flags;
+        const char* why;
+    } rows[] = {
+        {{.bytes = stream}, form, "application/x-www-form-urlencoded", 8, "a form"},
+        {{.bytes = stream, .oldestSeekable = true},
+         form,
+         "application/x-www-form-urlencoded",
+         8,
+         "seekable under the oldest identifier"},
+        {{.bytes = form}, form, nullptr, 8, "a stream without header block"},
+        {{.bytes = std::string(50'000, 'x')},
+         std::string(50'000, 'x'),
+         nullptr,
+         8,
+         "the largest that is captured"},
+        {{.bytes = std::string(50'001, 'x')}, nullptr, nullptr, 0x1000008, "one byte more"},
+        {{.bytes = form, .claims = 40'000}, form, nullptr, 8, "a stream that promises more than it has"},
+        {{.bytes = form, .claims = 3}, "a=1", nullptr, 8, "a stream that has more than it says"},
+        {{.bytes = form, .closed = true}, nullptr, nullptr, 8, "a closed stream"},
+        {{.bytes = form, .seekable = false}, nullptr, nullptr, 8, "a stream that is read only once"},
+    };
+    std::size_t number = 0;
+    for (const auto& row : rows) {
+        auto& channel = browser.requests(posts(row.upload));
+        if (row.upload.seekable) {
+            EXPECT_EQ(channel.upload->upload.position, 0u) << "rewound before it is sent: " << row.why;
+            if (!row.upload.claims) channel.upload->upload.position = row.upload.bytes.size();  // it was sent
+        }
+        browser.answers(channel, 200, kZip);
+        ASSERT_TRUE(channel.cancelled()) << row.why;
+        const json told = manager.received(number++);
+        EXPECT_EQ(told["postData"], row.body) << row.why;
+        EXPECT_EQ(told["extraData"][4], row.type) << row.why;
+        EXPECT_EQ(told["flags"], row.flags) << row.why;
+    }
+    EXPECT_EQ(browser.unbalanced(), "");
+    EXPECT_TRUE(browser.violations().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(BothGenerations, UploadOfVersion, ::testing::Values(6, 16, 17, 52));
+
+TEST_F(Interception, NoFaultOfTheBrowserLosesADownload) {
+    auto& page = browser.opensPage("http://h.example/page.html");
+    browser.cookies = {{.name = "c", .value = "1", .host = "h.example"}};
+    std::uint32_t faults = 0, taken = 0;
+    for (bool reached = true; reached; ++faults) {
+        browser.faults().failNth(faults + 1);
+        auto& channel = browser.requests({.url = "http://h.example/a.zip",
+                                          .method = "POST",
+                                          .headers = {{"Cookie", "a=b"}, {"Referer", page.url}},
+                                          .page = &page,
+                                          .upload = Upload{.bytes = "a=b"}});
+        browser.answers(channel, 200, kZip);
+        reached = browser.faults().reached();
+        const auto where = browser.faults().failedOperation();
+        browser.faults().none();
+        browser.finishes(channel);
+        taken += channel.cancelled();
+        EXPECT_EQ(browser.unbalanced(), "") << where;
+        ASSERT_EQ(browser.violations(), std::vector<std::string>{}) << where;
+    }
+    EXPECT_GT(faults, 30u);
+    EXPECT_GT(taken, 0u);
+    std::printf("%u faults injected; the download was taken in %u runs\n", faults - 1, taken);
+}
+
+}  // namespace
+}  // namespace zab::testbed
