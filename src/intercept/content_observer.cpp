@@ -246,7 +246,10 @@ nsresult ContentObserver::examine(nsISupports* subject) {
     if (status = channel.readStatus(httpStatus); failed(status)) return status;
 
     switch (examinationOf(httpStatus)) {
-        case Examination::nothing: dropRequestRecord(scratch_.url); break;
+        case Examination::nothing:
+            tell(decide(factsOf(scratch_, httpStatus, 0), RegistrySettings{}));
+            dropRequestRecord(scratch_.url);
+            break;
         case Examination::redirect: examineRedirect(channel, scratch_.url, RegistrySettings{}); break;
         case Examination::content: examineContent(channel, httpStatus); break;
     }
