@@ -2,7 +2,6 @@
 
 #include "media/parsers/url_unescape.h"
 
-#include <algorithm>
 #include <cstddef>
 
 #include "binding/text.h"
@@ -12,8 +11,8 @@ namespace {
 
 template <class C>
 void unescape(std::basic_string<C>& text) {
-    std::size_t to = std::min(text.find(C('%')), text.size());
-    for (std::size_t from = to; from < text.size(); ++from) {
+    std::size_t to = 0;
+    for (std::size_t from = 0; from < text.size(); ++from) {
         C c = text[from];
         if (c == C('%') && text.size() - from > 2) {
             const int high = hexValue(text[from + 1]), low = hexValue(text[from + 2]);

@@ -2,7 +2,7 @@
 //
 // In the module Windows itself answers (url_unescape_win32.cpp); natively the portable equal below does, and a
 // test under Wine holds the two together. Everything is undone, also behind "?" and "#"; a "%" without two
-// hexadecimal digits stays; "%00" ends the text.
+// hexadecimal digits stays; a NUL and "%00" end the text.
 #pragma once
 
 #include <memory>

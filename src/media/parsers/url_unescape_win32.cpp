@@ -22,10 +22,11 @@ HMODULE open(std::shared_ptr<void>& library) {
 template <class Letter, class C>
 void unescape(std::shared_ptr<void>& library, const char* function, std::basic_string<C>& text) {
     using UrlUnescape = HRESULT WINAPI(Letter*, Letter*, DWORD*, DWORD);
-    if (text.find(C('%')) == text.npos) return;
-    const auto urlUnescape = exportOf<UrlUnescape>(open(library), function);
-    if (urlUnescape == nullptr) return;
-    urlUnescape(reinterpret_cast<Letter*>(text.data()), nullptr, nullptr, kInPlace);
+    if (text.find(C('%')) != text.npos) {
+        const auto urlUnescape = exportOf<UrlUnescape>(open(library), function);
+        if (urlUnescape != nullptr)
+            urlUnescape(reinterpret_cast<Letter*>(text.data()), nullptr, nullptr, kInPlace);
+    }
     text.resize(upToNul<C>(text).size());
 }
 

@@ -244,10 +244,15 @@ TEST(YoutubeCatalogue, UndoesPercentsInNarrowText) {
         const char* plain;
         const char* why;
     } rows[] = {
-        {"a%41%4a%C3", "aAJ\xC3", "bytes"}, {"%", "%", "alone"},
-        {"%4", "%4", "one digit"},          {"%zz%4g", "%zz%4g", "no digits"},
-        {"%%41", "%A", "behind another"},   {"%2541", "%41", "once"},
-        {"?%41#%41", "?A#A", "everywhere"}, {"a%00b", "a", "NUL ends it"},
+        {"a%41%4a%C3", "aAJ\xC3", "bytes"},
+        {"%", "%", "alone"},
+        {"%4", "%4", "one digit"},
+        {"%zz%4g", "%zz%4g", "no digits"},
+        {"%%41", "%A", "behind another"},
+        {"%2541", "%41", "once"},
+        {"?%41#%41", "?A#A", "everywhere"},
+        {"a%00b", "a", "NUL ends it"},
+        {std::string("a\0b%41", 6), "a", "as it stands too"},
     };
     for (auto row : rows) {
         CYoutubeParser::unescapeInPlace(row.text);
