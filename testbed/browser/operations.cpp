@@ -6,6 +6,7 @@
 
 #include "binding/interfaces/cookies.h"
 #include "binding/interfaces/streams.h"
+#include "browser/base_window.h"
 #include "browser/browser.h"
 
 namespace zab::testbed {

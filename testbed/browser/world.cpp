@@ -1,6 +1,7 @@
 #include "browser/world.h"
 
 #include "binding/text.h"
+#include "browser/base_window.h"
 #include "browser/browser.h"
 
 namespace zab::testbed {
@@ -16,6 +17,7 @@ std::u16string decimal(std::uint64_t number) {
 Page::Page(Browser& browser, std::string address, std::u16string pageTitle, std::uint64_t documentId)
     : BedObject(browser, "page " + address), url(std::move(address)), title(std::move(pageTitle)) {
     attributes[u"zabmzcc-ext-docid"] = decimal(documentId);
+    domWindow = &browser.make<BaseWindow>(windowLayoutOf(browser.options().version));
 }
 
 ChromeWindow::ChromeWindow(Browser& browser)

@@ -20,6 +20,8 @@ inline constexpr std::uint32_t kEmbedded = 0;
 inline constexpr std::uint32_t kDocumentLoad = 0x10000;
 inline constexpr std::uint32_t kTopLevelLoad = 0x80000 | kDocumentLoad;
 
+struct BaseWindow;
+
 /// A document. Its window answers to the base-window layout of the browser's version.
 struct Page : BedObject {
     Page(Browser& browser, std::string address, std::u16string pageTitle, std::uint64_t documentId);
@@ -30,7 +32,7 @@ struct Page : BedObject {
     std::uint64_t nativeWindow = 0;
     std::map<std::u16string, std::u16string> attributes;  // the document ID among them
     std::map<std::u16string, std::array<std::int32_t, 4>> boxes;
-    BedObject* domWindow = nullptr;
+    BaseWindow* domWindow;
 };
 
 /// Body of a request as the browser holds it.
