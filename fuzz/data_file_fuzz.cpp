@@ -1,4 +1,4 @@
 #include "fuzz/target.h"
 #include "settings/data_file_check.h"
 
-ZAB_FUZZ_TARGET(data_file) { zab::checkDataFile(bytes); }
+ZAB_FUZZ_TARGET(data_file) { zabtest::checkDataFile(bytes); }

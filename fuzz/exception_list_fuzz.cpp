@@ -2,5 +2,5 @@
 #include "settings/exception_list_check.h"
 
 ZAB_FUZZ_TARGET(exception_list) {
-    zab::checkExceptionList({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    zabtest::checkExceptionList({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
 }

@@ -2,5 +2,5 @@
 #include "settings/language_file_check.h"
 
 ZAB_FUZZ_TARGET(language_file) {
-    zab::checkLanguageFile({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    zabtest::checkLanguageFile({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
 }

@@ -38,7 +38,8 @@ TEST(DataFile, SaysWhatItsLinesSay) {
         {std::string("listen.skip=a\n\0listen.skip=b\n", 28), 0, {"a"}, {}, "the text ends at its first NUL"},
     };
     for (const auto& row : rows) {
-        checkDataFile({reinterpret_cast<const std::uint8_t*>(row.contents.data()), row.contents.size()});
+        zabtest::checkDataFile(
+            {reinterpret_cast<const std::uint8_t*>(row.contents.data()), row.contents.size()});
         const auto record = parseDataFile(row.contents);
         EXPECT_EQ(record->youtubePairing, row.pairing) << row.why;
         EXPECT_EQ(record->listenSkip, row.listenSkip) << row.why;

@@ -1,22 +1,19 @@
 // What holds for every language file, whatever it contains.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cstring>
-#include <string>
 #include <string_view>
 #include <vector>
 
+#include "media/parsers/must.h"
 #include "settings/message_texts.h"
 
-namespace zab {
+namespace zabtest {
 
 inline constexpr std::uint32_t kTestLanguage = 0x407;
 
 /// A file that hands out at most `pieceBytes` at a time.
-inline ReadBytes fileOf(std::string_view contents, std::size_t pieceBytes = SIZE_MAX) {
+inline zab::ReadBytes fileOf(std::string_view contents, std::size_t pieceBytes = SIZE_MAX) {
     return [contents, pieceBytes](char* into, std::size_t size) mutable {
         const std::size_t count = std::min({size, pieceBytes, contents.size()});
         contents.copy(into, count);
@@ -26,29 +23,28 @@ inline ReadBytes fileOf(std::string_view contents, std::size_t pieceBytes = SIZE
 }
 
 /// The IDs that a language file can replace.
-inline const std::vector<TextId>& textIds() {
-    static const std::vector<TextId> ids = [] {
-        std::vector<TextId> found;
-        MessageTexts texts;
+inline const std::vector<zab::TextId>& textIds() {
+    static const std::vector<zab::TextId> ids = [] {
+        std::vector<zab::TextId> found;
+        zab::MessageTexts texts;
         for (std::int32_t id = 20000; id < 22000; ++id)
-            if (texts.replace(id, "")) found.push_back(static_cast<TextId>(id));
+            if (texts.replace(id, "")) found.push_back(static_cast<zab::TextId>(id));
         return found;
     }();
     return ids;
 }
 
 inline void checkLanguageFile(std::string_view contents) {
-    MessageTexts whole, inPieces;
-    const bool used = overlayLanguageFile(fileOf(contents), kTestLanguage, {}, whole);
-    EXPECT_EQ(overlayLanguageFile(fileOf(contents, 7), kTestLanguage, {}, inPieces), used);
-    const MessageTexts builtIn;
-    ASSERT_EQ(textIds().size(), kTextCount);
-    for (const TextId text : textIds()) {
-        EXPECT_EQ(whole[text].view(), inPieces[text].view()) << "pieces never change what is read";
-        EXPECT_TRUE(used || whole[text].view() == builtIn[text].view())
-            << "another language leaves all as it was";
-        EXPECT_LE(whole[text].length(), 8192u);
+    zab::MessageTexts whole, inPieces;
+    const zab::MessageTexts builtIn;
+    const bool used = zab::overlayLanguageFile(fileOf(contents), kTestLanguage, {}, whole);
+    must(zab::overlayLanguageFile(fileOf(contents, 7), kTestLanguage, {}, inPieces) == used);
+    must(textIds().size() == zab::kTextCount);
+    for (const zab::TextId id : textIds()) {
+        must(whole[id].view() == inPieces[id].view());  // pieces never change what is read
+        must(used || whole[id].view() == builtIn[id].view());
+        must(whole[id].length() <= 8192);
     }
 }
 
-}  // namespace zab
+}  // namespace zabtest

@@ -2,10 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
+
 #include "settings/language_file_check.h"
 
 namespace zab {
 namespace {
+
+using zabtest::checkLanguageFile;
+using zabtest::fileOf;
+using zabtest::kTestLanguage;
 
 constexpr std::string_view kMark = "\xEF\xBB\xBF";
 
