@@ -63,7 +63,7 @@ TEST(ExchangeReaders, TellAnotherFormFromNoJson) {
         EXPECT_FALSE(visitExchanges(list, ignore)) << list;
     EXPECT_TRUE(visitExchanges(R"([{},{"url":null,"status":2e2,"bodySize":1e99,"other":[]}])", ignore));
     EXPECT_TRUE(visitHarEntries(R"({"log":{"entries":[{},{"request":null}]}})", ignore));
-    for (const char* text : {"", "[", "{\"log\":{\"entries\":[{}", "[\"\xFF\"]"}) {
+    for (const char* text : {"", "[", "{\"log\":{\"entries\":[{}", "[\"\xFF\"]", "[1e4900]"}) {
         EXPECT_THROW(visitExchanges(text, ignore), std::runtime_error) << text;
         EXPECT_THROW(visitHarEntries(text, ignore), std::runtime_error) << text;
     }

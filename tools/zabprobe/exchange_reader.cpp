@@ -161,6 +161,8 @@ Json parse(std::string_view text, const Json::parser_callback_t& callback = null
         return Json::parse(text.begin(), text.end(), callback);
     } catch (const Json::parse_error& error) {
         throw std::runtime_error("this is no JSON: wrong at byte " + std::to_string(error.byte));
+    } catch (const Json::out_of_range&) {
+        throw std::runtime_error("this JSON has a number that is out of range");
     }
 }
 
