@@ -72,6 +72,8 @@ void finish(const Behaviour& behaviour, const DownloadOrder& order, nlohmann::or
 
 class Transmitter final : public ILinkTransmitter {
   public:
+    explicit Transmitter(std::unique_ptr<Busy> busy) : busy_(std::move(busy)) {}
+
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
         const bool known = iid == __uuidof(ILinkTransmitter) || iid == __uuidof(IUnknown);
         *result = known ? this : nullptr;
@@ -128,7 +130,7 @@ class Transmitter final : public ILinkTransmitter {
   private:
     ~Transmitter() = default;
 
-    Busy busy_;
+    std::unique_ptr<Busy> busy_;  // none: does not keep the process
     std::atomic<ULONG> references_{1};
 };
 
@@ -146,13 +148,31 @@ class Factory final : public IClassFactory {
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** result) override {
         *result = nullptr;
         if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-        auto* const object = new Transmitter;
+        auto* const object = new Transmitter(std::make_unique<Busy>());
         const HRESULT status = object->QueryInterface(iid, result);
         object->Release();
         return status;
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 };
+
+/// Marshals an object once and leaves it so for the life of the process.
+void keepMarshalled(IUnknown& object, REFIID iid) {
+    IStream* stream = nullptr;
+    if (FAILED(CreateStreamOnHGlobal(nullptr, TRUE, &stream))) return;
+    CoMarshalInterface(stream, iid, &object, MSHCTX_LOCAL, nullptr, MSHLFLAGS_TABLESTRONG);
+    // The stream is part of what stays: releasing the marshalled data would undo the whole.
+}
+
+/// Wine takes an interface off its list of served interfaces with the last object that has it, and may wait for
+/// ever when the call before it, answered already, is just being put away: the two look at one counter without
+/// a lock. So one object of each interface is never given up.
+void keepInterfacesServed(IClassFactory& factory) {
+    auto* const served = new Transmitter(nullptr);  // for the life of the process, which it does not prolong
+    keepMarshalled(factory, IID_IClassFactory);
+    keepMarshalled(*served, __uuidof(ILinkTransmitter));
+    keepMarshalled(*served, IID_IUnknown);
+}
 
 /// Asks a running server to leave and waits until it has.
 void stopServer() {
@@ -173,6 +193,7 @@ int serve() {
     const HRESULT status = CoRegisterClassObject(__uuidof(LinkTransmitter), &factory, CLSCTX_LOCAL_SERVER,
                                                  REGCLS_MULTIPLEUSE, &g_registration);
     if (FAILED(status)) return 1;
+    keepInterfacesServed(factory);
     const HANDLE stop = CreateEventW(nullptr, TRUE, FALSE, kStopEvent);
     constexpr DWORD kStepMs = 100;
     for (DWORD idleMs = 0; idleMs < kIdleMs && WaitForSingleObject(stop, kStepMs) == WAIT_TIMEOUT;)
