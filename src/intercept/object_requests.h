@@ -74,7 +74,7 @@ class CObjectRequestsArray {
         Place place;
         std::strong_ordering operator<=>(const Key& other) const noexcept {
             const auto byUrl = url <=> other.url;
-            return byUrl != 0 ? byUrl : number <=> other.number;
+            return std::is_neq(byUrl) ? byUrl : number <=> other.number;
         }
     };
     using Index = std::set<Key>;
