@@ -188,11 +188,12 @@ nsresult ContentObserver::Observe(nsISupports* subject, const char* topic, const
 }
 
 nsresult ContentObserver::OnModifyRequest(nsISupports* channel) {
-    return guarded(NS_OK, [&] { return modify(channel); });
+    return guarded(NS_OK, [&] { return withChannel(channel, &ContentObserver::modify); });
 }
 
 nsresult ContentObserver::OnExamineResponse(nsISupports* channel) {
-    return guarded(NS_OK, [&] { return examine(channel); });
+    markSeen(BrowserHook::responses);
+    return guarded(NS_OK, [&] { return withChannel(channel, &ContentObserver::examine); });
 }
 
 nsresult ContentObserver::VisitHeader(const nsACString* name, const nsACString* value) {
@@ -200,14 +201,17 @@ nsresult ContentObserver::VisitHeader(const nsACString* name, const nsACString* 
     return NS_OK;
 }
 
-nsresult ContentObserver::modify(nsISupports* subject) {
+nsresult ContentObserver::withChannel(nsISupports* subject, nsresult (ContentObserver::*work)(const Channel&)) {
     nsresult status = NS_OK;
     const auto helper = service<iZABHelper5>(&status);
     if (!helper) return status;
     const Channel channel(*helper.get(), subject);
     scratch_.clear();
-    if (status = channel.readUrl(scratch_.url); failed(status)) return status;
+    status = channel.readUrl(scratch_.url);
+    return failed(status) ? status : (this->*work)(channel);
+}
 
+nsresult ContentObserver::modify(const Channel& channel) {
     const Decision decision = decideRequest({scratch_.url, channel.loadFlags()}, RegistrySettings{});
     if (decision.outcome == Outcome::cancel) {
         tell(decision);
@@ -215,8 +219,8 @@ nsresult ContentObserver::modify(nsISupports* subject) {
         return NS_OK;
     }
     visitRequest(channel, identity(), scratch_);
-    CapturedPost post = CapturePostBodyForRequest(*helper.get(), subject, scratch_.url);
-    Page page = pageOf(*helper.get(), subject);
+    CapturedPost post = CapturePostBodyForRequest(channel.helper(), channel.get(), scratch_.url);
+    Page page = pageOf(channel.helper(), channel.get());
     auto request = requestRecord(scratch_, post, page);
     if (const SharedListLock lock(OnTimeout::skip); lock) requestLists().requested.add(std::move(request));
 
@@ -234,17 +238,9 @@ nsresult ContentObserver::modify(nsISupports* subject) {
     return NS_OK;
 }
 
-nsresult ContentObserver::examine(nsISupports* subject) {
-    markSeen(BrowserHook::responses);
-    nsresult status = NS_OK;
-    const auto helper = service<iZABHelper5>(&status);
-    if (!helper) return status;
-    const Channel channel(*helper.get(), subject);
-    scratch_.clear();
-    if (status = channel.readUrl(scratch_.url); failed(status)) return status;
+nsresult ContentObserver::examine(const Channel& channel) {
     std::uint32_t httpStatus = 0;
-    if (status = channel.readStatus(httpStatus); failed(status)) return status;
-
+    if (const nsresult status = channel.readStatus(httpStatus); failed(status)) return status;
     switch (examinationOf(httpStatus)) {
         case Examination::nothing:
             tell(decide(factsOf(scratch_, httpStatus, 0), RegistrySettings{}));

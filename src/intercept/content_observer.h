@@ -35,8 +35,10 @@ class ContentObserver final : public BrowserObject<ContentObserver, nsIObserver,
     nsresult VisitHeader(const nsACString* name, const nsACString* value) override;
 
   private:
-    nsresult examine(nsISupports* channel);
-    nsresult modify(nsISupports* channel);
+    /// Begins an examination: reaches the helper, clears the scratch record, reads the URL. Without them, why.
+    nsresult withChannel(nsISupports* subject, nsresult (ContentObserver::*work)(const Channel&));
+    nsresult modify(const Channel& channel);
+    nsresult examine(const Channel& channel);
     void examineContent(const Channel& channel, std::uint32_t httpStatus);
     void take(const Channel& channel, const ResponseFacts& scratchFacts, const Decision& decision);
 
