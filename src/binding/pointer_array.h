@@ -47,10 +47,15 @@ class GrowingArray {
     /// Appends an item that is not yet there; true when it was not.
     bool Add(Element item) {
         if (Contains(item)) return false;
+        Append(std::move(item));
+        return true;
+    }
+
+    /// For an item that the caller knows not to be there, without searching for it.
+    void Append(Element item) {
         if (count_ == capacity_) grow();
         items_[count_] = std::move(item);
         ++count_;
-        return true;
     }
 
     [[nodiscard]] bool Contains(const Element& item) const { return indexOf(item) >= 0; }

@@ -29,6 +29,7 @@ std::optional<std::string_view> cutBehind(std::string_view& text, char mark) noe
 
 /// Section 5.2.4, on the text behind `from`: a path that was just appended.
 void removeDotSegments(std::string& text, std::size_t from) {
+    if (text.find("/.", from) == std::string::npos && text.compare(from, 1, ".") != 0) return;
     // Dots at the start of a rootless path take their "/" with them; behind any other segment it stays.
     bool rooted = from < text.size() && text[from] == '/';
     std::size_t read = from, write = from;
@@ -166,11 +167,13 @@ std::string resolveUrl(std::string_view base, std::string_view reference) {
     return target;
 }
 
+bool isWebScheme(std::string_view scheme) noexcept { return isOneOfIgnoringCase(scheme, kWebSchemes); }
+
 std::string cleanedReference(std::string_view baseScheme, std::string_view written) {
     const std::string text = withoutWhiteSpace(written);
     std::string_view rest = text;
     const std::string_view scheme = schemeByGrammar(rest);
-    if (!scheme.empty() && !isOneOfIgnoringCase(scheme, kWebSchemes)) return text;
+    if (!scheme.empty() && !isWebScheme(scheme)) return text;
     std::string target;
     target.reserve(text.size() + 8);
     if (!scheme.empty()) rest.remove_prefix(scheme.size() + 1);

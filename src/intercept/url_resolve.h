@@ -26,6 +26,9 @@ UrlReference splitReference(std::string_view reference) noexcept;
 /// `reference` as an address. It has no scheme only when neither text has one.
 std::string resolveUrl(std::string_view base, std::string_view reference);
 
+/// Whether links with this scheme (any case) are downloads: http, https, ftp, mms.
+bool isWebScheme(std::string_view scheme) noexcept;
+
 /// A reference as browsers read it: without surrounding white space, tabs and line ends inside; "\" before the
 /// query is "/"; surplus or missing slashes behind a scheme of the web or in front of a host are put right;
 /// blanks, controls, quotes, angle brackets and bytes above 127 behind the host are percent-encoded.

@@ -58,5 +58,6 @@ std::span<const Command> headerCommands();    // headers and addresses
 std::span<const Command> exchangeCommands();  // whole exchanges
 std::span<const Command> siteCommands();      // YouTube, Facebook, Vimeo
 std::span<const Command> dataFileCommands();
+std::span<const Command> pageCommands();      // whole pages
 
 }  // namespace zabprobe

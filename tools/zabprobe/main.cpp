@@ -74,7 +74,8 @@ int run(int argc, char** argv) {
     Arguments arguments;
     const Command* chosen = nullptr;
     for (const auto family :
-         {formatCommands(), siteCommands(), headerCommands(), exchangeCommands(), dataFileCommands()}) {
+         {formatCommands(), siteCommands(), headerCommands(), exchangeCommands(), dataFileCommands(),
+          pageCommands()}) {
         for (const Command& command : family) {
             CLI::App* sub = app.add_subcommand(command.name, command.help);
             command.options(*sub, arguments);
