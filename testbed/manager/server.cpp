@@ -207,6 +207,7 @@ int serve() {
 }
 
 int registerServer() {
+    stopServer();  // one of an earlier run may be about to leave, and would still be found
     const std::wstring program = programPath();
     const std::wstring command = L"\"" + program + L"\"";
     const LSTATUS status =
