@@ -11,6 +11,7 @@
 #include "entry/platform.h"
 #include "entry/window_observer.h"
 #include "intercept/content_observer.h"
+#include "transfer/browser_thread.h"
 
 namespace zab {
 namespace {
@@ -71,6 +72,7 @@ nsresult select(const char* event, const nsAString* documentId, bool closesPopup
 }  // namespace
 
 nsresult initialise(nsISupports* host) {
+    noteBrowserThread();
     if (runtime().NS_GetServiceManager == nullptr) return NS_ERROR_UNEXPECTED;
     const auto helper = service<iZABHelper8>();
     if (!helper) return NS_ERROR_UNEXPECTED;

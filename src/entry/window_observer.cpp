@@ -4,7 +4,6 @@
 
 #include "binding/browser_string.h"
 #include "binding/guard.h"
-#include "binding/interfaces/helpers.h"
 #include "binding/text.h"
 #include "entry/documents.h"
 #include "entry/modifier_keys.h"
@@ -25,12 +24,12 @@ InterfacePtr<nsISupports> eventTargetOf(iZABHelper5& helper, nsISupports* window
     return InterfacePtr<nsISupports>(target);
 }
 
-/// Calls `change` (add or remove a listener) for each event of a window, in order.
+/// Calls `change` (add or remove a listener) for each event of a window, in order, until one fails.
 template <class Change>
 void forEachWindowEvent(Change change) {
     for (const std::u16string_view event : kWindowEvents) {
         WideContainer type(event);
-        if (type.ready()) change(type.get());
+        if (!type.ready() || failed(change(type.get()))) return;
     }
 }
 
@@ -62,19 +61,20 @@ void CWindowObserver::windowOpened(nsISupports* window) {
     const auto helper = service<iZABHelper5>();
     if (!helper) return;
     const auto target = eventTargetOf(*helper.get(), window);
-    listener_ = identity();
     if (!target) return;
-    forEachWindowEvent(
-        [&](const nsAString* type) { helper->AddEventListener(type, target.get(), listener_, kUseCapture); });
+    listener_ = identity();
+    forEachWindowEvent([&](const nsAString* type) {
+        return helper->AddEventListener(type, target.get(), listener_, kUseCapture);
+    });
 }
 
 void CWindowObserver::windowClosed(nsISupports* window) {
     const auto helper = service<iZABHelper5>();
-    if (!helper || listener_ == nullptr) return;
+    if (!helper) return;
     const auto target = eventTargetOf(*helper.get(), window);
-    if (!target) return;
+    if (!target || listener_ == nullptr) return;
     forEachWindowEvent([&](const nsAString* type) {
-        helper->RemoveEventListener(type, target.get(), listener_, kUseCapture);
+        return helper->RemoveEventListener(type, target.get(), listener_, kUseCapture);
     });
 }
 
@@ -89,7 +89,7 @@ nsresult CWindowObserver::HandleMouseEvent(nsISupports* event) {
         if (is(u"mousedown")) {
             pressed();
         } else if (is(u"mouseup")) {
-            released(subject.get());
+            released(*helper.get(), subject.get());
         } else if (is(u"TabSelect")) {
             closePopup();
             if (g_showButtonsOnTabSelect) showSelectedDocument();
@@ -112,13 +112,12 @@ void CWindowObserver::pressed() {
 }
 
 /// A press and a release at different places is a drag, which is how links are selected.
-void CWindowObserver::released(nsISupports* event) {
+void CWindowObserver::released(iZABHelper5& helper, nsISupports* event) {
     closePopup();
     const auto at = cursorPosition();
     if (!at || *at == pressedAt_) return;
-    const auto helper = service<iZABHelper5>();
     WideContainer links;
-    if (!helper || !links.ready() || failed(helper->GetSelectedLinks(event, links.get()))) return;
+    if (!links.ready() || failed(helper.GetSelectedLinks(event, links.get()))) return;
     if (!links.view().empty()) pageButtons().offerSelectedLinks(links.view());
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "binding/browser_object.h"
+#include "binding/interfaces/helpers.h"
 #include "entry/platform.h"
 
 namespace zab {
@@ -23,7 +24,7 @@ class CWindowObserver final : public BrowserObject<CWindowObserver, nsIObserver>
     void windowOpened(nsISupports* window);
     void windowClosed(nsISupports* window);
     void pressed();
-    void released(nsISupports* event);
+    void released(iZABHelper5& helper, nsISupports* event);
 
     nsISupports* listener_ = nullptr;  // this object, once it listens to a window
     WindowHandle popup_ = 0;
