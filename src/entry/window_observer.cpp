@@ -85,7 +85,9 @@ nsresult CWindowObserver::HandleMouseEvent(nsISupports* event) {
         WideContainer type;
         if (!subject || !helper || !type.ready()) return NS_OK;
         if (failed(helper->GetEventType(subject.get(), type.get()))) return NS_OK;
-        const auto is = [&](std::u16string_view name) { return equalsIgnoringCase(type.view(), name); };
+        const auto is = [told = type.view()](std::u16string_view name) {
+            return equalsIgnoringCase(told, name);
+        };
         if (is(u"mousedown")) {
             pressed();
         } else if (is(u"mouseup")) {
