@@ -115,6 +115,7 @@ void Browser::receives(Channel& channel, std::string_view body) {
 
 void Browser::finishes(Channel& channel) {
     for (auto* listener : std::exchange(channel.listeners, {})) callModule(StandInCall::release, listener);
+    if (channel.upload != nullptr) channel.upload->letGo();
     channel.letGo();
 }
 
@@ -130,6 +131,7 @@ void Browser::mouse(std::u16string type, Page* page, std::u16string selectedLink
     auto& event = make<Event>(std::move(type), page);
     event.selectedLinks = std::move(selectedLinks);
     intoModule([&] { return exports_.OnME(event.asSupports()); });
+    event.letGo();
 }
 
 void Browser::selectsTab(std::u16string_view documentId) {
@@ -137,9 +139,18 @@ void Browser::selectsTab(std::u16string_view documentId) {
     intoModule([&] { return exports_.OnTabSelect(text); });
 }
 
+void Browser::reportsSelectedTab(std::u16string_view documentId) {
+    const PassedText text(runtime_, documentId);
+    intoModule([&] { return exports_.OnGetSelectedTabID(text); });
+}
+
 void Browser::unloads(std::u16string_view documentId) {
     const PassedText text(runtime_, documentId);
     intoModule([&] { return exports_.OnUnload(text); });
+}
+
+void Browser::onNext(std::string operation, std::function<void()> action) {
+    interruptions_[std::move(operation)] = std::move(action);
 }
 
 void Browser::notifies(const char* topic, BedObject* subject) {
@@ -148,6 +159,10 @@ void Browser::notifies(const char* topic, BedObject* subject) {
         if (row.topic == topic)
             callModule(StandInCall::observe, row.observer,
                        argument(subject == nullptr ? nullptr : subject->asSupports()), argument(topic));
+}
+
+void Browser::sweeps() {
+    std::erase_if(objects_, [](const auto& object) { return object->dead(); });
 }
 
 // What the module did.
@@ -210,6 +225,7 @@ std::uint64_t Browser::called(BedObject::Handle& handle, std::uint32_t slot, con
         return static_cast<std::uint32_t>(--handle.references);
     }
     if (operation.starts_with("helper") && slot != 0) ++helperCalls_;
+    if (auto interruption = interruptions_.extract(operation)) interruption.mapped()();
     if (const nsresult fault = faults_.step(operation); failed(fault)) return fault;
     if (slot == 0)
         return queried(object, reinterpret_cast<const nsIID*>(arguments[0]),

@@ -63,7 +63,11 @@ class Browser {
     void closesWindow(ChromeWindow& window);
     void mouse(std::u16string type, Page* page = nullptr, std::u16string selectedLinks = {});
     void selectsTab(std::u16string_view documentId);
+    void reportsSelectedTab(std::u16string_view documentId);
+    /// The extension's own word that a document goes away; its "unload" event is mouse(u"unload", &page).
     void unloads(std::u16string_view documentId);
+    /// Does something else when the module next calls an operation (named as for faults), before the answer.
+    void onNext(std::string operation, std::function<void()> action);
     void notifies(const char* topic, BedObject* subject);
 
     // What the browser holds.
@@ -75,6 +79,8 @@ class Browser {
         objects_.push_back(std::move(object));
         return result;
     }
+    /// Frees what it has let go and the module holds no more.
+    void sweeps();
     std::vector<Cookie> cookies;
     std::map<std::string, std::u16string> bodyFiles;  // by URL
     BedObject* selectedTab = nullptr;                 // what the plain helper answers
@@ -129,6 +135,7 @@ class Browser {
     StandInHost hostCalls_;
     DebugLines debug_;
     Faults faults_;
+    std::map<std::string, std::function<void()>> interruptions_;
     bool moduleRuns_ = false;
     std::uint32_t thread_;
     std::vector<std::unique_ptr<BedObject>> objects_;
