@@ -101,7 +101,7 @@ std::string_view HtmlTokenizer::textStep(std::string_view rest) {
     if (!text.empty()) handler_.text(text);
     if (text.size() == rest.size()) return {};
     state_ = State::tagOpen;
-    held_ = "<";
+    held_.assign(1, '<');
     return rest.substr(text.size() + 1);
 }
 
@@ -217,7 +217,7 @@ std::string_view HtmlTokenizer::rawTextStep(std::string_view rest) {
     if (end == rest.size()) return {};
     if (rest[end] == '<') {
         state_ = State::rawLessThan;
-        held_ = "<";
+        held_.assign(1, '<');
     } else {
         if (dashes_ >= 2) escape_ = ScriptEscape::none;
         handler_.text(">");
