@@ -89,45 +89,6 @@ TEST(StartUp, AnswersWithoutWhatItNeeds) {
     }
 }
 
-TEST(StartUp, EveryBaseOfTheObserverIsReachedThroughTheBrowsersTables) {
-    SettingsTree settings;
-    Browser browser;
-    browser.startsUp();
-    nsIObserver* observer = browser.observers().front();
-    const struct {
-        nsIID iid;
-        const char* why;
-    } bases[] = {
-        {nsIObserver::kIID, "observer"},
-        {nsIHttpNotify::kIID, "HTTP notifications"},
-        {nsIHttpHeaderVisitor::kIID, "visitor of older browsers"},
-        {nsIHttpHeaderVisitor_7::kIID, "visitor of newer browsers"},
-    };
-    const auto pointer = [](const void* place) { return reinterpret_cast<std::uint64_t>(place); };
-    void* identity = nullptr;
-    browser.callModule(StandInCall::queryInterface, observer, pointer(&nsISupports::kIID), pointer(&identity));
-    ASSERT_NE(identity, nullptr);
-    for (const auto& base : bases) {
-        void* table = nullptr;
-        EXPECT_EQ(
-            browser.callModule(StandInCall::queryInterface, observer, pointer(&base.iid), pointer(&table)),
-            NS_OK)
-            << base.why;
-        ASSERT_NE(table, nullptr) << base.why;
-        void* back = nullptr;
-        browser.callModule(StandInCall::queryInterface, table, pointer(&nsISupports::kIID), pointer(&back));
-        EXPECT_EQ(back, identity) << "one identity from every base: " << base.why;
-        browser.callModule(StandInCall::release, back);
-        browser.callModule(StandInCall::release, table);
-    }
-    void* none = identity;
-    EXPECT_EQ(browser.callModule(StandInCall::queryInterface, observer, pointer(&nsIObserverService::kIID),
-                                 pointer(&none)),
-              NS_ERROR_NO_INTERFACE);
-    EXPECT_EQ(none, nullptr);
-    browser.callModule(StandInCall::release, identity);
-}
-
 TEST(StartUp, WindowsGetAndLoseTheirListeners) {
     SettingsTree settings;
     Browser browser;

@@ -1,0 +1,148 @@
+// The module's objects through the browser's own tables: each slot does its own work, and arguments and results
+// cross in the widths that the browser's compiler gives them.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "binding/base_window.h"
+#include "binding/upload_channel.h"
+#include "binding/wide_win32.h"
+#include "browser/base_window.h"
+#include "browser/browser.h"
+#include "browser/desktop.h"
+
+namespace zab::testbed {
+namespace {
+
+std::uint64_t argument(const void* place) { return reinterpret_cast<std::uint64_t>(place); }
+
+/// What a query of an object of the module answers; it is given back at once, for the object lives on.
+void* baseOf(Browser& browser, void* object, const nsIID& iid) {
+    void* base = nullptr;
+    browser.callModule(StandInCall::queryInterface, object, argument(&iid), argument(&base));
+    if (base != nullptr) browser.callModule(StandInCall::release, base);
+    return base;
+}
+
+bool tellsOf(Browser& browser, const std::string& piece) {
+    return std::ranges::any_of(browser.takesDebugLines(),
+                               [&](const std::string& line) { return line.find(piece) != std::string::npos; });
+}
+
+class ObserverOfVersion : public ::testing::TestWithParam<int> {};
+
+TEST_P(ObserverOfVersion, WorksThroughEachOfItsBasesAndIsOneObject) {
+    SettingsTree settings;
+    settings.set("Extensions", "zip");
+    Browser browser({.version = GetParam()});
+    browser.startsUp();
+    nsIObserver* observer = browser.observers().front();
+    void* const identity = baseOf(browser, observer, nsISupports::kIID);
+    ASSERT_NE(identity, nullptr);
+    for (const auto& iid :
+         {nsIObserver::kIID, nsIHttpNotify::kIID, nsIHttpHeaderVisitor::kIID, nsIHttpHeaderVisitor_7::kIID}) {
+        void* base = baseOf(browser, observer, iid);
+        ASSERT_NE(base, nullptr);
+        EXPECT_EQ(baseOf(browser, base, nsISupports::kIID), identity) << "one identity from every base";
+    }
+    EXPECT_EQ(baseOf(browser, observer, nsIObserverService::kIID), nullptr);
+
+    void* notify = baseOf(browser, observer, nsIHttpNotify::kIID);
+    auto& stopped =
+        browser.make<Channel>(Request{.url = "http://www.mozilla.org/thisrequestistransferredtozab.stop"});
+    EXPECT_EQ(browser.callModule(StandInCall::modifyRequest, notify, argument(stopped.asSupports())), NS_OK);
+    EXPECT_TRUE(stopped.cancelled());
+    // The browser hands the headers to the visitor of its generation.
+    auto& examined = browser.make<Channel>(Request{.url = "http://h.example/"});
+    examined.status = 200;
+    examined.responseHeaders = {{"Content-Disposition", "attachment; filename=x.visited"}};
+    browser.takesDebugLines();
+    EXPECT_EQ(browser.callModule(StandInCall::examineResponse, notify, argument(examined.asSupports())), NS_OK);
+    EXPECT_TRUE(tellsOf(browser, "'visited'"));
+    EXPECT_EQ(browser.unbalanced(), "");
+    EXPECT_EQ(browser.violations(), std::vector<std::string>{});
+}
+
+INSTANTIATE_TEST_SUITE_P(BothGenerations, ObserverOfVersion, ::testing::Values(6, 52));
+
+TEST(Abi, TheWindowObserverTakesMouseEventsBehindItsInterface) {
+    SettingsTree settings;
+    settings.set("Extensions", "zip").set("SpecialKeys\\UseKeyToPrevent", 1u);
+    settings.set("SpecialKeys\\AltP", 1u).set("SpecialKeys\\CheckMouse", 1u);
+    Browser browser;
+    browser.startsUp();
+    const HeldKeys alt({VK_MENU});
+    auto& press = browser.make<Event>(u"mousedown");
+    EXPECT_EQ(
+        browser.callModule(StandInCall::mouseEvent, browser.observers().back(), argument(press.asSupports())),
+        NS_OK);
+    browser.takesDebugLines();
+    browser.answers(browser.clicks("http://h.example/a.zip"), 200, {{"Content-Type", "application/zip"}});
+    EXPECT_TRUE(tellsOf(browser, "UseKeyToPrevent")) << "the keys of the press count";
+    EXPECT_EQ(browser.unbalanced(), "");
+    EXPECT_EQ(browser.violations(), std::vector<std::string>{});
+}
+
+TEST(Abi, EveryOperationOfABaseWindowReachesItsOwnSlotInEveryLayout) {
+    for (const auto& layout : windowLayouts()) {
+        Browser browser;
+        auto& window = browser.make<BaseWindow>(layout);
+        const std::string name = layout.name;
+        const auto adapter = GetBaseWindow(window.asSupports(), name == "B17" ? 17 : 16);
+        ASSERT_TRUE(adapter) << name;
+        const auto blanked = [](const std::string& text) { return " " + text + " "; };
+        std::uint32_t slot = 3;
+        std::istringstream operations(windowLayouts()[0].operations);  // which the module is written against
+        for (std::string operation; operations >> operation; ++slot) {
+            const auto where = operation + " in layout " + name;
+            std::uint64_t words[kStandInArguments], arguments[kStandInArguments];
+            std::ranges::fill(words, 0xAAAAAAAA'00000000);
+            std::ranges::transform(words, arguments, [](auto& word) { return argument(&word); });
+            const bool known = blanked(layout.operations).find(blanked(operation)) != std::string::npos;
+            window.calls.clear();
+            EXPECT_EQ(browser.runtime().callSlot(adapter.get(), slot, arguments),
+                      known ? NS_OK : NS_ERROR_NOT_IMPLEMENTED)
+                << where;
+            ASSERT_EQ(window.calls.size(), known ? 1u : 0u) << where;
+            EXPECT_EQ(known ? window.calls[0].operation : operation, operation) << where;
+            if (operation == "getVisibility") {
+                EXPECT_EQ(words[0], 0xAAAAAAAA'00000001) << "the caller's 4 bytes and no more: " << where;
+            }
+            for (std::uint32_t n = 0; n < kStandInArguments && operation == "initWindow"; ++n) {
+                const auto mask =
+                    n < 2 ? ~0ull : 0xFFFFFFFFull;  // two pointers, then numbers; some on the stack
+                EXPECT_EQ(window.calls[0].arguments[n] & mask, arguments[n] & mask) << where << " " << n;
+            }
+        }
+    }
+}
+
+TEST(Abi, TheUploadAdapterWidensALengthOf32Bits) {
+    static std::array<std::uint64_t, 4> noted;
+    constexpr auto note = [](const Call& call) {
+        noted = {call.slot, call.whole(0), call.whole(1), call.whole(2)};
+        return NS_OK;
+    };
+    const Operation operations[] = {{3, note}, {4, note}};
+    const nsIID iids[] = {nsIUploadChannel17::kIID};
+    const Interface newer{"uploadChannel", iids, operations};
+    Browser browser;
+    auto& channel = browser.make<BedObject>("channel");
+    channel.answersTo(newer);
+    {
+        const auto adapter = GetUploadChannel(channel.asSupports());
+        ASSERT_TRUE(adapter);
+        const std::uint64_t arguments[kStandInArguments] = {11, 12, 0xAAAAAAAA'FFFFFFFF};
+        EXPECT_EQ(browser.runtime().callSlot(adapter.get(), 3, arguments), NS_OK);
+        EXPECT_EQ(noted, (std::array<std::uint64_t, 4>{3, 11, 12, ~0ull})) << "ask the stream";
+        EXPECT_EQ(browser.runtime().callSlot(adapter.get(), 4, arguments), NS_OK);
+        EXPECT_EQ(noted[0], 4u);
+        EXPECT_EQ(noted[1], 11u);
+    }
+    EXPECT_EQ(browser.unbalanced(), "");
+    EXPECT_EQ(browser.violations(), std::vector<std::string>{});
+}
+
+}  // namespace
+}  // namespace zab::testbed
