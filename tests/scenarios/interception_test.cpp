@@ -1,27 +1,13 @@
 // Downloads through the module: caught, handed over and cancelled, or left with the browser.
-#include <gtest/gtest.h>
-
-#include "browser/browser.h"
-#include "browser/desktop.h"
-#include "transfer/manager_process_win32.h"
+#include "scenarios/import_hook.h"
+#include "scenarios/scenario.h"
 
 namespace zab::testbed {
 namespace {
 
 using nlohmann::json;
 
-constexpr nsresult kTakenOverStatus = 0xFFFFFFFF;
 constexpr const char* kSentinel = "http://www.mozilla.org/thisrequestistransferredtozab.stop";
-
-/// The download manager's own process, which notes what it is told.
-class Manager : public ::zab::testing::ManagerProcess {
-  public:
-    Manager() {
-        static const bool registered = isRegistered(true);
-        EXPECT_TRUE(registered);
-        set("ExePath", SettingsTree::kProgram);
-    }
-};
 
 /// A desktop with an installed download manager and a browser that has started up.
 class Interception : public ::testing::Test {
@@ -57,8 +43,6 @@ class Interception : public ::testing::Test {
   private:
     std::size_t received_ = 0;
 };
-
-const Headers kZip = {{"Content-Type", "application/zip"}, {"Content-Length", "5000"}};
 
 TEST_F(Interception, ATypicalDownloadTravelsWithAllThatTheBrowserWouldHaveSent) {
     auto& page = browser.opensPage("http://site.example/page.html", u"Archives");
@@ -224,6 +208,26 @@ TEST_F(Interception, ARedirectToTheWebIsFollowed) {
     EXPECT_TRUE(channel.written.empty());
     EXPECT_FALSE(channel.cancelled());
     EXPECT_EQ(taken({.url = "http://h.example/archive.zip"}, kZip)["url"], "http://h.example/archive.zip");
+}
+
+TEST_F(Interception, TheRecordOfARedirectedRequestIsFoundUnderItsNewUrl) {
+    constexpr HookedImport kHeap[] = {{"malloc"}, {"free"}};
+    const ImportHook hook(browser, kHeap);
+    // A response that ends an exchange takes the request's record away: memory is given back only for one.
+    const auto hadRecordOf = [&](std::string url) {
+        auto& gone = browser.make<Channel>(Request{.url = std::move(url)});
+        browser.faults().none();
+        browser.answers(gone, 404);
+        return browser.faults().countOf("free") > browser.faults().countOf("malloc");
+    };
+    for (const std::uint32_t status : {301u, 302u, 303u, 307u}) {
+        auto& post = browser.requests(
+            {.url = "http://h.example/form", .method = "POST", .upload = Upload{.bytes = "a=b"}});
+        browser.answers(post, status, {{"Location", "http://h.example:80/stored"}});
+        EXPECT_FALSE(hadRecordOf("http://h.example/form")) << status;
+        EXPECT_TRUE(hadRecordOf("http://h.example/stored")) << status << ": without the default port";
+        EXPECT_FALSE(hadRecordOf("http://h.example/stored")) << status << ": one record";
+    }
 }
 
 TEST_F(Interception, EveryTopicOfAResponseIsExamined) {

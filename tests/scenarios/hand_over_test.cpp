@@ -1,0 +1,164 @@
+// What goes wrong around a hand-over: the browser keeps the download and goes on, and the user is told.
+#include <chrono>
+
+#include "binding/utf.h"
+#include "binding/wide_win32.h"
+#include "scenarios/scenario.h"
+
+namespace zab::testbed {
+namespace {
+
+using namespace std::chrono_literals;
+
+class HandOver : public ::testing::Test {
+  protected:
+    HandOver() {
+        settings.set("Extensions", "zip").set("SpecialKeys\\UseKeyToForce", 1u).set("SpecialKeys\\CtrlF", 1u);
+        browser.startsUp();
+    }
+    ~HandOver() override {
+        EXPECT_FALSE(messageBoxIsOpen());
+        EXPECT_EQ(browser.unbalanced(), "");
+        EXPECT_EQ(browser.violations(), std::vector<std::string>{});
+    }
+
+    SettingsTree settings;
+    Manager manager;
+    Browser browser;
+};
+
+/// The three ways of a link to the download manager; each tells whether it was taken. `secret` stands wherever
+/// a browser keeps one.
+const struct {
+    const char* name;
+    bool (*taken)(Browser& browser, Page& page, const std::string& secret);
+} kWays[] = {
+    {"a response",
+     [](Browser& browser, Page& page, const std::string& secret) {
+         auto& channel = browser.requests(
+             {.url = "http://h.example/a.zip?token=" + secret,
+              .method = "POST",
+              .headers = {{"Cookie", "session=" + secret}, {"Authorization", "Basic dTpIdXNoNw=="}},
+              .page = &page,
+              .upload = Upload{.bytes = "password=" + secret}});
+         browser.answers(channel, 200, kZip);
+         return channel.cancelled();
+     }},
+    {"an FTP redirect",
+     [](Browser& browser, Page&, const std::string& secret) {
+         auto& channel = browser.clicks("http://h.example/moved?token=" + secret);
+         browser.answers(channel, 302, {{"Location", "ftp://u:" + secret + "@h.example/a.zip"}});
+         EXPECT_FALSE(channel.cancelled()) << "it is the next request that ends";
+         return !channel.written.empty();
+     }},
+    {"a forced link",
+     [](Browser& browser, Page& page, const std::string& secret) {
+         const HeldKeys control({VK_CONTROL});
+         return browser
+             .requests({.url = "http://u:" + secret + "@h.example/page",
+                        .headers = {{"Cookie", "session=" + secret}},
+                        .page = &page})
+             .cancelled();
+     }},
+};
+
+TEST_F(HandOver, ThatFailsLeavesTheDownloadAndIsTold) {
+    constexpr const char* kProgram = SettingsTree::kProgram;
+    const struct {
+        bool registered, dies;
+        const char* program;  // of the download manager; null: none is installed
+        int button;
+        const char* told;  // how the text begins
+        const char* why;
+    } rows[] = {
+        {true, true, kProgram, IDOK, "Cannot transfer the download to ZAB\r\nError 0x8", "dies in the call"},
+        {false, false, kProgram, IDOK,
+         "Cannot transfer the download to ZAB\r\n\r\nThe required ZAB components are not registered",
+         "is not registered"},
+        {false, false, nullptr, IDNO,
+         "Cannot transfer file download to Zabrion. It's possible that it's not installed.",
+         "is not installed"},
+    };
+    auto& page = browser.opensPage("http://h.example/page.html");
+    for (const auto& row : rows) {
+        ASSERT_TRUE(manager.isRegistered(row.registered));
+        manager.set("TestbedDie", DWORD{row.dies});
+        if (row.program == nullptr) settings.remove("ExePath");
+        for (const auto& way : kWays) {
+            const auto where = std::string(way.name) + ", and the download manager " + row.why;
+            // Nobody has answered a box yet: the browser does not wait for the user.
+            EXPECT_FALSE(way.taken(browser, page, "")) << where;
+            const auto box = answerMessageBox(row.button);
+            ASSERT_TRUE(box) << where;
+            EXPECT_EQ(box->title, u"\"ZAB Integration\" extension");
+            EXPECT_TRUE(utf8FromUtf16(box->text).starts_with(row.told)) << utf8FromUtf16(box->text);
+        }
+    }
+    ASSERT_TRUE(manager.isRegistered(true));
+    for (const auto& way : kWays) EXPECT_TRUE(way.taken(browser, page, "")) << "it is back: " << way.name;
+}
+
+TEST_F(HandOver, HoldsTheBrowserNoLongerThanItsCall) {
+    constexpr auto kHang = 3000ms;
+    auto& page = browser.opensPage("http://h.example/page.html");
+    EXPECT_TRUE(kWays[0].taken(browser, page, "")) << "the process is there from now on";
+    manager.set("TestbedHangMs", DWORD{kHang.count()});
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(kWays[0].taken(browser, page, ""));
+    const auto held = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(held, kHang);
+    EXPECT_LT(held, 2 * kHang) << "one call, made once";
+}
+
+TEST_F(HandOver, CookiesAndCredentialsReachTheDownloadManagerOnly) {
+    const std::string secret = "Hush7";
+    browser.cookies = {{.name = "jar", .value = secret, .host = "h.example"}};
+    auto& page = browser.opensPage("http://u:" + secret + "@h.example/page.html?token=" + secret);
+    browser.takesDebugLines();
+    for (const auto& way : kWays) EXPECT_TRUE(way.taken(browser, page, secret)) << way.name;
+    const auto told = manager.received(0);
+    EXPECT_EQ(told["cookies"], "session=" + secret);
+    EXPECT_EQ(told["password"], secret);
+    EXPECT_EQ(told["postData"], "password=" + secret);
+    ASSERT_TRUE(manager.isRegistered(false));
+    for (const auto& way : kWays) {
+        EXPECT_FALSE(way.taken(browser, page, secret)) << way.name;
+        const auto box = answerMessageBox(IDOK);
+        ASSERT_TRUE(box);
+        EXPECT_EQ(box->text.find(utf16FromUtf8(secret)), std::u16string::npos);
+    }
+    settings.set("Extensions", "rar");
+    EXPECT_FALSE(kWays[0].taken(browser, page, secret)) << "not in the list";
+    const auto lines = browser.takesDebugLines();
+    EXPECT_GE(lines.size(), 2 * std::size(kWays)) << "each exchange is told";
+    for (const auto& line : lines)
+        for (const auto& hidden : {secret, std::string("dTpIdXNoNw")})
+            EXPECT_EQ(line.find(hidden), std::string::npos) << line;
+}
+
+TEST(FirstStart, TellsOnceThatTheDownloadManagerIsMissing) {
+    const auto toldAtStart = [](std::chrono::milliseconds patience = 300ms) {
+        Browser browser;
+        browser.startsUp();
+        browser.clicks("http://h.example/");
+        const auto box = answerMessageBox(IDNO, patience);
+        browser.clicks("http://h.example/");
+        EXPECT_FALSE(answerMessageBox(IDNO, 300ms)) << "once in a start";
+        return box ? utf8FromUtf16(box->text) : "";
+    };
+    const std::string missing = "You have installed \"ZAB Integration\" extension successfully. Unfortunately";
+    {
+        SettingsTree settings;
+        EXPECT_EQ(toldAtStart(), "") << "a new browser beside an installed download manager";
+        settings.remove("ExePath");
+        EXPECT_EQ(toldAtStart(), "") << "gone since, but this browser is known";
+    }
+    SettingsTree settings;
+    settings.remove("ExePath");
+    EXPECT_TRUE(toldAtStart(10s).starts_with(missing));
+    EXPECT_EQ(settings.number("ZABBI\\zab_scenarios\\int"), 1u);
+    EXPECT_EQ(toldAtStart(), "") << "the second start";
+}
+
+}  // namespace
+}  // namespace zab::testbed

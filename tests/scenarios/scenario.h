@@ -1,0 +1,31 @@
+// What several scenarios begin with.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "browser/browser.h"
+#include "browser/desktop.h"
+#include "transfer/manager_process_win32.h"
+
+namespace zab::testbed {
+
+inline constexpr nsresult kTakenOverStatus = 0xFFFFFFFF;
+inline const Headers kZip = {{"Content-Type", "application/zip"}, {"Content-Length", "5000"}};
+
+/// The download manager's own process, which notes what it is told. Registered, until a scenario says
+/// otherwise.
+class Manager : public ::zab::testing::ManagerProcess {
+  public:
+    Manager() {
+        EXPECT_TRUE(isRegistered(true));
+        set("ExePath", SettingsTree::kProgram);
+    }
+    /// Starts the program only for a change.
+    bool isRegistered(bool wanted) {
+        static bool registered = false;
+        if (registered != wanted && ManagerProcess::isRegistered(wanted)) registered = wanted;
+        return registered == wanted;
+    }
+};
+
+}  // namespace zab::testbed
