@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "binding/wide_win32.h"
+#include "browser/base_window.h"
 #include "browser/operations.h"
 
 namespace zab::testbed {
@@ -85,6 +86,11 @@ nsresult Browser::startsUp() {
 Page& Browser::opensPage(std::string url, std::u16string title, std::uint64_t documentId) {
     static std::uint64_t next = 100;
     return make<Page>(std::move(url), std::move(title), documentId == 0 ? ++next : documentId);
+}
+
+void Browser::dropsPage(Page& page) {
+    if (page.domWindow != nullptr) page.domWindow->letGo();
+    page.letGo();
 }
 
 Channel& Browser::requests(Request request) {

@@ -49,6 +49,8 @@ class Browser {
     /// The extension hands itself over and passes the start-up notification on.
     nsresult startsUp();
     Page& opensPage(std::string url, std::u16string title = u"Page", std::uint64_t documentId = 0);
+    /// Lets the document go, and its window.
+    static void dropsPage(Page& page);
     /// A request is about to be sent.
     Channel& requests(Request request);
     /// A top-level load of a link, from `page` when there is one.

@@ -1,9 +1,9 @@
 #include "browser/process_view.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <span>
-#include <vector>
 
 #include <winternl.h>  // behind the one above
 #include "binding/wide_win32.h"
@@ -13,10 +13,21 @@ namespace {
 
 constexpr std::uintptr_t kHandleStep = 4, kLastHandle = 0x8000;
 
-constexpr DWORD kLongTextBytes = 16 << 10;
+constexpr std::size_t kLongTextBytes = 16 << 10;
 
-bool isLongText(const PROCESS_HEAP_ENTRY& entry) {
-    return (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 && entry.cbData > kLongTextBytes;
+/// Shows every block in use of every heap of the process. The heap is locked meanwhile.
+template <class Block>
+void forEachBlockInUse(Block see) {
+    std::array<HANDLE, 64> heaps{};
+    const auto count = std::min<std::size_t>(GetProcessHeaps(heaps.size(), heaps.data()), heaps.size());
+    for (const HANDLE heap : std::span(heaps).first(count)) {
+        HeapLock(heap);
+        PROCESS_HEAP_ENTRY entry{};
+        while (HeapWalk(heap, &entry))
+            if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0)
+                see(std::string_view(static_cast<const char*>(entry.lpData), entry.cbData));
+        HeapUnlock(heap);
+    }
 }
 
 /// One text that the system tells of a handle; empty when it tells none.
@@ -33,17 +44,16 @@ std::u16string_view told(HANDLE handle, int what, std::span<std::byte> buffer) {
 }  // namespace
 
 std::size_t longTextsThatBeginWith(std::string_view start) {
-    std::vector<HANDLE> heaps(64);
-    heaps.resize(GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()));
     std::size_t count = 0;
-    for (const HANDLE heap : heaps) {
-        HeapLock(heap);
-        PROCESS_HEAP_ENTRY entry{};
-        while (HeapWalk(heap, &entry))
-            count += isLongText(entry) && std::memcmp(entry.lpData, start.data(), start.size()) == 0;
-        HeapUnlock(heap);
-    }
+    forEachBlockInUse(
+        [&](std::string_view block) { count += block.size() > kLongTextBytes && block.starts_with(start); });
     return count;
+}
+
+std::uint64_t heapBytesInUse() {
+    std::uint64_t bytes = 0;
+    forEachBlockInUse([&](std::string_view block) { bytes += block.size(); });
+    return bytes;
 }
 
 std::uint64_t privateBytes() {

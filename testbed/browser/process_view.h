@@ -13,8 +13,9 @@ namespace zab::testbed {
 /// may be pieces of a larger block that a heap cuts up by itself.
 std::size_t longTextsThatBeginWith(std::string_view start);
 
-/// The committed memory of this process alone, in bytes.
+/// The committed memory of this process alone, in bytes: what its heaps use and what they hold ready.
 std::uint64_t privateBytes();
+std::uint64_t heapBytesInUse();
 
 /// The handles of this process's mutexes that have no name. A mutex without a name can be had in no other way,
 /// and a handle is as good as the one that its maker keeps.
