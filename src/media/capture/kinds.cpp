@@ -124,9 +124,7 @@ bool isHds(const KindFacts& facts, const SettingsView&) {
     return facts.contentLength < kSmallManifestLimitBytes && hasExtension(facts, "f4m");
 }
 
-bool isYouTubeDash(const KindFacts& facts, const SettingsView&) {
-    return facts.rest.starts_with(kManifestPath) && isOn(facts, kManifestHost);
-}
+bool isYouTubeDash(const KindFacts& facts, const SettingsView&) { return isYouTubeManifest(facts.url); }
 
 bool isDash(const KindFacts& facts, const SettingsView&) {
     return facts.contentLength < kDashLimitBytes &&
@@ -219,6 +217,10 @@ std::uint32_t mediaKindCapBytes(MediaKind kind) noexcept {
 
 bool isVideoPlayback(const KindFacts& facts) noexcept {
     return facts.rest.starts_with(kPlaybackPath) && contains(facts.rest, "itag=") && isOn(facts, kVideoCdn);
+}
+
+bool isYouTubeManifest(std::string_view url) noexcept {
+    return behindHost(url).starts_with(kManifestPath) && isHostOrBelow(hostOf(url), kManifestHost);
 }
 
 std::optional<HdsFragmentName> findHdsFragmentName(std::string_view segment) noexcept {

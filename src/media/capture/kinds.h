@@ -56,6 +56,9 @@ std::uint32_t mediaKindCapBytes(MediaKind kind) noexcept;
 /// A request of the video CDN for a part of a stream that a catalogue may list. It is no download of its own.
 bool isVideoPlayback(const KindFacts& facts) noexcept;
 
+/// Whether this is the address of one of YouTube's DASH manifests.
+bool isYouTubeManifest(std::string_view url) noexcept;
+
 /// The name "Seg" number "-Frag" number in the last segment of a path: where it begins and ends.
 struct HdsFragmentName {
     std::size_t begin, end;

@@ -1,0 +1,65 @@
+#include "media/capture/body_capture.h"
+
+#include <utility>
+
+#include "intercept/url.h"
+#include "media/capture/handlers/handlers.h"
+
+namespace zab {
+namespace {
+
+/// A part of a stream that is no page of its own.
+bool isPlayback(std::string_view url, std::uint32_t loadFlags) noexcept {
+    KindFacts facts;
+    facts.url = url;
+    facts.host = hostOf(url);
+    facts.rest = behindHost(url);
+    return (loadFlags & kTopLevelLoad) == 0 && isVideoPlayback(facts);
+}
+
+}  // namespace
+
+CaptureContext captureContextOf(const CapturedHeaders& headers, const Decision& decision) {
+    CaptureContext context;
+    context.url = headers.url;
+    context.contentType = headers.contentType;
+    context.fileName = headers.fileName;
+    context.extension = decision.extension;
+    context.contentLength = decision.contentLength;
+    return context;
+}
+
+BodyCapture::BodyCapture(MediaKind kind, CaptureContext context)
+    : kind_(kind), context_(std::move(context)), collector_(kind, context_.contentLength) {}
+
+bool BodyCapture::add(std::string_view chunk) {
+    const std::string_view counts = collector_.add(chunk);
+    if (kind_ == MediaKind::hdsFragment)
+        drmChecker_.feed({reinterpret_cast<const std::uint8_t*>(counts.data()), counts.size()});
+    return !wantsMore();
+}
+
+void BodyCapture::finish(PageMedia& page) {
+    if (std::exchange(finished_, true)) return;
+    const auto body = collector_.whole();
+    if (!body) return;
+    CaptureRun run(context_, page);
+    if (kind_ == MediaKind::hdsFragment) {
+        if (drmChecker_.isPlayable()) offerHdsFragment(run);
+    } else if (const BodyHandler handler = bodyHandlerOf(kind_)) {
+        handler(*body, run);
+    }
+}
+
+void captureResponse(const Decision& decision, std::uint32_t loadFlags, const CaptureContext& context,
+                     PageMedia& page) {
+    if (decision.outcome != Outcome::browser || examinationOf(decision.status) != Examination::content) return;
+    CaptureRun run(context, page);
+    if (decision.offer) {
+        offerOwnEntry(run);
+    } else if (isPlayback(context.url, loadFlags)) {
+        offerPlayback(run);
+    }
+}
+
+}  // namespace zab

@@ -1,0 +1,35 @@
+// A response that is a media file itself.
+
+#include <algorithm>
+
+#include "binding/text.h"
+#include "intercept/mime_classes.h"
+#include "intercept/url.h"
+#include "media/capture/descriptions.h"
+#include "media/capture/handlers/handlers.h"
+#include "media/parsers/stream_urls.h"
+
+namespace zab {
+namespace {
+
+constexpr std::string_view kFlv = "flv";
+
+bool isFlv(const CaptureContext& context) noexcept {
+    return equalsIgnoringCase(ClassifyMimeType(context.contentType), kFlv) ||
+           endsWithIgnoringCase(pathOf(context.url), ".flv");
+}
+
+}  // namespace
+
+void offerOwnEntry(CaptureRun& run) {
+    const CaptureContext& context = run.context();
+    if (run.page().isSegment(context.url)) return;
+    MediaEntry entry = run.plainEntry(withoutRange(context.url));
+    if (const auto name = withoutNamePrefix(context.fileName); !name.empty()) entry.description = name;
+    entry.extension = isFlv(context) ? std::string(kFlv) : lowered(context.extension);
+    entry.kind = entryKindOf(entry.extension);
+    entry.size = static_cast<std::uint64_t>(std::max<std::int64_t>(context.contentLength, 0));
+    run.offer(std::move(entry));
+}
+
+}  // namespace zab

@@ -1,0 +1,60 @@
+// What is known of one page's media: its entries, and what later responses of the page are compared with.
+//
+// Every list is bounded, so that a page costs a bounded amount of memory. Not locked: the owner of the page
+// serialises the calls.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "media/capture/media_entry.h"
+#include "media/parsers/youtube_parser.h"
+
+namespace zab {
+
+class PageMedia {
+  public:
+    static constexpr std::size_t kMostEntries = 100;
+    static constexpr std::size_t kMostCatalogues = 16;
+    static constexpr std::size_t kMostSegmentPlaces = 256;
+
+    /// Adds an entry behind the others. One whose address is empty is dropped, and so is every new one of a
+    /// full page. One that is held already (equal link, second URL and extra data) gives the held one what that
+    /// does not know: size, duration, width, height.
+    void offer(MediaEntry entry);
+
+    [[nodiscard]] const std::vector<MediaEntry>& entries() const noexcept { return entries_; }
+
+    /// Whether this address is that of an entry, or the second URL of one.
+    [[nodiscard]] bool holdsAddress(std::string_view url) const noexcept;
+    /// Whether an HDS stream whose fragments' addresses begin so has an entry.
+    [[nodiscard]] bool holdsFragmentsOf(std::string_view streamBase) const noexcept;
+
+    /// The stream catalogues of the page, in order of arrival; the oldest go first.
+    void addCatalogue(std::unique_ptr<CYoutubeParser> catalogue);
+    [[nodiscard]] const std::vector<std::unique_ptr<CYoutubeParser>>& catalogues() const noexcept {
+        return catalogues_;
+    }
+
+    /// Notes where a playlist's segments lie, by the absolute address of one.
+    void addSegmentPlace(std::string_view segmentUrl);
+    /// Whether this address lies where segments of a playlist lie, and has their extension.
+    [[nodiscard]] bool isSegment(std::string_view url) const noexcept;
+
+  private:
+    struct SegmentPlace {
+        std::string directory;  // with its last "/"
+        std::string extension;
+        bool operator==(const SegmentPlace&) const = default;
+    };
+
+    std::vector<MediaEntry> entries_;
+    std::vector<std::size_t> hashes_;  // of what makes each entry equal to another
+    std::vector<std::unique_ptr<CYoutubeParser>> catalogues_;
+    std::vector<SegmentPlace> segmentPlaces_;
+};
+
+}  // namespace zab
