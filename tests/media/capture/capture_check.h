@@ -1,0 +1,75 @@
+// Captured bodies in tests: entries as text, and what holds for every body of every kind.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "media/capture/body_capture.h"
+#include "media/parsers/must.h"
+
+namespace zabtest {
+
+/// The fields that are not empty, each with its name.
+inline std::string shown(const zab::MediaEntry& entry) {
+    std::string text = entry.link + " | " + entry.description + " | " + entry.extension;
+    if (!entry.secondUrl.empty()) text += " | second " + entry.secondUrl;
+    if (!entry.extra.empty()) text += " | extra " + entry.extra;
+    if (entry.kind == zab::EntryKind::audio) text += " | audio";
+    const std::pair<const char*, std::uint64_t> numbers[] = {{"size", entry.size},
+                                                             {"duration", entry.duration},
+                                                             {"width", entry.width},
+                                                             {"height", entry.height},
+                                                             {"bitrate", entry.bitrate}};
+    for (const auto& [name, number] : numbers)
+        if (number != 0) text.append(" | ").append(name).append(" ") += std::to_string(number);
+    return text + "\n";
+}
+
+inline std::string shown(const zab::PageMedia& page) {
+    std::string text;
+    for (const auto& entry : page.entries()) text += shown(entry);
+    return text;
+}
+
+/// A response of each kind at an ordinary address.
+inline zab::CaptureContext contextFor(std::string_view url, std::int64_t length = 0) {
+    zab::CaptureContext context;
+    context.url = url;
+    context.contentLength = length;
+    return context;
+}
+
+/// Feeds a body in chunks that `nextSize` names, and gives its entries.
+template <class NextSize>
+std::string capture(zab::MediaKind kind, const zab::CaptureContext& context, std::string_view body,
+                    NextSize nextSize) {
+    zab::PageMedia page;
+    zab::BodyCapture listener(kind, context);
+    while (!body.empty() && listener.wantsMore()) {
+        const std::string_view chunk = body.substr(0, nextSize());
+        body.remove_prefix(chunk.size());
+        if (listener.add(chunk)) listener.finish(page);
+    }
+    listener.finish(page);
+    return shown(page);
+}
+
+inline std::string captureWhole(zab::MediaKind kind, const zab::CaptureContext& context,
+                                std::string_view body) {
+    return capture(kind, context, body, [] { return std::string_view::npos; });
+}
+
+/// For the fuzz target: the first byte names the kind, the second the chunks, the third the length.
+inline void checkCapture(std::string_view bytes) {
+    if (bytes.size() < 3) return;
+    const auto byte = [bytes](std::size_t i) { return static_cast<std::uint8_t>(bytes[i]); };
+    const auto kind = static_cast<zab::MediaKind>(byte(0) % zab::kMediaKindCount);
+    const std::size_t chunk = byte(1) % 16 + 1u;
+    const std::string_view body = bytes.substr(3);
+    const std::int64_t length = byte(2) % 2 == 0 ? 0 : static_cast<std::int64_t>(body.size());
+    const auto context = contextFor("http://h.example/d/aSeg1-Frag2?q", length);
+    must(captureWhole(kind, context, body) == capture(kind, context, body, [chunk] { return chunk; }));
+}
+
+}  // namespace zabtest
