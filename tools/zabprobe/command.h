@@ -56,8 +56,9 @@ void takesFile(CLI::App& command, Arguments& arguments);
 std::span<const Command> formatCommands();    // media formats
 std::span<const Command> headerCommands();    // headers and addresses
 std::span<const Command> exchangeCommands();  // whole exchanges
+std::span<const Command> captureCommands();   // the media that a body offers
 std::span<const Command> siteCommands();      // YouTube, Facebook, Vimeo
 std::span<const Command> dataFileCommands();
-std::span<const Command> pageCommands();      // whole pages
+std::span<const Command> pageCommands();  // whole pages
 
 }  // namespace zabprobe

@@ -4,6 +4,7 @@
 #include <limits>
 #include <stdexcept>
 
+#include "binding/encoding.h"
 #include "binding/text.h"
 #include "intercept/url.h"
 
@@ -112,6 +113,15 @@ std::uint32_t loadFlagsOf(const Headers& requestHeaders, const Json& resourceTyp
     return accept != nullptr && zab::startsWithIgnoringCase(*accept, "text/html") ? kPageOfTheWindow : 0;
 }
 
+std::optional<std::string> bodyOf(const Json& content) {
+    const Json& text = memberOf(content, "text");
+    if (text.is_null()) return std::nullopt;
+    std::string body, encoding;
+    readText(text, body);
+    readText(memberOf(content, "encoding"), encoding);
+    return zab::equalsIgnoringCase(encoding, "base64") ? zab::Base64Decode(body) : body;
+}
+
 Exchange exchangeOfHarEntry(const Json& entry) {
     Exchange exchange;
     const Json& request = memberOf(entry, "request");
@@ -125,6 +135,7 @@ Exchange exchangeOfHarEntry(const Json& entry) {
     exchange.bodySize = std::max(exchange.bodySize, static_cast<std::int64_t>(body.size()));
     readNumber(memberOf(response, "status"), exchange.status);
     readHarHeaders(memberOf(response, "headers"), exchange.responseHeaders);
+    exchange.responseBody = bodyOf(memberOf(response, "content"));
     exchange.loadFlags = loadFlagsOf(exchange.requestHeaders, memberOf(entry, "_resourceType"));
     return exchange;
 }

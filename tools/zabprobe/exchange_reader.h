@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -27,6 +28,7 @@ struct Exchange {
     std::int64_t bodySize = 0;  // of the request, bytes
     Headers requestHeaders = {};
     Headers responseHeaders = {};
+    std::optional<std::string> responseBody = {};  // where a capture holds it, decoded
 };
 
 using ExchangeVisitor = std::function<void(const Exchange& exchange)>;

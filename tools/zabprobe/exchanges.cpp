@@ -5,6 +5,7 @@
 
 #include "binding/text.h"
 #include "binding/utf.h"
+#include "zabprobe/capture.h"
 #include "zabprobe/command.h"
 #include "zabprobe/exchange_reader.h"
 
@@ -135,6 +136,8 @@ Answer runHar(const Arguments& arguments) {
         entry["url"] = exchange.url;
         entry["status"] = exchange.status;
         addDecision(entry, decision);
+        if (exchange.responseBody)
+            entry["entries"] = capturedEntries({decision, scratch, exchange.loadFlags}, *exchange.responseBody);
     });
     if (!read) return {false, Json::array()};
     return {true, std::move(decisions), arguments.explain ? table.text() : std::string{}};

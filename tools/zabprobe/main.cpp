@@ -73,9 +73,8 @@ int run(int argc, char** argv) {
     app.add_flag("--pretty", pretty, "Indent the JSON");
     Arguments arguments;
     const Command* chosen = nullptr;
-    for (const auto family :
-         {formatCommands(), siteCommands(), headerCommands(), exchangeCommands(), dataFileCommands(),
-          pageCommands()}) {
+    for (const auto family : {formatCommands(), siteCommands(), headerCommands(), exchangeCommands(),
+                              captureCommands(), dataFileCommands(), pageCommands()}) {
         for (const Command& command : family) {
             CLI::App* sub = app.add_subcommand(command.name, command.help);
             command.options(*sub, arguments);

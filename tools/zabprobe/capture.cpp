@@ -1,0 +1,94 @@
+// capture: the media entries that a response with a given body offers to its page.
+
+#include "zabprobe/capture.h"
+
+#include <iostream>
+#include <limits>
+
+#include "binding/text.h"
+#include "intercept/load_flags.h"
+#include "media/capture/body_capture.h"
+#include "zabprobe/text_json.h"
+
+namespace zabprobe {
+namespace {
+
+Json entryJson(const zab::MediaEntry& entry) {
+    return {{"link", asJson(entry.link)},
+            {"secondUrl", asJson(entry.secondUrl)},
+            {"extra", asJson(entry.extra)},
+            {"description", asJson(entry.description)},
+            {"extension", asJson(entry.extension)},
+            {"kind", entry.kind == zab::EntryKind::audio ? "audio" : "video"},
+            {"size", entry.size},
+            {"duration", entry.duration},
+            {"width", entry.width},
+            {"height", entry.height},
+            {"bitrate", entry.bitrate}};
+}
+
+void readBody(const KeptExchange& exchange, std::string_view body, std::size_t chunkBytes,
+              zab::PageMedia& page) {
+    zab::BodyCapture capture(exchange.decision.listener,
+                             zab::captureContextOf(exchange.headers, exchange.decision));
+    while (!body.empty() && capture.wantsMore()) {
+        const std::string_view chunk = body.substr(0, chunkBytes == 0 ? body.size() : chunkBytes);
+        body.remove_prefix(chunk.size());
+        if (capture.add(chunk)) capture.finish(page);
+    }
+    capture.finish(page);
+}
+
+bool asksCompanion(zab::MediaKind kind) {
+    return kind == zab::MediaKind::dash || kind == zab::MediaKind::sniff;
+}
+
+Answer runCapture(const Arguments& arguments) {
+    zab::CapturedHeaders headers;
+    headers.url = zab::upToNul(arguments.url);
+    zab::visitHeader(headers, "Content-Type", arguments.contentType);
+    headers.contentLength = arguments.length;
+    const bool isPage = zab::startsWithIgnoringCase(headers.contentType, "text/html");
+    const std::uint32_t loadFlags = isPage ? zab::kDocumentLoad | zab::kTopLevelLoad : 0;
+    constexpr std::uint32_t kOk = 200;
+    const zab::Decision decision =
+        zab::afterFailedTransfer(zab::factsOf(headers, kOk, loadFlags), zab::GivenSettings{});
+    const std::string body = arguments.bytes();
+    if (asksCompanion(decision.listener)) std::cerr << "zabprobe: this body needs a companion library\n";
+    Json entries =
+        capturedEntries({decision, headers, loadFlags}, body, static_cast<std::size_t>(arguments.chunk));
+    return {!entries.empty(), std::move(entries)};
+}
+
+void captureOptions(CLI::App& command, Arguments& arguments) {
+    const auto isCount = CLI::Range(std::int64_t{0}, std::numeric_limits<std::int64_t>::max());
+    takesFile(command, arguments);
+    command.add_option("--url", arguments.url, "The final request URL")->required();
+    command.add_option("--content-type", arguments.contentType, "The Content-Type header")->required();
+    command.add_option("--length", arguments.length, "The Content-Length; 0: unknown")->check(isCount);
+    command.add_option("--chunk", arguments.chunk, "Bytes in a chunk; 0: all in one")->check(isCount);
+}
+
+constexpr Command kCommands[] = {
+    {"capture", "The media entries that a response with this body offers", captureOptions, runCapture},
+};
+
+}  // namespace
+
+Json capturedEntries(const KeptExchange& exchange, std::string_view body, std::size_t chunkBytes) {
+    zab::PageMedia page;
+    const zab::Decision& decision = exchange.decision;
+    if (decision.outcome == zab::Outcome::listen) {
+        readBody(exchange, body, chunkBytes, page);
+    } else {
+        zab::captureResponse(decision, exchange.loadFlags, zab::captureContextOf(exchange.headers, decision),
+                             page);
+    }
+    Json entries = Json::array();
+    for (const zab::MediaEntry& entry : page.entries()) entries.push_back(entryJson(entry));
+    return entries;
+}
+
+std::span<const Command> captureCommands() { return kCommands; }
+
+}  // namespace zabprobe
