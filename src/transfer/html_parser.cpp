@@ -10,7 +10,7 @@
 namespace zab {
 namespace {
 
-using enum HtmlAttribute;
+using Attribute = HtmlAttribute;
 
 enum class Use : std::uint8_t {
     link,
@@ -28,13 +28,20 @@ struct LinkAttribute {
 
 // In the order in which the links of one element count. The text of "a" is its content.
 constexpr LinkAttribute kLinkAttributes[] = {
-    {"area", href, Use::link, alt},           {"link", href, Use::link, title},
-    {"form", action, Use::link, title},       {"iframe", src, Use::link, title},
-    {"frame", src, Use::link, title},         {"img", src, Use::picture, alt},
-    {"img", srcset, Use::pictures, alt},      {"source", src, Use::playable, title},
-    {"source", srcset, Use::pictures, title}, {"video", src, Use::playable, title},
-    {"video", poster, Use::picture, title},   {"audio", src, Use::playable, title},
-    {"embed", src, Use::playable, title},     {"object", data, Use::playable, title},
+    {"area", Attribute::href, Use::link, Attribute::alt},
+    {"link", Attribute::href, Use::link, Attribute::title},
+    {"form", Attribute::action, Use::link, Attribute::title},
+    {"iframe", Attribute::src, Use::link, Attribute::title},
+    {"frame", Attribute::src, Use::link, Attribute::title},
+    {"img", Attribute::src, Use::picture, Attribute::alt},
+    {"img", Attribute::srcset, Use::pictures, Attribute::alt},
+    {"source", Attribute::src, Use::playable, Attribute::title},
+    {"source", Attribute::srcset, Use::pictures, Attribute::title},
+    {"video", Attribute::src, Use::playable, Attribute::title},
+    {"video", Attribute::poster, Use::picture, Attribute::title},
+    {"audio", Attribute::src, Use::playable, Attribute::title},
+    {"embed", Attribute::src, Use::playable, Attribute::title},
+    {"object", Attribute::data, Use::playable, Attribute::title},
 };
 
 struct RawElement {
@@ -184,12 +191,12 @@ void CHTMLParser::takeLinks(const HtmlTag& tag, std::string_view name) {
         return;
     }
     if (name == "base") {
-        if (tag.has(href)) takeBase(tag[href]);
+        if (tag.has(Attribute::href)) takeBase(tag[Attribute::href]);
         return;
     }
     if (name == "meta") {
-        if (equalsIgnoringCase(tag[httpEquiv], "refresh"))
-            links_.add({.written = refreshTarget(tag[content]), .place = ++place_});
+        if (equalsIgnoringCase(tag[Attribute::httpEquiv], "refresh"))
+            links_.add({.written = refreshTarget(tag[Attribute::content]), .place = ++place_});
         return;
     }
     for (const LinkAttribute& row : kLinkAttributes) {
@@ -208,7 +215,8 @@ void CHTMLParser::takeLinks(const HtmlTag& tag, std::string_view name) {
                   .place = ++place_,
                   .text = described});
     }
-    if (readsText_ && name == "img" && tag.has(alt)) linkText_.append(tag[alt].substr(0, kMostTextBytes));
+    if (readsText_ && name == "img" && tag.has(Attribute::alt))
+        linkText_.append(tag[Attribute::alt].substr(0, kMostTextBytes));
 }
 
 /// A list of pictures, each followed by conditions under which it is shown ("a.png 2x, b.png 100w").
@@ -239,12 +247,12 @@ void CHTMLParser::takeBase(std::string_view written) {
 /// A link in a link ends the outer one.
 void CHTMLParser::openLink(const HtmlTag& tag) {
     closeLink();
-    if (!tag.has(href)) return;
-    const auto index = links_.add({.written = tag[href], .place = ++place_});
+    if (!tag.has(Attribute::href)) return;
+    const auto index = links_.add({.written = tag[Attribute::href], .place = ++place_});
     if (!index || !links_.links()[static_cast<std::int32_t>(*index)].text.empty()) return;
     readsText_ = true;
     openLink_ = *index;
-    linkTitle_ = asLine(tag[title]);
+    linkTitle_ = asLine(tag[Attribute::title]);
 }
 
 void CHTMLParser::closeLink() {
