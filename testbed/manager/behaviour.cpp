@@ -13,6 +13,14 @@ DWORD numberOf(const wchar_t* name, DWORD fallback) {
     return status == ERROR_SUCCESS ? value : fallback;
 }
 
+/// Whether this is the call that the countdown leads to; calls before it count it down.
+bool isLastCall() {
+    const DWORD callsLeft = numberOf(L"TestbedDie", 0);
+    const DWORD next = callsLeft - 1;
+    if (callsLeft > 1) RegSetKeyValueW(HKEY_CURRENT_USER, kKey, L"TestbedDie", REG_DWORD, &next, sizeof(next));
+    return callsLeft == 1;
+}
+
 std::wstring textOf(const wchar_t* name) {
     wchar_t text[MAX_PATH]{};
     DWORD size = sizeof(text);
@@ -36,7 +44,7 @@ Behaviour readBehaviour() {
         behaviour.logFile = program.substr(0, program.rfind(L'\\') + 1) + L"zab_manager.jsonl";
     }
     behaviour.hangMs = numberOf(L"TestbedHangMs", 0);
-    behaviour.dies = numberOf(L"TestbedDie", 0) != 0;
+    behaviour.dies = isLastCall();
     behaviour.answer = static_cast<HRESULT>(numberOf(L"TestbedAnswer", S_OK));
     behaviour.downloads = numberOf(L"TestbedDownload", 1) != 0;
     return behaviour;

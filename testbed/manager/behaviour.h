@@ -11,7 +11,7 @@ namespace zab::testbed {
 struct Behaviour {
     std::wstring logFile;   // "TestbedLog"; absent: "zab_manager.jsonl" beside the program
     DWORD hangMs = 0;       // "TestbedHangMs": how long a call takes
-    bool dies = false;      // "TestbedDie": the process ends during the call, which is logged
+    bool dies = false;      // "TestbedDie": the process ends during the call with this number, which is logged
     HRESULT answer = S_OK;  // "TestbedAnswer": what the call answers
     bool downloads = true;  // "TestbedDownload": 0 logs only
 };

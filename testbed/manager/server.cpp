@@ -60,13 +60,11 @@ std::wstring elementOf(const VARIANT* extraData, LONG index) {
 
 /// Behind the call: downloads, then writes the line of the transfer.
 void finish(const Behaviour& behaviour, const DownloadOrder& order, nlohmann::ordered_json line) {
-    if (behaviour.downloads) {
-        if (const auto result = download(order))
-            line["download"] = {
-                {"status", result->status}, {"size", result->sizeBytes}, {"sha256", result->sha256}};
-        else
-            line["error"] = "not downloaded";
-    }
+    if (const auto result = download(order))
+        line["download"] = {
+            {"status", result->status}, {"size", result->sizeBytes}, {"sha256", result->sha256}};
+    else
+        line["error"] = "not downloaded";
     appendLine(behaviour.logFile, line);
 }
 
@@ -111,6 +109,10 @@ class Transmitter final : public ILinkTransmitter {
             // Wine does not notice the end of a registered server and would go on asking the dead one.
             CoRevokeClassObject(g_registration);
             TerminateProcess(GetCurrentProcess(), 1);
+        }
+        if (!behaviour.downloads) {
+            appendLine(behaviour.logFile, line);  // at once: the lines stand in the order of the calls
+            return behaviour.answer;
         }
         DownloadOrder order{wideOf(url),
                             elementOf(extraData, 0),
