@@ -43,12 +43,28 @@ HMODULE thisModule(DWORD flags) noexcept {
     return module;
 }
 
-/// Gives the module's extra reference back where no code of the module has to run any more.
-DWORD WINAPI reportAndLeave(void* status) noexcept {
-    const DWORD result = ReportTransferFailure(status);
+DWORD WINAPI tellNoLinksFound(void*) noexcept {
+    guarded([] {
+        show({FailureBox::Kind::information, std::string(messageTexts()[TextId::noLinksFound].view())});
+    });
+    return 0;
+}
+
+/// Runs a report and gives the module's extra reference back where no code of the module has to run any more.
+template <DWORD(WINAPI* report)(void*) noexcept>
+DWORD WINAPI reportAndLeave(void* parameter) noexcept {
+    const DWORD result = report(parameter);
     const HMODULE module = thisModule(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT);
     if (module != nullptr) FreeLibraryAndExitThread(module, result);
     return result;
+}
+
+/// On a thread of its own that nobody waits for; without a thread there is no report.
+void start(LPTHREAD_START_ROUTINE report, void* parameter) noexcept {
+    // One more reference to this module: it stays loaded under the report.
+    const HMODULE module = thisModule(0);
+    const Owner<ThreadTraits> thread(CreateThread(nullptr, 0, report, parameter, 0, nullptr));
+    if (!thread && module != nullptr) FreeLibrary(module);
 }
 
 }  // namespace
@@ -62,13 +78,13 @@ DWORD WINAPI ReportTransferFailure(void* status) noexcept {
 }
 
 void startTransferFailureReport(std::uint32_t status) noexcept {
-    // One more reference to this module: it stays loaded under a report that nobody waits for.
-    const HMODULE module = thisModule(0);
-    void* const parameter = reinterpret_cast<void*>(static_cast<std::uintptr_t>(status));
-    const Owner<ThreadTraits> thread(CreateThread(nullptr, 0, reportAndLeave, parameter, 0, nullptr));
-    if (!thread && module != nullptr) FreeLibrary(module);
+    start(reportAndLeave<ReportTransferFailure>, reinterpret_cast<void*>(static_cast<std::uintptr_t>(status)));
 }
 
 void reportMissingManagerAtStart() noexcept { startTransferFailureReport(transfer_failure::kMissingAtStart); }
+
+void reportNoCallsNow() noexcept { startTransferFailureReport(transfer_failure::kNoCallsNow); }
+
+void reportNoLinksFound() noexcept { start(reportAndLeave<tellNoLinksFound>, nullptr); }
 
 }  // namespace zab

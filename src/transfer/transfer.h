@@ -38,4 +38,10 @@ class TransferSession {
 /// not installed, and offers its installation page. Does not look whether that is so.
 void reportMissingManagerAtStart() noexcept;
 
+/// For a command whose transfer could not be made from this thread now.
+void reportNoCallsNow() noexcept;
+
+/// For a command that found nothing to transfer on a page.
+void reportNoLinksFound() noexcept;
+
 }  // namespace zab

@@ -1,0 +1,18 @@
+// The commands of the extension's menus: one link, or all links of a page, for the download manager.
+//
+// Texts are the browser's own strings and are copied before the first call into the download manager.
+#pragma once
+
+#include "binding/interfaces/supports.h"
+
+namespace zab {
+
+/// NS_OK when the link was transferred, else NS_ERROR_FAILURE.
+nsresult downloadLink(const nsAString* url, const nsAString* referrer, const nsAString* cookies,
+                      const nsAString* description);
+
+/// Transfers what the markup of a page offers, in page order, up to the first failure of the connection; NS_OK
+/// when at least one link was transferred. Without any link the user is told so.
+nsresult downloadAll(const nsAString* markup, const nsAString* pageUrl, const nsAString* cookies);
+
+}  // namespace zab
