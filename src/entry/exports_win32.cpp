@@ -1,19 +1,20 @@
 // The exported functions: each says what it is and its neutral value; what it does stands elsewhere.
 
+#include "binding/browser_string.h"
 #include "binding/guard.h"
+#include "entry/commands.h"
+#include "entry/content_policy.h"
 #include "entry/lifecycle.h"
 #include "entry/module_state.h"
+#include "intercept/policy_types.h"
 
 using namespace zab;
 
 namespace {
 
-constexpr std::int32_t kAccept = 1;
-
-/// The content policy accepts everything so far; that it was asked is half of the listener state.
-std::int32_t acceptLoad() noexcept {
-    markSeen(BrowserHook::contentPolicy);
-    return kAccept;
+std::int32_t answer(std::uint32_t type, const nsACString* url, const nsACString* origin, nsISupports* context,
+                    const nsACString* mimeGuess, DocumentId document, bool takesClicks) {
+    return answerPolicy({type, viewOf(url), viewOf(origin), viewOf(mimeGuess), context, document, takesClicks});
 }
 
 }  // namespace
@@ -46,27 +47,36 @@ nsresult ZABMzCC_OnME(nsISupports* event) {
 
 std::uint32_t ZABMzCC_GetListenerState() { return bothHooksSeen() ? 1 : 0; }
 
-std::int32_t ZABMzCC_ShouldLoad(std::uint32_t, const nsACString*, const nsACString*, nsISupports*,
-                                const nsACString*) {
-    return acceptLoad();
+std::int32_t ZABMzCC_ShouldLoad(std::uint32_t type, const nsACString* url, const nsACString* origin,
+                                nsISupports* context, const nsACString* mimeGuess) {
+    return guarded(kPolicyAccept,
+                   [&] { return answer(type, url, origin, context, mimeGuess, documentIdOf(context), false); });
 }
 
-std::int32_t ZABMzCC_ShouldLoad2(std::uint32_t, const nsACString*, const nsACString*, nsISupports*,
-                                 const nsACString*, const nsAString*) {
-    return acceptLoad();
+std::int32_t ZABMzCC_ShouldLoad2(std::uint32_t type, const nsACString* url, const nsACString* origin,
+                                 nsISupports* context, const nsACString* mimeGuess,
+                                 const nsAString* documentId) {
+    return guarded(kPolicyAccept, [&] {
+        return answer(type, url, origin, context, mimeGuess, documentIdOf(viewOf(documentId)), false);
+    });
 }
 
-std::int32_t ZABMzCC_ShouldLoad_old1(std::uint32_t, const nsACString*, nsISupports*) { return acceptLoad(); }
-
-// Nothing is transferred by command yet, and the commands say so.
-
-nsresult ZABMzCC_DownloadLinkWithZAB(const nsAString*, const nsAString*, const nsAString*, const nsAString*) {
-    return NS_ERROR_FAILURE;
+std::int32_t ZABMzCC_ShouldLoad_old1(std::uint32_t type, const nsACString* url, nsISupports* context) {
+    return guarded(kPolicyAccept,
+                   [&] { return answer(type, url, nullptr, context, nullptr, documentIdOf(context), true); });
 }
 
-nsresult ZABMzCC_DownloadAllWithZAB(const nsAString*, const nsAString*, const nsAString*) {
-    return NS_ERROR_FAILURE;
+nsresult ZABMzCC_DownloadLinkWithZAB(const nsAString* url, const nsAString* referrer, const nsAString* cookies,
+                                     const nsAString* description) {
+    return guarded(NS_ERROR_FAILURE, [&] { return downloadLink(url, referrer, cookies, description); });
 }
+
+nsresult ZABMzCC_DownloadAllWithZAB(const nsAString* markup, const nsAString* pageUrl,
+                                    const nsAString* cookies) {
+    return guarded(NS_ERROR_FAILURE, [&] { return downloadAll(markup, pageUrl, cookies); });
+}
+
+// The page's media entries are not there yet, and the commands say so.
 
 nsresult ZABMzCC_DownloadLastFLVwithZAB(const nsAString*) { return NS_ERROR_FAILURE; }
 

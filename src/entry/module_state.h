@@ -16,6 +16,7 @@ struct ModuleState {
     InterfacePtr<nsISupports> selectedTabHelper;
     InterfacePtr<CWindowObserver> mouseObserver;  // made with the first mouse event
     CDocumentsISupportArray documents;
+    bool mousePressed = false;  // since the last page was loaded
 };
 
 ModuleState& moduleState() noexcept;

@@ -110,6 +110,7 @@ void CWindowObserver::closePopup() noexcept {
 void CWindowObserver::pressed() {
     pressedAt_ = cursorPosition().value_or(ScreenPoint{});
     recordMousePressKeys();
+    moduleState().mousePressed = true;
     closePopup();
 }
 

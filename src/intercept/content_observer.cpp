@@ -1,6 +1,7 @@
 #include "intercept/content_observer.h"
 
 #include <array>
+#include <chrono>
 #include <string_view>
 #include <utility>
 
@@ -12,6 +13,7 @@
 #include "entry/platform.h"
 #include "intercept/channel.h"
 #include "intercept/decision.h"
+#include "intercept/handed_over.h"
 #include "intercept/post_body.h"
 #include "intercept/request_lists.h"
 #include "intercept/url.h"
@@ -60,11 +62,15 @@ void tell(const Decision& decision) {
     if (worthTelling(decision) || debuggerWatches()) writeDebuggerText(lineOf(decision));
 }
 
-/// Makes the transfer that was decided and tells how it went; true when the download manager has it. The
-/// decision's views may lead into the scratch record, so its line is composed before the call.
-bool transfer(const TransferRecord& record, const Decision& decision) {
+/// Makes the transfer that was decided and tells how it went; true when the download manager has it.
+/// `navigation` is the URL of the channel. The decision's views may lead into the scratch record, so its line
+/// is composed before the call.
+bool transfer(const Channel& channel, const std::string& navigation, const TransferRecord& record,
+              const Decision& decision) {
     const std::string line = lineOf(decision);
+    handedOver().begins(channel.get(), navigation);
     const bool made = sendToDownloadManager(record) == TransferResult::made;
+    handedOver().ends(channel.get(), navigation, made);
     if (made) writeDebuggerText(line);
     return made;
 }
@@ -136,12 +142,13 @@ void followRedirect(const std::string& from, std::string location) {
 }
 
 /// Takes an FTP download away from a redirect, which then leads to the sentinel.
-void takeFtpRedirect(const Channel& channel, const std::string& location, const Decision& decision) {
+void takeFtpRedirect(const Channel& channel, const std::string& from, const std::string& location,
+                     const Decision& decision) {
     TransferRecord record;
     record.url = location;
     record.typeHint = decision.extension;
     record.flags = decision.flags;
-    if (transfer(record, decision)) {
+    if (transfer(channel, from, record, decision)) {
         channel.setResponseHeader("Location", kSentinelUrl);
     } else {
         tellOfFailedTransfer();
@@ -152,13 +159,19 @@ void examineRedirect(const Channel& channel, const std::string& url, const Setti
     const std::string location = channel.responseHeader("Location").value_or("");
     const Decision decision = decideRedirect(location, settings);
     if (decision.outcome == Outcome::transfer) {
-        takeFtpRedirect(channel, location, decision);
+        takeFtpRedirect(channel, std::string(url), location, decision);
         return;
     }
     tell(decision);
     if (decision.reason == Reason::redirectFollowed) {
         followRedirect(url, location);
     }
+}
+
+/// The download manager has this download, and the browser goes on with it all the same.
+void leaveToManager(const Channel& channel) {
+    tell(decideHandedOver());
+    channel.cancel();
 }
 
 void dropRequestRecord(const std::string& url) {
@@ -212,6 +225,10 @@ nsresult ContentObserver::withChannel(nsISupports* subject, nsresult (ContentObs
 }
 
 nsresult ContentObserver::modify(const Channel& channel) {
+    if (handedOver().requestStarts(channel.get(), scratch_.url, std::chrono::steady_clock::now())) {
+        leaveToManager(channel);
+        return NS_OK;
+    }
     const Decision decision = decideRequest({scratch_.url, channel.loadFlags()}, RegistrySettings{});
     if (decision.outcome == Outcome::cancel) {
         tell(decision);
@@ -222,7 +239,8 @@ nsresult ContentObserver::modify(const Channel& channel) {
     CapturedPost post = CapturePostBodyForRequest(channel.helper(), channel.get(), scratch_.url);
     Page page = pageOf(channel.helper(), channel.get());
     auto request = requestRecord(scratch_, post, page);
-    if (const SharedListLock lock(OnTimeout::skip); lock) requestLists().requested.add(std::move(request));
+    if (const SharedListLock lock(OnTimeout::skip); lock)
+        requestLists().requested.addRequest(std::move(request));
 
     if (decision.outcome != Outcome::transfer) return NS_OK;
     TransferRecord record;
@@ -230,7 +248,7 @@ nsresult ContentObserver::modify(const Channel& channel) {
     fillFromPost(record, std::move(post));
     fillFromPage(record, std::move(page));
     fillFromDecision(record, decision);
-    if (transfer(record, decision)) {
+    if (transfer(channel, record.url, record, decision)) {
         channel.cancel();
     } else {
         tellOfFailedTransfer();
@@ -239,6 +257,9 @@ nsresult ContentObserver::modify(const Channel& channel) {
 }
 
 nsresult ContentObserver::examine(const Channel& channel) {
+    const auto state = handedOver().stateOf(channel.get(), scratch_.url);
+    if (state == HandedOver::State::made) leaveToManager(channel);
+    if (state != HandedOver::State::notYet) return NS_OK;
     std::uint32_t httpStatus = 0;
     if (const nsresult status = channel.readStatus(httpStatus); failed(status)) return status;
     switch (examinationOf(httpStatus)) {
@@ -282,7 +303,7 @@ void ContentObserver::take(const Channel& channel, const ResponseFacts& scratchF
     fillFromPage(record, pageOf(channel.helper(), channel.get()));
     record.contentType = headers.contentType;
     record.flags = transferFlagsOf(facts);
-    if (transfer(record, decision) && channel.cancel()) return;
+    if (transfer(channel, headers.url, record, decision) && channel.cancel()) return;
     const Decision kept = afterFailedTransfer(facts, RegistrySettings{});
     tell(kept);
     lookForMedia(channel, headers, kept);

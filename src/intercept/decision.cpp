@@ -5,6 +5,7 @@
 #include "binding/text.h"
 #include "intercept/catch_list.h"
 #include "intercept/mime_classes.h"
+#include "intercept/policy_types.h"
 #include "intercept/url.h"
 #include "media/capture/media_extensions.h"
 #include "transfer/transfer_record.h"
@@ -167,20 +168,48 @@ Decision plain(Outcome outcome, Reason reason, std::uint32_t flags = 0) noexcept
     return decision;
 }
 
-bool canBeForced(const RequestFacts& facts) noexcept {
-    return (facts.loadFlags & kTopLevelLoad) != 0 &&
-           (hasScheme(facts.url, "http") || hasScheme(facts.url, "https") || hasScheme(facts.url, "ftp"));
+bool isFetchable(std::string_view url) noexcept {
+    return hasScheme(url, "http") || hasScheme(url, "https") || hasScheme(url, "ftp");
+}
+
+bool isForced(const SettingsView& settings) {
+    return settings.integrationOn() && !settings.preventKeyHeld() && settings.forceKeyHeld();
+}
+
+/// Of a name that the list does not accept: why not.
+Decision uncaught(std::string_view url, const CatchList& list) noexcept {
+    Decision decision = plain(Outcome::browser, Reason::withoutExtension);
+    decision.ownExtension = extensionOf(lastSegmentOf(url));
+    if (list.foundNone())
+        decision.reason = Reason::noCatchList;
+    else if (!decision.ownExtension.empty())
+        decision.reason = Reason::notInCatchList;
+    return decision;
 }
 
 }  // namespace
 
 Decision decideRequest(const RequestFacts& facts, const SettingsView& settings) {
     if (facts.url == kSentinelUrl) return plain(Outcome::cancel, Reason::sentinel);
-    if (!canBeForced(facts) || !settings.integrationOn() || settings.preventKeyHeld() ||
-        !settings.forceKeyHeld())
+    if ((facts.loadFlags & kTopLevelLoad) == 0 || !isFetchable(facts.url) || !isForced(settings))
         return plain(Outcome::browser, Reason::notForced);
     return plain(Outcome::transfer, Reason::forced, transfer_flags::kForced);
 }
+
+Decision decidePolicy(const PolicyFacts& facts, const SettingsView& settings) {
+    if (facts.type != policy_types::kDocument || !isFetchable(facts.url))
+        return plain(Outcome::browser, Reason::partOfPage);
+    if (isForced(settings)) return plain(Outcome::transfer, Reason::forced, transfer_flags::kForced);
+    if (!facts.takesClicks) return plain(Outcome::browser, Reason::notForced);
+    if (!facts.clicked) return plain(Outcome::browser, Reason::notClicked);
+    CatchList list(settings);
+    if (!acceptsFileName(lastSegmentOf(facts.url), NumberedParts::allowed, list))
+        return uncaught(facts.url, list);
+    if (const auto spared = reasonToSpare(facts.url, settings)) return plain(Outcome::browser, *spared);
+    return plain(Outcome::transfer, Reason::caughtAsDocument, transfer_flags::kForced);
+}
+
+Decision decideHandedOver() noexcept { return plain(Outcome::cancel, Reason::handedOverBefore); }
 
 Examination examinationOf(std::uint32_t status) noexcept {
     switch (status) {
@@ -203,13 +232,7 @@ Decision decideRedirect(std::string_view location, const SettingsView& settings)
     CatchList list(settings);
     if (acceptsFileName(location, NumberedParts::refused, list))
         return plain(Outcome::transfer, Reason::ftpRedirectCaught, transfer_flags::kForced);
-    Decision decision = plain(Outcome::browser, Reason::withoutExtension);
-    decision.ownExtension = extensionOf(lastSegmentOf(location));
-    if (list.foundNone())
-        decision.reason = Reason::noCatchList;
-    else if (!decision.ownExtension.empty())
-        decision.reason = Reason::notInCatchList;
-    return decision;
+    return uncaught(location, list);
 }
 
 ResponseFacts factsOf(const CapturedHeaders& headers, std::uint32_t status, std::uint32_t loadFlags) noexcept {

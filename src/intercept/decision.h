@@ -23,7 +23,7 @@ enum class Outcome : std::uint8_t {
     browser,   // stays with the browser
     transfer,  // goes to the download manager
     listen,    // stays with the browser, and its body is read for media
-    cancel,    // the request for the sentinel
+    cancel,    // ended: the sentinel's request, and what the download manager has already
 };
 
 /// Why; each has one sentence for people.
@@ -48,6 +48,8 @@ enum class Reason : std::uint8_t {
     notInCatchList,
     withoutExtension,
     partOfPage,
+    notClicked,
+    handedOverBefore,
     transferFailed,
 };
 
@@ -76,6 +78,21 @@ struct RequestFacts {
 
 /// Before a request is sent: the sentinel (cancel), the force keys (transfer), else browser.
 Decision decideRequest(const RequestFacts& facts, const SettingsView& settings);
+
+struct PolicyFacts {
+    std::uint32_t type = 0;  // see policy_types.h
+    std::string_view url;
+    bool clicked = false;  // the first page that is loaded since the user pressed a mouse button
+    /// Browsers that give pages no document IDs do not tell this module of all their requests in time: there a
+    /// click on a file of the catch list is taken here already.
+    bool takesClicks = false;
+};
+
+/// When the content policy is asked: transfer, else browser.
+Decision decidePolicy(const PolicyFacts& facts, const SettingsView& settings);
+
+/// A navigation that was handed over before: cancel.
+Decision decideHandedOver() noexcept;
 
 /// What is examined about a response with this status.
 enum class Examination : std::uint8_t { content, redirect, nothing };

@@ -2,7 +2,22 @@
 
 #include <utility>
 
+#include "binding/text.h"
+#include "media/capture/media_extensions.h"
+
 namespace zab {
+namespace {
+
+constexpr std::string_view kAudioExtensions[] = {"mp3", "wav", "m4a", "aac", "ra", "rm", "wma"};
+
+}  // namespace
+
+ObjectKind objectKindOf(std::string_view mimeGuess, std::string_view extension) noexcept {
+    if (startsWithIgnoringCase(mimeGuess, "video/")) return ObjectKind::video;
+    if (startsWithIgnoringCase(mimeGuess, "audio/")) return ObjectKind::audio;
+    if (isOneOfIgnoringCase(extension, kAudioExtensions)) return ObjectKind::audio;
+    return isMediaExtension(extension) ? ObjectKind::video : ObjectKind::unknown;
+}
 
 CObjectRequestsArray::Key CObjectRequestsArray::keyOf(Place place) noexcept {
     return {place->record.url, place->number, place};
@@ -30,6 +45,17 @@ void CObjectRequestsArray::add(OBJECTREQUESTSARRAY_ITEM record) {
     }
     postBytes_ += added->record.postBody.size();
     while (records_.size() > kMostRecords || postBytes_ > kMostPostBytes) remove(records_.begin());
+}
+
+void CObjectRequestsArray::addRequest(OBJECTREQUESTSARRAY_ITEM record) {
+    if (const auto* known = find(record.url); known != nullptr && known->fromPolicy) {
+        record.kind = known->kind;
+        record.extension = known->extension;
+        if (record.pageUrl.empty()) record.pageUrl = known->pageUrl;
+        if (record.documentId == 0) record.documentId = known->documentId;
+        removeFirst(record.url);
+    }
+    add(std::move(record));
 }
 
 OBJECTREQUESTSARRAY_ITEM* CObjectRequestsArray::find(std::string_view url) noexcept {

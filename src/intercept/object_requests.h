@@ -19,6 +19,9 @@ namespace zab {
 
 enum class ObjectKind : std::uint32_t { unknown = 0, video = 1, audio = 2 };
 
+/// What an object will be, before it is there: by the type that its page claims, else by its extension.
+ObjectKind objectKindOf(std::string_view mimeGuess, std::string_view extension) noexcept;
+
 /// Narrow texts.
 struct OBJECTREQUESTSARRAY_ITEM {
     std::string url;
@@ -34,6 +37,7 @@ struct OBJECTREQUESTSARRAY_ITEM {
     std::uint64_t documentId = 0;     // 0: none
     nsISupports* document = nullptr;  // weak: compared, never called
     ObjectKind kind = ObjectKind::unknown;
+    bool fromPolicy = false;  // the content policy told of it; its request was not seen yet
 };
 
 class CObjectRequestsArray {
@@ -46,6 +50,10 @@ class CObjectRequestsArray {
     CObjectRequestsArray& operator=(const CObjectRequestsArray&) = delete;
 
     void add(OBJECTREQUESTSARRAY_ITEM record);
+
+    /// Adds what a request itself tells. A record of it that the content policy made gives its place up, and
+    /// the kind, extension and page that the request does not know.
+    void addRequest(OBJECTREQUESTSARRAY_ITEM record);
 
     /// The first record of this URL, or null. All of it but its URL and body may be changed.
     [[nodiscard]] OBJECTREQUESTSARRAY_ITEM* find(std::string_view url) noexcept;

@@ -50,6 +50,8 @@ constexpr ReasonRow kReasons[] = {
      "The name of the file has no extension, so the list of extensions cannot name it."},
     {Reason::partOfPage,
      "It is a part of a page: nobody opened it, and the server did not name a file to save."},
+    {Reason::notClicked, "The page was not opened by a click, so its address alone does not decide."},
+    {Reason::handedOverBefore, "The download manager has this download already."},
     {Reason::transferFailed, "The download manager could not be reached, so the browser keeps the download."},
 };
 

@@ -1,0 +1,81 @@
+#include "entry/content_policy.h"
+
+#include <chrono>
+#include <string>
+#include <utility>
+
+#include "entry/module_state.h"
+#include "entry/platform.h"
+#include "intercept/catch_list.h"
+#include "intercept/decision.h"
+#include "intercept/handed_over.h"
+#include "intercept/policy_types.h"
+#include "intercept/request_lists.h"
+#include "intercept/url.h"
+#include "settings/settings_store.h"
+#include "settings/shared_list_lock.h"
+#include "transfer/cookies.h"
+#include "transfer/passwords.h"
+#include "transfer/transfer.h"
+#include "transfer/web_address.h"
+
+namespace zab {
+namespace {
+
+/// A page of the web has an address that a server may see as referrer; windows of the browser have none.
+std::string pageAddress(std::string_view origin) {
+    return webAddressOf(origin) ? std::string(origin) : std::string{};
+}
+
+void recordObjectRequest(const PolicyQuestion& question) {
+    OBJECTREQUESTSARRAY_ITEM record;
+    record.url = question.url;
+    record.pageUrl = pageAddress(question.origin);
+    record.referrer = record.pageUrl;
+    record.document = question.context;
+    record.documentId = question.document;
+    record.extension = plainExtensionOf(lastSegmentOf(question.url));
+    record.kind = objectKindOf(question.mimeGuess, record.extension);
+    record.fromPolicy = true;
+    const SharedListLock lock(OnTimeout::skip);
+    if (lock) requestLists().requested.add(std::move(record));
+}
+
+/// What the request would have carried, as far as it can be known before there is one.
+TransferRecord transferOf(const PolicyQuestion& question, const Decision& decision) {
+    TransferRecord record;
+    record.url = question.url;
+    record.referrer = pageAddress(question.origin);
+    record.pageUrl = record.referrer;
+    record.cookies = cookiesOf(question.url);
+    if (auto login = passwords().find(question.url)) {
+        record.user = std::move(login->user);
+        record.password = std::move(login->password);
+    }
+    record.flags = decision.flags;
+    return record;
+}
+
+std::int32_t answerNavigation(const PolicyQuestion& question) {
+    handedOver().policyAsked(question.url);
+    const bool clicked = std::exchange(moduleState().mousePressed, false);
+    const Decision decision =
+        decidePolicy({question.type, question.url, clicked, question.takesClicks}, RegistrySettings{});
+    if (decision.outcome != Outcome::transfer) return kPolicyAccept;
+    const TransferRecord record = transferOf(question, decision);
+    if (sendToDownloadManager(record) != TransferResult::made) return kPolicyAccept;
+    handedOver().policyTransferred(record.url, std::chrono::steady_clock::now());
+    writeDebuggerText("**********Policy transfer: " + sentenceOf(decision) + "\r\n");
+    return kPolicyReject;
+}
+
+}  // namespace
+
+std::int32_t answerPolicy(const PolicyQuestion& question) {
+    markSeen(BrowserHook::contentPolicy);
+    writeDebuggerText("********** docID=" + std::to_string(question.document) + "\r\n");
+    if (isObjectRequest(question.type)) recordObjectRequest(question);
+    return question.type == policy_types::kDocument ? answerNavigation(question) : kPolicyAccept;
+}
+
+}  // namespace zab

@@ -1,0 +1,68 @@
+// Which navigations the download manager has already, so that none is handed over twice.
+//
+// One navigation passes several hooks: the content policy knows its address only; the request, and the response
+// in its three forms, know its channel. What the policy handed over is matched by address, once, by the next
+// request that starts soon after; from then on, and for what is handed over later, the channel says which
+// navigation it is. Whatever starts anew (the policy asked again, another request) is another navigation and is
+// handed over again.
+//
+// For the browser's main thread. Channels are compared, never called.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+
+class nsISupports;
+
+namespace zab {
+
+class HandedOver {
+  public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    /// A navigation that the policy refused, but the browser makes all the same, starts within this time.
+    static constexpr std::chrono::seconds kPatience{5};
+    /// More than are ever under way; beyond it the oldest is forgotten.
+    static constexpr std::size_t kMost = 64;
+
+    /// The policy is asked about a load of `url`: a new navigation, whatever was before.
+    void policyAsked(std::string_view url) noexcept;
+    /// And handed it over, with the transfer ending at `now`.
+    void policyTransferred(std::string_view url, Time now);
+
+    /// A request starts, and `channel` stands for it from now on; true when the policy handed it over.
+    [[nodiscard]] bool requestStarts(const nsISupports* channel, std::string_view url, Time now) noexcept;
+
+    enum class State : std::uint8_t {
+        notYet,
+        underWay,  // the call into the download manager, which may bring the next notification, has not ended
+        made,
+    };
+    /// The request or its response is being handed over; ends() says how that went.
+    void begins(const nsISupports* channel, std::string_view url);
+    void ends(const nsISupports* channel, std::string_view url, bool made) noexcept;
+    [[nodiscard]] State stateOf(const nsISupports* channel, std::string_view url) noexcept;
+
+  private:
+    struct Navigation {
+        const nsISupports* channel;  // null: from the policy, and no request of it was seen
+        std::string url;             // without its fragment
+        Time at;                     // of the policy's transfer
+        State state;
+    };
+    using Navigations = std::deque<Navigation>;
+
+    void add(Navigation navigation);
+    [[nodiscard]] Navigations::iterator find(const nsISupports* channel, std::string_view url) noexcept;
+
+    Navigations navigations_;
+};
+
+/// The process-wide record.
+HandedOver& handedOver() noexcept;
+
+}  // namespace zab

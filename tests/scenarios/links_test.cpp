@@ -1,0 +1,185 @@
+// What the user reaches by hand: the menu's commands, and the content policy with its keys.
+#include <gtest/gtest.h>
+
+#include "browser/browser.h"
+#include "browser/desktop.h"
+#include "transfer/manager_process_win32.h"
+
+namespace zab::testbed {
+namespace {
+
+using nlohmann::json;
+
+constexpr nsresult kFailure = NS_ERROR_FAILURE;
+constexpr std::uint32_t kImage = 3, kObject = 5, kDocument = 6;
+constexpr std::int32_t kAccept = 1, kReject = -1;
+constexpr const char* kPage = "http://site.example/dir/page.html";
+
+/// An installed download manager, and a browser that has started up.
+class Links : public ::testing::Test {
+  protected:
+    Links() {
+        static const bool registered = manager.isRegistered(true);
+        EXPECT_TRUE(registered);
+        manager.set("ExePath", SettingsTree::kProgram);
+        settings.set("Extensions", "zip rar");
+        settings.set("SpecialKeys\\UseKeyToForce", 1u).set("SpecialKeys\\CtrlF", 1u);
+        browser.startsUp();
+    }
+    ~Links() override {
+        EXPECT_EQ(browser.unbalanced(), "");
+        EXPECT_EQ(browser.violations(), std::vector<std::string>{});
+    }
+
+    PassedText wide(std::u16string_view text) { return PassedText(browser.runtime(), text); }
+    PassedText narrow(std::string_view text) { return PassedText(browser.runtime(), text); }
+
+    nsresult downloadsAll(std::u16string_view markup) {
+        const auto page = wide(u"http://site.example/dir/page.html"), cookies = wide(u"session=1");
+        const auto text = wide(markup);
+        return static_cast<nsresult>(
+            browser.intoModule([&] { return browser.module().DownloadAllWithZAB(text, page, cookies); }));
+    }
+    std::int32_t asksPolicy(std::uint32_t type, std::string_view url, std::string_view mimeGuess = "") {
+        const auto address = narrow(url), origin = narrow(kPage), mime = narrow(mimeGuess);
+        const auto document = wide(u"17");
+        return static_cast<std::int32_t>(browser.intoModule([&] {
+            return static_cast<std::uint32_t>(
+                browser.module().ShouldLoad2(type, address, origin, nullptr, mime, document));
+        }));
+    }
+    std::int32_t asksOldPolicy(std::string_view url) {
+        const auto address = narrow(url);
+        return static_cast<std::int32_t>(browser.intoModule([&] {
+            return static_cast<std::uint32_t>(browser.module().ShouldLoad_old1(kDocument, address, nullptr));
+        }));
+    }
+    /// A click with the force key held, from the policy to the answer, whatever the policy says.
+    Channel& forces(const std::string& url) {
+        asksPolicy(kDocument, url);
+        return goesOn(url);
+    }
+    Channel& goesOn(const std::string& url) {
+        auto& channel = browser.requests({.url = url});
+        for (const char* topic :
+             {"http-on-examine-response", "http-on-examine-merged-response", "http-on-examine-cached-response"})
+            browser.answers(channel, 200, {{"Content-Disposition", "attachment; filename=a.zip"}}, topic);
+        return channel;
+    }
+
+    SettingsTree settings;
+    ::zab::testing::ManagerProcess manager;
+    Browser browser;
+};
+
+TEST_F(Links, TheLinkCommandTellsWhatThePageTold) {
+    const auto url = wide(u"http://site.example/a.zip#part"), referrer = wide(u"http://site.example/"),
+               cookies = wide(u"session=1"), text = wide(u"An archive");
+    EXPECT_EQ(
+        browser.intoModule([&] { return browser.module().DownloadLinkWithZAB(url, referrer, cookies, text); }),
+        NS_OK);
+    const json told = manager.received(0);
+    EXPECT_EQ(told["url"], "http://site.example/a.zip");
+    EXPECT_EQ(told["referrer"], "http://site.example/");
+    EXPECT_EQ(told["cookies"], "session=1");
+    EXPECT_EQ(told["flags"], 4);
+    EXPECT_EQ(told["extraData"][17], "An archive");
+
+    const auto nothing = wide(u"");
+    EXPECT_EQ(browser.intoModule(
+                  [&] { return browser.module().DownloadLinkWithZAB(nothing, referrer, cookies, text); }),
+              kFailure);
+}
+
+TEST_F(Links, ABatchArrivesInPageOrder) {
+    std::u16string markup =
+        u"<base href='/b/'><a href='javascript:x'>no</a><a href='http://cdn.example/0'>cdn</a>";
+    constexpr int kCount = 500;
+    for (int i = 1; i < kCount; ++i) {
+        std::u16string number;
+        for (const char c : std::to_string(i)) number += static_cast<char16_t>(c);
+        markup += u"<a href='" + number + u"'>\u00E4 &amp; b</a>";
+    }
+    EXPECT_EQ(downloadsAll(markup), NS_OK);
+    // A link that was lost or came twice would move all behind it.
+    for (int i = 0; i < kCount; i += i < 10 ? 1 : 7) {
+        const json told = manager.received(static_cast<std::size_t>(i));
+        ASSERT_EQ(told["url"], (i == 0 ? "http://cdn.example/" : "http://site.example/b/") + std::to_string(i));
+        ASSERT_EQ(told["flags"], 0);
+        ASSERT_EQ(told["referrer"], kPage);
+        ASSERT_EQ(told["extraData"][7], kPage);
+        ASSERT_EQ(told["cookies"], i == 0 ? json() : json("session=1"))
+            << "another host gets none of the page's";
+    }
+}
+
+TEST_F(Links, APageWithoutLinksIsToldOnce) {
+    EXPECT_EQ(downloadsAll(u"<a href='#top'>top</a><p>text"), kFailure);
+    const auto box = answerMessageBox(IDOK);
+    ASSERT_TRUE(box);
+    EXPECT_TRUE(box->text.starts_with(u"Cannot find the links!")) << "the message and nothing else";
+}
+
+TEST_F(Links, AForcedNavigationIsHandedOverOnce) {
+    const HeldKeys keys({VK_CONTROL});
+    EXPECT_EQ(asksPolicy(kImage, "http://site.example/i.png"), kAccept);
+    EXPECT_EQ(asksPolicy(kDocument, "http://site.example/view?id=1"), kReject);
+    EXPECT_EQ(manager.received(0)["flags"], 0x804);
+    EXPECT_EQ(manager.received(0)["referrer"], kPage);
+    // A browser that goes on all the same.
+    const auto& channel = goesOn("http://site.example/view?id=1");
+    EXPECT_TRUE(channel.cancelled());
+    // The user asks again, and then a page asks without the policy.
+    forces("http://site.example/view?id=1");
+    goesOn("http://site.example/view?id=1");
+    goesOn("http://site.example/last");
+    EXPECT_EQ(manager.received(1)["url"], "http://site.example/view?id=1");
+    EXPECT_EQ(manager.received(2)["url"], "http://site.example/view?id=1");
+    EXPECT_EQ(manager.received(3)["url"], "http://site.example/last") << "and nothing came in between";
+}
+
+TEST_F(Links, AResponseIsHandedOverOnceInAllItsForms) {
+    goesOn("http://site.example/first");
+    goesOn("http://site.example/first");
+    goesOn("http://site.example/last");
+    EXPECT_EQ(manager.received(0)["url"], "http://site.example/first");
+    EXPECT_EQ(manager.received(1)["url"], "http://site.example/first") << "asked for twice";
+    EXPECT_EQ(manager.received(2)["url"], "http://site.example/last");
+}
+
+TEST_F(Links, ThePolicyOfOldBrowsersTakesClicksOnCaughtFiles) {
+    EXPECT_EQ(asksOldPolicy("http://site.example/a.zip"), kAccept) << "nobody clicked";
+    browser.mouse(u"mousedown");
+    EXPECT_EQ(asksOldPolicy("http://site.example/a.html"), kAccept) << "not in the list";
+    EXPECT_EQ(asksOldPolicy("http://site.example/a.zip"), kAccept) << "the click led to the page before";
+    browser.mouse(u"mousedown");
+    EXPECT_EQ(asksOldPolicy("http://site.example/a.zip"), kReject);
+    EXPECT_EQ(manager.received(0)["flags"], 0x804);
+    settings.set("ExceptionServers", "site.example");
+    browser.mouse(u"mousedown");
+    EXPECT_EQ(asksOldPolicy("http://site.example/a.zip"), kAccept) << "an excepted server";
+}
+
+TEST_F(Links, ThePolicyTellsTheDebuggerWhoseRequestItIs) {
+    browser.takesDebugLines();
+    EXPECT_EQ(asksPolicy(kObject, "http://site.example/a.swf", "application/x-shockwave-flash"), kAccept);
+    EXPECT_EQ(browser.takesDebugLines(), std::vector<std::string>{"********** docID=17"});
+}
+
+TEST_F(Links, ABatchEndsWithItsConnectionAndIsToldOnce) {
+    manager.set("TestbedDie", DWORD{3});
+    std::u16string markup;
+    for (const char16_t c : std::u16string_view(u"123456")) markup += std::u16string(u"<a href=") + c + u">";
+    EXPECT_EQ(downloadsAll(markup), NS_OK) << "two links arrived";
+    const auto box = answerMessageBox(IDOK);
+    EXPECT_TRUE(box);
+    EXPECT_FALSE(messageBoxIsOpen()) << "told once";
+    manager.set("TestbedDie", DWORD{0});
+    const auto url = wide(u"http://site.example/later"), nothing = wide(u"");
+    browser.intoModule([&] { return browser.module().DownloadLinkWithZAB(url, nothing, nothing, nothing); });
+    EXPECT_EQ(manager.received(2)["url"], "http://site.example/dir/3") << "during which it died";
+    EXPECT_EQ(manager.received(3)["url"], "http://site.example/later") << "none of the batch behind it";
+}
+
+}  // namespace
+}  // namespace zab::testbed
