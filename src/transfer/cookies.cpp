@@ -20,11 +20,17 @@ InterfacePtr<nsICookie> asCookie(nsISupports* element) noexcept {
     return {};
 }
 
-/// One text of a cookie; `text` is null when it cannot be read.
+/// One text of a cookie, held by `text`; clears `readable` when it cannot be read.
 std::string_view textOf(nsICookie& cookie, nsresult (nsICookie::*get)(nsACString*), NarrowContainer& text,
                         bool& readable) {
-    readable = readable && text.ready() && !failed((cookie.*get)(text.get()));
-    return readable ? text.view() : std::string_view{};
+    if (!readable || !text.ready() || failed((cookie.*get)(text.get()))) {
+        readable = false;
+        return {};
+    }
+    // A browser's text has an address even when it is empty; one without could not be seen.
+    const std::string_view view = text.view();
+    readable = view.data() != nullptr;
+    return view;
 }
 
 /// Tests what refuses most cookies first: a jar holds thousands, an address has a handful.

@@ -232,7 +232,7 @@ std::uint64_t Browser::called(BedObject::Handle& handle, std::uint32_t slot, con
     }
     if (operation.starts_with("helper") && slot != 0) ++helperCalls_;
     if (auto interruption = interruptions_.extract(operation)) interruption.mapped()();
-    if (const nsresult fault = faults_.step(operation); failed(fault)) return fault;
+    if (const nsresult fault = faults_.step(operation); fault != NS_OK) return fault;
     if (slot == 0)
         return queried(object, reinterpret_cast<const nsIID*>(arguments[0]),
                        reinterpret_cast<void**>(arguments[1]));
@@ -262,7 +262,7 @@ nsresult Browser::onServiceManager(void* context, nsIServiceManager** out) {
 
 nsresult Browser::service(const std::string& contract, const nsIID* iid, void** result) {
     *result = nullptr;
-    if (const nsresult fault = faults_.step("service " + contract); failed(fault)) return fault;
+    if (const nsresult fault = faults_.step("service " + contract); fault != NS_OK) return fault;
     const auto found = services_.find(contract);
     return found == services_.end() ? 0x80040154 : queried(*found->second, iid, result);  // not registered
 }

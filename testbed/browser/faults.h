@@ -14,7 +14,8 @@ namespace zab::testbed {
 
 class Faults {
   public:
-    /// Counts start again; `n` is 1 for the first call of `operation`, or of all of them when it is empty.
+    /// A status that is a success stands for an operation that claims success and does nothing. Counts start
+    /// again; `n` is 1 for the first call of `operation`, or of all of them when it is empty.
     void failNth(std::uint32_t n, std::string operation = {}, nsresult status = NS_ERROR_FAILURE) {
         *this = {};
         operation_ = std::move(operation);
@@ -45,6 +46,9 @@ class Faults {
         failedOperation_ = operation;
         return status_;
     }
+
+    /// One call of an operation that cannot fail.
+    void note(const std::string& operation) { ++counts_[operation]; }
 
   private:
     std::map<std::string, std::uint32_t> counts_;

@@ -14,20 +14,22 @@ Browser* hookedBrowser = nullptr;
 DWORD hookedThread = 0;
 
 /// Whether this call fails.
-bool fails(const char* function) {
+bool fails(const HookedImport& import) {
     if (GetCurrentThreadId() != hookedThread || hookedBrowser == nullptr) return false;
+    Faults& faults = hookedBrowser->faults();
     const DWORD error = GetLastError();
-    const bool result = failed(hookedBrowser->faults().step(function));
+    if (import.failure == kCannotFail) faults.note(import.function);
+    const bool result = import.failure != kCannotFail && failed(faults.step(import.function));
     SetLastError(result ? ERROR_NOT_ENOUGH_MEMORY : error);
     return result;
 }
 
-// Keeps the four register arguments, asks fails(name), and goes on to the target or answers the failure. It has
-// no frame any more when the target runs, so exceptions pass it by.
+// Keeps the four register arguments, asks fails(import), and goes on to the target or answers the failure. It
+// has no frame any more when the target runs, so exceptions pass it by.
 constexpr unsigned char kTrampoline[] = {
     0x51, 0x52, 0x41, 0x50, 0x41, 0x51,              // push rcx, rdx, r8, r9
     0x48, 0x83, 0xEC, 0x28,                          // sub rsp, 40
-    0x48, 0xB9, 0,    0,    0,    0,    0, 0, 0, 0,  // mov rcx, name
+    0x48, 0xB9, 0,    0,    0,    0,    0, 0, 0, 0,  // mov rcx, import
     0x48, 0xB8, 0,    0,    0,    0,    0, 0, 0, 0,  // mov rax, fails
     0xFF, 0xD0,                                      // call rax
     0x48, 0x83, 0xC4, 0x28,                          // add rsp, 40
@@ -38,7 +40,7 @@ constexpr unsigned char kTrampoline[] = {
     0x48, 0xB8, 0,    0,    0,    0,    0, 0, 0, 0,  // mov rax, failure
     0xC3,                                            // ret
 };
-constexpr std::size_t kNameAt = 12, kFailsAt = 22, kTargetAt = 48, kFailureAt = 60;
+constexpr std::size_t kImportAt = 12, kFailsAt = 22, kTargetAt = 48, kFailureAt = 60;
 
 void* trampolineTo(const void* target, const HookedImport& import) {
     auto* code = static_cast<unsigned char*>(
@@ -46,7 +48,7 @@ void* trampolineTo(const void* target, const HookedImport& import) {
     if (code == nullptr) throw std::bad_alloc{};
     std::memcpy(code, kTrampoline, sizeof kTrampoline);
     const auto put = [code](std::size_t at, auto value) { std::memcpy(code + at, &value, sizeof value); };
-    put(kNameAt, import.function);
+    put(kImportAt, &import);
     put(kFailsAt, &fails);
     put(kTargetAt, import.instead != nullptr ? import.instead : target);
     put(kFailureAt, import.failure);

@@ -12,6 +12,9 @@ namespace zab::testbed {
 
 class Browser;
 
+/// In place of a failure: for functions that give something back, whose calls are counted only.
+inline constexpr std::uint64_t kCannotFail = ~0ull;
+
 struct HookedImport {
     const char* function;
     std::uint64_t failure = 0;  // what a failed call answers
@@ -20,7 +23,8 @@ struct HookedImport {
 
 class ImportHook {
   public:
-    /// Throws std::runtime_error when the module imports no such function.
+    /// The rows are used for as long as the process runs. Throws std::runtime_error when the module imports no
+    /// such function.
     ImportHook(Browser& browser, std::span<const HookedImport> imports);
     /// The table keeps leading through here, because threads of the module may be in a call; steps are no
     /// longer counted.

@@ -1,0 +1,90 @@
+// The decision that zabprobe prints is the one that the module acts on, for everything that real browsers
+// recorded.
+#include <gtest/gtest.h>
+
+#include "binding/wide_win32.h"
+#include "browser/desktop.h"
+#include "scenarios/recorded.h"
+
+namespace zab::testbed {
+namespace {
+
+/// The module's line about a decision, without its mark.
+std::vector<std::string> linesOf(Browser& browser) {
+    constexpr std::string_view kMark = "**********Examine ";
+    std::vector<std::string> lines;
+    for (const auto& line : browser.takesDebugLines())
+        if (line.starts_with(kMark)) lines.push_back(line.substr(kMark.size()));
+    return lines;
+}
+
+TEST(RecordedExchanges, AreDecidedByTheModuleAsByTheProbe) {
+    const struct {
+        const char* why;
+        const char *extensions, *exceptions;
+        bool integration;
+        std::uint8_t key;
+    } rows[] = {
+        {"an ordinary list", "zip rar 7z gz exe msi", "", true, 0},
+        {"other extensions", "iso txt php html", "", true, 0},
+        {"nothing to catch", "", "", true, 0},
+        {"an excepted server", "zip exe", "*.example 127.0.*", true, 0},
+        {"switched off", "zip exe", "", false, 0},
+        {"the prevent key", "zip exe", "", true, VK_MENU},
+        {"the force key", "zip exe", "", true, VK_CONTROL},
+    };
+    const auto exchanges = recordedExchanges("");
+    ASSERT_GT(exchanges.size(), 100u);
+    for (const auto& row : rows) {
+        SettingsTree settings;
+        settings.set("Extensions", row.extensions).set("ExceptionServers", row.exceptions);
+        settings.set("SpecialKeys\\UseKeyToPrevent", 1u).set("SpecialKeys\\AltP", 1u);
+        settings.set("SpecialKeys\\UseKeyToForce", 1u).set("SpecialKeys\\CtrlF", 1u);
+        settings.set("ZABBI\\zab_scenarios\\int", row.integration ? 1u : 0u);
+        const HeldKeys keys(row.key != 0 ? std::vector<std::uint8_t>{row.key} : std::vector<std::uint8_t>{});
+        GivenSettings given;
+        given.extensionList = row.extensions;
+        given.exceptionList = row.exceptions;
+        given.integration = row.integration;
+        given.preventKey = row.key == VK_MENU;
+        given.forceKey = row.key == VK_CONTROL;
+
+        Browser browser;
+        HookedSystem system(browser);
+        browser.startsUp();
+        CapturedHeaders scratch;
+        std::size_t transfers = 0;
+        for (const auto& exchange : exchanges) {
+            const std::string where = std::string(row.why) + ": " + exchange.url;
+            const Decision decision = zabprobe::decideExchange(exchange, given, scratch);
+            linesOf(browser);
+            const Channel& channel = play(browser, exchange);
+            const auto lines = linesOf(browser);
+            const auto told = system.takesTold();
+            if (decision.reason == Reason::noResponse) {
+                EXPECT_TRUE(lines.empty()) << where;
+            } else {
+                const std::string line =
+                    std::string(outcomeName(decision.outcome)) + ": " + sentenceOf(decision);
+                EXPECT_EQ(lines, std::vector<std::string>{line}) << where;
+            }
+            const bool taken = decision.outcome == Outcome::transfer;
+            EXPECT_EQ(channel.cancelled() || !channel.written.empty(), taken) << where;
+            ASSERT_EQ(told.size(), taken ? 1u : 0u) << where;
+            if (!taken) continue;
+            ++transfers;
+            EXPECT_EQ(told[0].flags, decision.flags) << where;
+            EXPECT_EQ(told[0].text("fileName"), decision.fileName) << where;
+            EXPECT_EQ(told[0].text(nameOf(ExtraElement::typeHint)), decision.extension) << where;
+            const auto length = decision.contentLength;
+            EXPECT_EQ(told[0].text(nameOf(ExtraElement::size)), length > 0 ? std::to_string(length) : "")
+                << where;
+        }
+        std::printf("%s: %zu exchanges, %zu transferred\n", row.why, exchanges.size(), transfers);
+        EXPECT_EQ(browser.unbalanced(), "") << row.why;
+        EXPECT_EQ(browser.violations(), std::vector<std::string>{}) << row.why;
+    }
+}
+
+}  // namespace
+}  // namespace zab::testbed
