@@ -7,6 +7,7 @@ class NoButtons final : public PageButtons {
   public:
     void selectDocument(DocumentId) override {}
     void forget(const DocumentKey&) override {}
+    void mediaChanged(nsISupports*, const MediaPage&) override {}
     void offerSelectedLinks(std::u16string_view) override {}
 };
 

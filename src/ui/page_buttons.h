@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "entry/document_key.h"
+#include "media/capture/media_pages.h"
 
 namespace zab {
 
@@ -16,6 +17,9 @@ class PageButtons {
     virtual void selectDocument(DocumentId document) = 0;
     /// Removes a document's button with its entries. Under the shared-list lock where it could be had.
     virtual void forget(const DocumentKey& document) = 0;
+    /// The page has new entries, and its button may show them; makes the button when there is none. On the
+    /// browser's main thread, not under the lock. `document` is the page's own.
+    virtual void mediaChanged(nsISupports* document, const MediaPage& page) = 0;
     /// The user selected a part of a page that holds `links`, one per line.
     virtual void offerSelectedLinks(std::u16string_view links) = 0;
 
