@@ -6,6 +6,7 @@
 #include "binding/interface_ptr.h"
 #include "binding/interfaces/helpers.h"
 #include "entry/document_key.h"
+#include "entry/platform.h"
 
 namespace zab {
 
@@ -17,5 +18,10 @@ struct Page {
 };
 
 Page pageOf(iZABHelper5& helper, nsISupports* channel);
+Page pageOfDocument(iZABHelper5& helper, InterfacePtr<nsISupports> document);
+
+/// The top-level browser window that shows a document: as the extension tells it, else as the document's own
+/// window does; 0: neither.
+WindowHandle browserWindowOf(iZABHelper5& helper, nsISupports* document) noexcept;
 
 }  // namespace zab
