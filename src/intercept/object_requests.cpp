@@ -63,6 +63,12 @@ OBJECTREQUESTSARRAY_ITEM* CObjectRequestsArray::find(std::string_view url) noexc
     return found == index_.end() ? nullptr : &found->place->record;
 }
 
+OBJECTREQUESTSARRAY_ITEM* CObjectRequestsArray::find(std::string_view url, std::uint64_t documentId) noexcept {
+    for (auto at = firstOf(url); at != index_.end() && at->url == url; ++at)
+        if (documentId == 0 || at->place->record.documentId == documentId) return &at->place->record;
+    return nullptr;
+}
+
 void CObjectRequestsArray::renameFirst(std::string_view from, std::string_view to) {
     const auto found = firstOf(from);
     if (found == index_.end()) return;

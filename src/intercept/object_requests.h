@@ -57,6 +57,8 @@ class CObjectRequestsArray {
 
     /// The first record of this URL, or null. All of it but its URL and body may be changed.
     [[nodiscard]] OBJECTREQUESTSARRAY_ITEM* find(std::string_view url) noexcept;
+    /// The same among the records of one document; 0: of any.
+    [[nodiscard]] OBJECTREQUESTSARRAY_ITEM* find(std::string_view url, std::uint64_t documentId) noexcept;
 
     /// Gives the first record of `from` the URL `to`; it keeps its place in the order.
     void renameFirst(std::string_view from, std::string_view to);

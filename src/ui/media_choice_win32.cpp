@@ -1,0 +1,13 @@
+#include "binding/browser_text_win32.h"
+#include "binding/utf.h"
+#include "ui/media_choice.h"
+
+namespace zab {
+
+void makeNarrow(TransferRecord& record) {
+    for (std::string* text : {&record.description, &record.pageTitle})
+        // What is no UTF-8 is narrow already.
+        if (wellFormedUtf8(*text) == *text) *text = narrowPreferringAnsi(utf16FromUtf8(*text)).value_or("");
+}
+
+}  // namespace zab

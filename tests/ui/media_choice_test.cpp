@@ -1,0 +1,237 @@
+#include "ui/media_choice.h"
+
+#include <gtest/gtest.h>
+
+#include "ui/in_flight.h"
+
+namespace zab {
+namespace {
+
+using enum ChoiceOrigin;
+
+MediaEntry entry(std::string link, std::uint32_t height = 0) {
+    MediaEntry result;
+    result.link = std::move(link);
+    result.extra = std::to_string(height);
+    result.height = height;
+    return result;
+}
+
+OBJECTREQUESTSARRAY_ITEM object(std::string url, std::uint64_t document) {
+    OBJECTREQUESTSARRAY_ITEM item;
+    item.url = std::move(url);
+    item.documentId = document;
+    item.cookies = "c=browser";
+    item.referrer = "http://h.example/from";
+    item.userAgent = "agent";
+    item.authorization = "Basic dTpw";
+    return item;
+}
+
+/// Page 7 offers three entries and requested objects; in page 8 links are selected.
+struct Lists {
+    Lists() {
+        auto& page =
+            pages.open({.document = {nullptr, 7}, .url = "http://h.example/", .title = "", .controller = 77});
+        page.media.offer(entry("hlstozab://http://h.example/a.m3u8", 360));
+        page.media.offer(entry("http://h.example/low.mp4", 240));
+        page.media.offer(entry("hlstozab://http://h.example/a.m3u8", 720));
+        for (const std::uint64_t document : {9, 7})
+            requests.examined.add(object("http://h.example/o.mp4", document));
+        requests.requested.add(object("http://cdn.example/file.mp3", 7));
+        requests.requested.add(object("http://h.example/low.mp4", 7));
+        selection = {8, "http://h.example/list", 88, {"http://h.example/1.zip", "http://h.example/2.zip"}};
+    }
+    RequestLists requests;
+    MediaPages pages;
+    SelectedLinks selection;
+    ChoiceLists all{requests, pages, selection};
+};
+
+TEST(MediaChoice, NamesEntriesThenWhatThePageRequested) {
+    Lists lists;
+    const struct {
+        std::u16string url, page;
+        ChoiceOrigin origin;
+        WindowHandle controller;
+        std::vector<std::string> urls;
+        const char* why;
+    } rows[] = {
+        {u"hlstozab://http://h.example/a.m3u8",
+         u"7",
+         pageController,
+         77,
+         {"hlstozab://http://h.example/a.m3u8 360"},
+         "the first with this link"},
+        {u"hlstozab://http://h.example/a.m3u8#2",
+         u"7",
+         pageController,
+         77,
+         {"hlstozab://http://h.example/a.m3u8 720"},
+         "the second"},
+        {u"hlstozab://http://h.example/a.m3u8#3", u"7", pageController, 77, {}, "there is no third"},
+        {u"http://h.example/low.mp4",
+         u"7",
+         pageController,
+         77,
+         {"http://h.example/low.mp4 240"},
+         "an entry before a request of the same address"},
+        {u"!ALL!",
+         u"7",
+         pageController,
+         77,
+         {"hlstozab://http://h.example/a.m3u8 720", "hlstozab://http://h.example/a.m3u8 360",
+          "http://h.example/low.mp4 240"},
+         "all, the best first"},
+        {u"!ALL!", u"8", pageController, 0, {}, "not the selection: that has its own window"},
+        {u"!ALL!",
+         u"8",
+         processController,
+         88,
+         {"http://h.example/1.zip ", "http://h.example/2.zip "},
+         "the whole selection"},
+        {u"http://h.example/2.zip", u"8", processController, 88, {"http://h.example/2.zip "}, "one of it"},
+        {u"http://h.example/2.zip", u"7", processController, 77, {}, "of another page"},
+        {u"http://h.example/o.mp4", u"7", processController, 77, {"http://h.example/o.mp4 "}, "a request"},
+        {u"http://h.example/o.mp4", u"8", pageController, 0, {}, "another page's"},
+        {u"http://h.example/o.mp4", u"", pageController, 0, {"http://h.example/o.mp4 "}, "no page told"},
+        {u"rtmp://h/[[IMPORT]]/cdn.example/file.mp3",
+         u"7",
+         pageController,
+         77,
+         {"http://cdn.example/file.mp3 "},
+         "known under the address behind its marker"},
+        {u"http://h.example/o.mp4/[[DYNAMIC]]/2",
+         u"7",
+         pageController,
+         77,
+         {"http://h.example/o.mp4 "},
+         "and before it"},
+        {u"", u"7", pageController, 77, {}, "nothing asked for"},
+    };
+    for (const auto& row : rows) {
+        Choice choice;
+        choice.request.mediaUrl = row.url;
+        choice.request.pageIdentity = row.page;
+        choice.origin = row.origin;
+        const NamedMedia media = named(choice.request, choice.origin, lists.all);
+        EXPECT_EQ(media.controller, row.controller) << row.why;
+        EXPECT_EQ(media.found(), !row.urls.empty()) << row.why;
+        prepare(choice, lists.all);
+        std::vector<std::string> urls;
+        for (const TransferRecord& record : choice.transfers)
+            urls.push_back(record.url + " " + record.extraData);
+        EXPECT_EQ(urls, row.urls) << row.why;
+        EXPECT_EQ(choice.looksUpCookies, !media.links.empty()) << row.why;
+    }
+}
+
+TEST(MediaChoice, ARequestTellsMoreThanTheBrowserKnew) {
+    Lists lists;
+    Choice choice;
+    choice.request = decodeMediaRequest({});
+    choice.request.mediaUrl = u"http://h.example/o.mp4";
+    choice.request.pageIdentity = u"7";
+    choice.request.pageUrl = u"http://h.example/told";
+    choice.request.description = u"caf\u00E9";
+    choice.request.cookies = u"c=told";
+    prepare(choice, lists.all);
+    ASSERT_EQ(choice.transfers.size(), 1u);
+    const TransferRecord& record = choice.transfers.front();
+    EXPECT_EQ(record.pageUrl, "http://h.example/told");
+    EXPECT_EQ(record.description, "caf\xC3\xA9");
+    EXPECT_EQ(record.cookies, "c=told");
+    EXPECT_EQ(record.referrer, "http://h.example/from") << "what is not told is what the browser sent";
+    EXPECT_EQ(record.userAgent, "agent");
+    EXPECT_EQ(record.user + ":" + record.password, "u:p");
+    EXPECT_EQ(record.typeHint, "flv");
+    EXPECT_EQ(record.flags, 0u);
+}
+
+TEST(MediaChoice, AudioIsTold) {
+    const struct {
+        const char16_t *extension, *stream;
+        ObjectKind kind;
+    } rows[] = {{u"MP3", u"", ObjectKind::audio},
+                {u"wma", u"", ObjectKind::audio},
+                {u"m4a", u"", ObjectKind::video},
+                {u"flv", u"mp3:a", ObjectKind::audio},
+                {u"flv", u"a mp3:", ObjectKind::video}};
+    for (const auto& row : rows) {
+        MediaRequest request;
+        request.extension = row.extension;
+        request.streamName = row.stream;
+        EXPECT_EQ(requestedKind(request), row.kind);
+    }
+}
+
+TEST(MediaChoice, AnEntryGoesOutWhole) {
+    MediaEntry whole = entry("hls2tozab://http://h.example/v.m3u8");
+    whole.secondUrl = "http://h.example/a.m3u8";
+    whole.extra = "<x/>";
+    whole.description = "Film 720p";
+    whole.extension = "FLV";
+    whole.size = 5'000'000'000;
+    whole.page = {7, "page", "title", "referrer", "c=1", "agent"};
+    const TransferRecord record = transferOf(whole);
+    const std::string told[] = {record.url,      record.secondUrl, record.extraData, record.description,
+                                record.typeHint, record.pageUrl,   record.pageTitle, record.referrer,
+                                record.cookies,  record.userAgent};
+    const std::string expected[] = {whole.link, whole.secondUrl, "<x/>",     "Film 720p", "FLV",
+                                    "page",     "title",         "referrer", "c=1",       "agent"};
+    for (std::size_t i = 0; i < std::size(expected); ++i) EXPECT_EQ(told[i], expected[i]);
+    EXPECT_EQ(record.sizeBytes, whole.size);
+    EXPECT_EQ(record.flags, 0u);
+    EXPECT_FALSE(record.bodyOffered);
+
+    const MediaEntry page[] = {entry("old"), entry("middle"), whole};
+    const auto newest = newestTransfers(page, 2);
+    ASSERT_EQ(newest.size(), 2u);
+    EXPECT_EQ(newest[0].typeHint, "flv");
+    EXPECT_EQ(newest[1].url, "middle");
+}
+
+TEST(MediaChoice, IsSentUpToTheFirstFailureAndRetriedThreeTimes) {
+    using enum TransferResult;
+    Choice choice;
+    for (const char* url : {"1", "2", "3"}) choice.transfers.emplace_back().url = url;
+    std::string sent;
+    const auto answering = [&sent](TransferResult ofTheSecond) {
+        return [&sent, ofTheSecond](TransferRecord& record) {
+            sent += record.url;
+            return record.url == "2" ? ofTheSecond : made;
+        };
+    };
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(sendChoice(choice, answering(retryLater)), ChoiceProgress::later);
+    EXPECT_EQ(sent, "1222") << "what was made is not made again";
+    Choice tried = choice;
+    EXPECT_EQ(sendChoice(tried, answering(retryLater)), ChoiceProgress::givenUp);
+    tried = choice;
+    sent.clear();
+    EXPECT_EQ(sendChoice(tried, answering(notMade)), ChoiceProgress::done);
+    EXPECT_EQ(sent, "2") << "the user was told: one box is enough";
+    sent.clear();
+    EXPECT_EQ(sendChoice(choice, answering(made)), ChoiceProgress::done);
+    EXPECT_EQ(sent, "23");
+}
+
+TEST(InFlight, OnlyWhatIsMeantForAWindowIsTakenThere) {
+    InFlight<std::string> flights;
+    constexpr WindowHandle here = 1, there = 2;
+    const auto address = flights.add(here, 0x467, std::make_unique<std::string>("a"));
+    const auto other = flights.add(there, 0x467, std::make_unique<std::string>("b"));
+    EXPECT_EQ(flights.take(here, 0x467, address + 8), nullptr) << "a stranger's number";
+    EXPECT_EQ(flights.take(here, 0x468, address), nullptr) << "another step";
+    EXPECT_EQ(flights.take(there, 0x467, address), nullptr) << "another window";
+    flights.forget(there);
+    EXPECT_EQ(flights.take(there, 0x467, other), nullptr) << "freed with its window";
+    EXPECT_EQ(*flights.take(here, 0x467, address), "a");
+    EXPECT_EQ(flights.take(here, 0x467, address), nullptr) << "once";
+    for (std::size_t i = 0; i < flights.kMost; ++i)
+        EXPECT_NE(flights.add(here, 1, std::make_unique<std::string>()), 0u);
+    EXPECT_EQ(flights.add(here, 1, std::make_unique<std::string>()), 0u) << "full";
+    EXPECT_EQ(flights.count(), flights.kMost);
+}
+
+}  // namespace
+}  // namespace zab

@@ -1,0 +1,50 @@
+// What holds for every media request, whatever its bytes, and how one is written.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "media/parsers/must.h"
+#include "ui/media_request.h"
+
+namespace zabtest {
+
+/// One item of a payload. The byte without meaning is not 0.
+inline std::string requestItem(std::uint8_t tag, std::u16string_view text) {
+    const std::size_t size = text.size() * 2;
+    std::string item{static_cast<char>(tag), static_cast<char>(size & 0xFF), static_cast<char>(size >> 8),
+                     '\x7F'};
+    for (const char16_t unit : text) {
+        item.push_back(static_cast<char>(unit & 0xFF));
+        item.push_back(static_cast<char>(unit >> 8));
+    }
+    return item;
+}
+
+inline std::string payloadOf(const zab::MediaRequest& request) {
+    return requestItem(30, request.mediaUrl) + requestItem(31, request.pageUrl) +
+           requestItem(36, request.description) + requestItem(33, request.streamName) +
+           requestItem(35, request.referrer) + requestItem(34, request.cookies) +
+           requestItem(32, request.pageIdentity) + requestItem(3, request.extension);
+}
+
+inline zab::Bytes bytesOf(std::string_view text) {
+    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+inline void checkMediaRequest(zab::Bytes payload) {
+    using zab::MediaRequest;
+    constexpr std::size_t kLongest = 65535 / 2;  // what an item can hold
+    const MediaRequest request = zab::decodeMediaRequest(payload);
+    const MediaRequest again = zab::decodeMediaRequest(bytesOf(payloadOf(request)));  // what is written is read
+    for (const auto field : {&MediaRequest::mediaUrl, &MediaRequest::pageUrl, &MediaRequest::description,
+                             &MediaRequest::streamName, &MediaRequest::referrer, &MediaRequest::cookies,
+                             &MediaRequest::pageIdentity, &MediaRequest::extension}) {
+        const std::u16string& text = request.*field;
+        must(text.size() <= kLongest && text.find(u'\0') == std::u16string::npos);
+        const bool isDefault = field == &MediaRequest::extension && text.empty();
+        must(again.*field == (isDefault ? u"flv" : text));
+    }
+}
+
+}  // namespace zabtest
