@@ -3,17 +3,18 @@
 // One page controller per top-level browser window, a child of it on the browser's main thread; one process
 // controller, a message-only window on a thread of its own. Both answer the same messages:
 //
-//     0x465         alive: 1
-//     WM_COPYDATA   dwData 0x466: a media request (media_request.h); 1 when it was taken
-//     0x467, 0x468  the controller's own steps of a request; lParam is a ticket
-//     0x40E         a media entry that changes owner; lParam is its address
+//     0x465        alive: 1
+//     WM_COPYDATA  dwData 0x466: a media request (media_request.h); 1 when it was taken
+//     0x467        is what a request names known? lParam: the request
+//     0x468        it is: hand it over; lParam: the request
+//     0x40E        a media entry for its page: 1 when the page's button may show it; lParam: the entry
 //
-// Everybody may send these numbers with any lParam, so none is ever followed: a ticket and an address count
-// only while the module's own table holds what it put there for this very window. The table owns the records on
-// their way; what was meant for a window that ends is freed with it.
+// A record in lParam changes owner with the message. Everybody may send these numbers with any lParam, so none
+// is followed: it counts only when the module's own table (in_flight.h) holds that record for that window and
+// message. The table owns the records on their way; those of a window that ends are freed with it.
 //
-// Once a controller exists the module stays loaded until the process ends: window classes and windows of a
-// browser's thread cannot be taken back from the outside, and their procedure is code of the module.
+// Once a controller exists the module stays loaded until the process ends: windows and their classes belong to
+// the browser's thread, which the end of a module cannot wait for, and their procedure is code of the module.
 #pragma once
 
 #include <memory>
@@ -31,8 +32,8 @@ WindowHandle pageController(WindowHandle browserWindow) noexcept;
 /// The process controller, started on first use; 0: it could not be. On the browser's main thread alone.
 WindowHandle processController() noexcept;
 
-/// Sends an entry to a page controller with 0x40E and returns when it was filed; false: it was not taken, and
-/// is gone. Calls what stands behind `fileEntry` (media_capture.h), so no lock may be held.
+/// Sends an entry to a page controller with 0x40E and returns when its thread has filed it, as `fileEntry`
+/// (media_capture.h) does and answers; an entry that nobody receives is gone. No lock may be held.
 bool sendEntry(WindowHandle controller, std::unique_ptr<MediaEntry> entry) noexcept;
 
 }  // namespace zab

@@ -4,8 +4,11 @@
 // it yet: the decision is made, no listener is attached and no entry is offered.
 #pragma once
 
+#include <memory>
+
 #include "binding/interfaces/supports.h"
 #include "intercept/decision.h"
+#include "media/capture/media_entry.h"
 
 namespace zab {
 
@@ -27,5 +30,9 @@ class MediaCapture {
 };
 
 MediaCapture& mediaCapture() noexcept;
+
+/// Puts an entry into the list of its page, when the panel gate lets it and the page is known there. True: the
+/// page's button may show it.
+bool fileEntry(std::unique_ptr<MediaEntry> entry);
 
 }  // namespace zab
