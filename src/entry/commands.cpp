@@ -1,13 +1,17 @@
 #include "entry/commands.h"
 
 #include <string>
+#include <vector>
 
 #include "binding/browser_string.h"
 #include "binding/browser_text_win32.h"
 #include "binding/utf.h"
+#include "media/capture/media_pages.h"
+#include "settings/shared_list_lock.h"
 #include "transfer/html_parser.h"
 #include "transfer/transfer.h"
 #include "transfer/web_address.h"
+#include "ui/media_choice.h"
 
 namespace zab {
 namespace {
@@ -40,6 +44,13 @@ std::size_t sendAll(const CLinksArray& links, const std::string& pageUrl, const 
     return count;
 }
 
+/// Copies: no lock is held while they are sent.
+std::vector<TransferRecord> newestOf(DocumentId document, std::size_t most) {
+    const SharedListLock lock(OnTimeout::skip);
+    const auto* page = lock ? mediaPages().find(document) : nullptr;
+    return page != nullptr ? newestTransfers(page->media.entries(), most) : std::vector<TransferRecord>{};
+}
+
 }  // namespace
 
 nsresult downloadLink(const nsAString* url, const nsAString* referrer, const nsAString* cookies,
@@ -61,6 +72,22 @@ nsresult downloadAll(const nsAString* markup, const nsAString* pageUrl, const ns
         return NS_ERROR_FAILURE;
     }
     return sendAll(links, narrow(viewOf(pageUrl)), narrow(viewOf(cookies))) > 0 ? NS_OK : NS_ERROR_FAILURE;
+}
+
+nsresult downloadNewestMedia(const nsAString* documentId, std::size_t most) {
+    std::vector<TransferRecord> transfers = newestOf(documentIdOf(viewOf(documentId)), most);
+    if (transfers.empty()) {
+        reportNoMediaFound();
+        return NS_ERROR_FAILURE;
+    }
+    TransferSession session;
+    std::size_t count = 0;
+    for (TransferRecord& record : transfers) {
+        makeNarrow(record);
+        if (!sent(session.send(record))) break;
+        ++count;
+    }
+    return count > 0 ? NS_OK : NS_ERROR_FAILURE;
 }
 
 }  // namespace zab

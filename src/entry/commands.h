@@ -1,7 +1,10 @@
-// The commands of the extension's menus: one link, or all links of a page, for the download manager.
+// The commands of the extension's menus: one link, all links of a page, or its newest media, for the download
+// manager.
 //
 // Texts are the browser's own strings and are copied before the first call into the download manager.
 #pragma once
+
+#include <cstddef>
 
 #include "binding/interfaces/supports.h"
 
@@ -14,5 +17,9 @@ nsresult downloadLink(const nsAString* url, const nsAString* referrer, const nsA
 /// Transfers what the markup of a page offers, in page order, up to the first failure of the connection; NS_OK
 /// when at least one link was transferred. Without any link the user is told so.
 nsresult downloadAll(const nsAString* markup, const nsAString* pageUrl, const nsAString* cookies);
+
+/// Transfers up to `most` media entries of a page, the newest first, up to the first failure of the connection;
+/// NS_OK when at least one was transferred. Without any the user is told so.
+nsresult downloadNewestMedia(const nsAString* documentId, std::size_t most);
 
 }  // namespace zab

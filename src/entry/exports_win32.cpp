@@ -76,10 +76,12 @@ nsresult ZABMzCC_DownloadAllWithZAB(const nsAString* markup, const nsAString* pa
     return guarded(NS_ERROR_FAILURE, [&] { return downloadAll(markup, pageUrl, cookies); });
 }
 
-// The page's media entries are not there yet, and the commands say so.
+nsresult ZABMzCC_DownloadLastFLVwithZAB(const nsAString* documentId) {
+    return guarded(NS_ERROR_FAILURE, [&] { return downloadNewestMedia(documentId, 1); });
+}
 
-nsresult ZABMzCC_DownloadLastFLVwithZAB(const nsAString*) { return NS_ERROR_FAILURE; }
-
-nsresult ZABMzCC_DownloadLast10FLVwithZAB(const nsAString*) { return NS_ERROR_FAILURE; }
+nsresult ZABMzCC_DownloadLast10FLVwithZAB(const nsAString* documentId) {
+    return guarded(NS_ERROR_FAILURE, [&] { return downloadNewestMedia(documentId, 10); });
+}
 
 }  // extern "C"

@@ -26,13 +26,15 @@ FailureReportFacts readFacts() {
     return facts;
 }
 
+int show(std::string_view text, std::string_view title, UINT buttons) {
+    return MessageBoxW(nullptr, wide(utf16FromUtf8(text)), wide(utf16FromUtf8(title)), buttons);
+}
+
+void tell(std::string_view text, std::string_view title) { show(text, title, MB_OK | MB_ICONINFORMATION); }
+
 void show(const FailureBox& box) {
-    const bool asks = box.kind == FailureBox::Kind::question;
-    const auto text = utf16FromUtf8(box.text);
-    const auto title = utf16FromUtf8(kFailureBoxTitle);
-    const int answer =
-        MessageBoxW(nullptr, wide(text), wide(title), asks ? MB_YESNO : MB_OK | MB_ICONINFORMATION);
-    if (asks && answer == IDYES)
+    if (box.kind == FailureBox::Kind::information) return tell(box.text, kFailureBoxTitle);
+    if (show(box.text, kFailureBoxTitle, MB_YESNO) == IDYES)
         ShellExecuteA(nullptr, "open", kInstallationPage, nullptr, nullptr, SW_SHOWNORMAL);
 }
 
@@ -44,8 +46,14 @@ HMODULE thisModule(DWORD flags) noexcept {
 }
 
 DWORD WINAPI tellNoLinksFound(void*) noexcept {
+    guarded([] { tell(messageTexts()[TextId::noLinksFound].view(), kFailureBoxTitle); });
+    return 0;
+}
+
+DWORD WINAPI tellNoMediaFound(void*) noexcept {
     guarded([] {
-        show({FailureBox::Kind::information, std::string(messageTexts()[TextId::noLinksFound].view())});
+        const MessageTexts& texts = messageTexts();
+        tell(texts[TextId::noFlvFound].view(), texts[TextId::savingFlvTitle].view());
     });
     return 0;
 }
@@ -86,5 +94,7 @@ void reportMissingManagerAtStart() noexcept { startTransferFailureReport(transfe
 void reportNoCallsNow() noexcept { startTransferFailureReport(transfer_failure::kNoCallsNow); }
 
 void reportNoLinksFound() noexcept { start(reportAndLeave<tellNoLinksFound>, nullptr); }
+
+void reportNoMediaFound() noexcept { start(reportAndLeave<tellNoMediaFound>, nullptr); }
 
 }  // namespace zab

@@ -44,4 +44,7 @@ void reportNoCallsNow() noexcept;
 /// For a command that found nothing to transfer on a page.
 void reportNoLinksFound() noexcept;
 
+/// The same for media.
+void reportNoMediaFound() noexcept;
+
 }  // namespace zab
