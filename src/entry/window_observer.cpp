@@ -6,6 +6,7 @@
 #include "binding/guard.h"
 #include "binding/text.h"
 #include "entry/documents.h"
+#include "entry/event_listening.h"
 #include "entry/modifier_keys.h"
 #include "entry/module_state.h"
 #include "ui/page_buttons.h"
@@ -16,22 +17,6 @@ namespace {
 bool g_showButtonsOnTabSelect = false;
 
 constexpr std::u16string_view kWindowEvents[] = {u"mouseup", u"mousedown", u"TabSelect"};
-constexpr std::uint32_t kUseCapture = 1;
-
-InterfacePtr<nsISupports> eventTargetOf(iZABHelper5& helper, nsISupports* window) noexcept {
-    nsISupports* target = nullptr;
-    if (failed(helper.GetWindowEventTarget(window, &target))) return {};
-    return InterfacePtr<nsISupports>(target);
-}
-
-/// Calls `change` (add or remove a listener) for each event of a window, in order, until one fails.
-template <class Change>
-void forEachWindowEvent(Change change) {
-    for (const std::u16string_view event : kWindowEvents) {
-        WideContainer type(event);
-        if (!type.ready() || failed(change(type.get()))) return;
-    }
-}
 
 void unloaded(iZABHelper5& helper, nsISupports* event) {
     nsISupports* raw = nullptr;
@@ -63,9 +48,8 @@ void CWindowObserver::windowOpened(nsISupports* window) {
     const auto target = eventTargetOf(*helper.get(), window);
     if (!target) return;
     listener_ = identity();
-    forEachWindowEvent([&](const nsAString* type) {
-        return helper->AddEventListener(type, target.get(), listener_, kUseCapture);
-    });
+    for (const std::u16string_view event : kWindowEvents)
+        if (!addListener(*helper.get(), event, target.get(), listener_)) return;
 }
 
 void CWindowObserver::windowClosed(nsISupports* window) {
@@ -73,9 +57,8 @@ void CWindowObserver::windowClosed(nsISupports* window) {
     if (!helper) return;
     const auto target = eventTargetOf(*helper.get(), window);
     if (!target || listener_ == nullptr) return;
-    forEachWindowEvent([&](const nsAString* type) {
-        return helper->RemoveEventListener(type, target.get(), listener_, kUseCapture);
-    });
+    for (const std::u16string_view event : kWindowEvents)
+        if (!removeListener(*helper.get(), event, target.get(), listener_)) return;
 }
 
 nsresult CWindowObserver::HandleMouseEvent(nsISupports* event) {
