@@ -30,14 +30,20 @@ bool refreshByHelper11() noexcept {
 }  // namespace
 
 void forgetDocument(const DocumentKey& document) {
-    const SharedListLock lock(OnTimeout::goOn);
-    for (const DocumentList& list : kDocumentLists)
-        if (lock.held() || list.onTimeout == OnTimeout::goOn) list.forget(document);
+    {
+        const SharedListLock lock(OnTimeout::goOn);
+        for (const DocumentList& list : kDocumentLists)
+            if (lock.held() || list.onTimeout == OnTimeout::goOn) list.forget(document);
+    }
+    pageButtons().settle();
 }
 
 void showSelectedDocument() {
-    const SharedListLock lock(OnTimeout::goOn);
-    pageButtons().selectDocument(moduleState().selectedDocument);
+    {
+        const SharedListLock lock(OnTimeout::goOn);
+        pageButtons().selectDocument(moduleState().selectedDocument);
+    }
+    pageButtons().settle();
 }
 
 void clearSelection() noexcept {

@@ -9,7 +9,7 @@
 #include "entry/event_listening.h"
 #include "entry/modifier_keys.h"
 #include "entry/module_state.h"
-#include "ui/page_buttons.h"
+#include "ui/link_popup.h"
 
 namespace zab {
 namespace {
@@ -104,7 +104,10 @@ void CWindowObserver::released(iZABHelper5& helper, nsISupports* event) {
     if (!at || *at == pressedAt_) return;
     WideContainer links;
     if (!links.ready() || failed(helper.GetSelectedLinks(event, links.get()))) return;
-    if (!links.view().empty()) pageButtons().offerSelectedLinks(links.view());
+    nsISupports* document = nullptr;
+    if (links.view().empty() || failed(helper.GetTargetDocument(event, &document))) return;
+    const InterfacePtr<nsISupports> page(document);
+    ownPopup(openLinkPopup(helper, page.get(), links.view()));
 }
 
 }  // namespace zab

@@ -1,30 +1,47 @@
-// The buttons that pages have: one over their media, one for the links that the user selected.
+// The buttons that pages have over their media.
 //
-// The interface through which the rest of the module reaches them. Nothing stands behind it yet: every
-// operation does nothing, and no button appears.
+// The list of buttons is changed under the shared-list lock; everything that a change asks of the browser, the
+// button library or a window waits for settle(), because none of those may be called under it. All of it on the
+// browser's main thread.
 #pragma once
 
-#include <string_view>
+#include <memory>
+#include <vector>
 
+#include "binding/pointer_array.h"
 #include "entry/document_key.h"
-#include "media/capture/media_pages.h"
+#include "ui/media_button.h"
 
 namespace zab {
 
+/// One button for each page that has media.
+class CDownloadButtonsArray : public GrowingArray<std::shared_ptr<CDownloadMediaBtn>, 5> {
+  public:
+    [[nodiscard]] std::shared_ptr<CDownloadMediaBtn> find(const DocumentKey& document) const;
+};
+
 class PageButtons {
   public:
-    /// Shows the document's button and hides the others. Under the shared-list lock where it could be had.
-    virtual void selectDocument(DocumentId document) = 0;
-    /// Removes a document's button with its entries. Under the shared-list lock where it could be had.
-    virtual void forget(const DocumentKey& document) = 0;
-    /// The page has new entries, and its button may show them; makes the button when there is none. On the
-    /// browser's main thread, not under the lock. `document` is the page's own.
-    virtual void mediaChanged(nsISupports* document, const MediaPage& page) = 0;
-    /// The user selected a part of a page that holds `links`, one per line.
-    virtual void offerSelectedLinks(std::u16string_view links) = 0;
+    // Under the shared-list lock where it could be had; settle() follows.
 
-  protected:
-    ~PageButtons() = default;
+    /// The document's button is to be seen, the others are not.
+    void selectDocument(DocumentId document) noexcept;
+    /// Takes a document's button out of the list.
+    void forget(const DocumentKey& document);
+
+    // Not under the lock.
+
+    /// Shows, hides and closes what the changes of the list have asked for.
+    void settle();
+    /// The page has new entries, and its button may show them; makes the button when there is none. `document`
+    /// is the page's own.
+    void mediaChanged(nsISupports* document, const MediaPage& page);
+
+  private:
+    bool add(const std::shared_ptr<CDownloadMediaBtn>& button);
+
+    CDownloadButtonsArray buttons_;
+    std::vector<std::shared_ptr<CDownloadMediaBtn>> leaving_;  // out of the list, still to be closed
 };
 
 PageButtons& pageButtons() noexcept;

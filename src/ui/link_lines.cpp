@@ -1,0 +1,30 @@
+#include "ui/link_lines.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+#include "binding/text.h"
+#include "binding/utf.h"
+#include "intercept/url.h"
+
+namespace zab {
+namespace {
+
+constexpr std::string_view kSchemes[] = {"http", "https", "ftp"};
+
+}  // namespace
+
+std::vector<std::string> linksOfLines(std::u16string_view lines) {
+    std::vector<std::string> links;
+    std::unordered_set<std::string> seen;
+    while (!lines.empty() && links.size() < kMostSelectedLinks) {
+        const std::u16string_view line = upTo(lines, u'\n');
+        lines.remove_prefix(std::min(line.size() + 1, lines.size()));
+        std::string link(trim(utf8FromUtf16(upToNul(line))));
+        if (isOneOfIgnoringCase(schemeOf(link), kSchemes) && seen.insert(link).second)
+            links.push_back(std::move(link));
+    }
+    return links;
+}
+
+}  // namespace zab

@@ -1,0 +1,131 @@
+#include "ui/media_button.h"
+
+#include <string_view>
+#include <utility>
+
+#include "binding/browser_string.h"
+#include "binding/guard.h"
+#include "binding/text.h"
+#include "entry/documents.h"
+#include "entry/event_listening.h"
+#include "ui/button_windows.h"
+
+namespace zab {
+namespace {
+
+constexpr std::u16string_view kUnload = u"unload", kScroll = u"scroll", kResize = u"resize";
+/// The part of a browser window that shows pages.
+constexpr std::u16string_view kContentElement = u"appcontent";
+
+InterfacePtr<nsISupports> heldBy(nsISupports* object) noexcept {
+    if (object != nullptr) object->AddRef();
+    return InterfacePtr<nsISupports>(object);
+}
+
+InterfacePtr<nsISupports> windowOf(iZABHelper5& helper, nsISupports* document) noexcept {
+    nsISupports* window = nullptr;
+    if (failed(helper.GetDocumentWindow(document, &window))) return {};
+    return InterfacePtr<nsISupports>(window);
+}
+
+std::optional<ElementBox> contentBoxOf(iZABHelper5& helper, nsISupports* document) noexcept {
+    WideContainer id(kContentElement);
+    ElementBox box;
+    if (!id.ready() ||
+        failed(helper.GetElementBox(document, id.get(), &box.x, &box.y, &box.width, &box.height)))
+        return std::nullopt;
+    return box;
+}
+
+std::u16string typeOf(iZABHelper5& helper, nsISupports* event) {
+    WideContainer type;
+    if (!type.ready() || failed(helper.GetEventType(event, type.get()))) return {};
+    return std::u16string(type.view());
+}
+
+}  // namespace
+
+template <class Self>
+nsresult ButtonListener<Self>::HandleEvent(nsISupports* event) {
+    return guarded(NS_OK, [&] {
+        // An "unload" takes the browser's reference and the button's.
+        this->AddRef();
+        const InterfacePtr<nsISupports> alive(this->identity());
+        if (button_ != nullptr) button_->handle(event);
+        return NS_OK;
+    });
+}
+
+template class ButtonListener<CBtnMouseListener>;
+template class ButtonListener<CElementUnloadListener>;
+
+CDownloadMediaBtn::CDownloadMediaBtn(nsISupports* document, const MediaPage& page)
+    : document_(page.document),
+      bonds_{heldBy(document), {}, {}, {}},
+      plan_{page.browserWindow, page.controller, {}, page.document.id, page.url} {}
+
+template <class Change>
+void CDownloadMediaBtn::Bonds::forEachEvent(iZABHelper5& helper, Change change) const {
+    if (!mouseListener || !unloadListener) return;
+    if (const auto target = eventTargetOf(helper, domWindow.get()))
+        for (const std::u16string_view type : {kUnload, kScroll, kResize})
+            change(helper, type, target.get(), mouseListener->identity());
+    change(helper, kUnload, document.get(), unloadListener->identity());
+}
+
+bool CDownloadMediaBtn::open(IZABButtonManager& manager) {
+    const auto helper = service<iZABHelper5>();
+    if (!helper) return false;
+    bonds_.domWindow = windowOf(*helper.get(), bonds_.document.get());
+    bonds_.mouseListener = makeObject<CBtnMouseListener>(*this);
+    bonds_.unloadListener = makeObject<CElementUnloadListener>(*this);
+    bonds_.forEachEvent(*helper.get(), addListener);
+    if (!place(*helper.get())) return false;
+    window_ = createButton(manager, plan_);
+    return window_ != 0;
+}
+
+bool CDownloadMediaBtn::place(iZABHelper5& helper) {
+    const auto content = contentBoxOf(helper, bonds_.document.get());
+    const auto window = windowFactsOf(plan_.parent);
+    if (!window || (placement_.inContentArea && !content)) return false;
+    placement_ = placementOf(*window, content, placement_);
+    plan_.rect = placement_.visible;
+    return true;
+}
+
+void CDownloadMediaBtn::setMenu(IZABButtonManager& manager, const Menu& menu) const {
+    if (isOpen(window_)) setEntries(manager, window_, plan_, menu);
+}
+
+void CDownloadMediaBtn::follow() {
+    const auto helper = service<iZABHelper5>();
+    if (helper && isOpen(window_) && place(*helper.get())) postMove(window_, plan_.rect);
+}
+
+void CDownloadMediaBtn::settle(IZABButtonManager& manager) {
+    if (shown_ == wanted_ || !isOpen(window_)) return;
+    shown_ = wanted_;
+    manager.ShowButton(window_, wanted_ ? 1 : 0);
+}
+
+void CDownloadMediaBtn::close() noexcept {
+    // Taken away first: giving something back may lead here once more.
+    const Bonds bonds = std::exchange(bonds_, {});
+    if (bonds.mouseListener) bonds.mouseListener->leaveButton();
+    if (bonds.unloadListener) bonds.unloadListener->leaveButton();
+    postClose(std::exchange(window_, 0));
+    if (!bonds.document) return;
+    if (const auto helper = service<iZABHelper5>()) bonds.forEachEvent(*helper.get(), removeListener);
+}
+
+void CDownloadMediaBtn::handle(nsISupports* event) {
+    const auto helper = service<iZABHelper5>();
+    if (!helper) return;
+    const std::u16string type = typeOf(*helper.get(), event);
+    const auto is = [&](std::u16string_view name) { return equalsIgnoringCase<char16_t>(type, name); };
+    if (is(kScroll) || is(kResize)) follow();
+    if (is(kUnload)) forgetDocument(DocumentKey(document_));
+}
+
+}  // namespace zab

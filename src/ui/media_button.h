@@ -1,0 +1,96 @@
+// The button of one page that has media: its window, drawn by the button library, and the listeners that keep
+// it where the page is.
+//
+// Lives on the browser's main thread. It calls the extension and the library, so never under the shared-list
+// lock.
+#pragma once
+
+#include <optional>
+
+#include "binding/browser_object.h"
+#include "binding/interfaces/dom.h"
+#include "binding/interfaces/helpers.h"
+#include "media/capture/media_pages.h"
+#include "ui/button_library.h"
+
+namespace zab {
+
+class CDownloadMediaBtn;
+
+/// Passes the page's events on, as long as the button lives.
+template <class Self>
+class ButtonListener : public BrowserObject<Self, nsIDOMEventListener> {
+  public:
+    explicit ButtonListener(CDownloadMediaBtn& button) noexcept : button_(&button) {}
+    /// Slot 3. Always succeeds.
+    nsresult HandleEvent(nsISupports* event) override;
+    /// An event that is still on its way finds nobody.
+    void leaveButton() noexcept { button_ = nullptr; }
+
+  protected:
+    ~ButtonListener() = default;
+
+  private:
+    CDownloadMediaBtn* button_;
+};
+
+/// Hears "scroll", "resize" and "unload" of the page's window.
+class CBtnMouseListener final : public ButtonListener<CBtnMouseListener> {
+    using ButtonListener::ButtonListener;
+};
+
+/// Hears "unload" of the document itself, for one that goes without its window.
+class CElementUnloadListener final : public ButtonListener<CElementUnloadListener> {
+    using ButtonListener::ButtonListener;
+};
+
+class CDownloadMediaBtn {
+  public:
+    /// Holds the document and its window until close().
+    CDownloadMediaBtn(nsISupports* document, const MediaPage& page);
+    ~CDownloadMediaBtn() { close(); }
+    CDownloadMediaBtn(const CDownloadMediaBtn&) = delete;
+    CDownloadMediaBtn& operator=(const CDownloadMediaBtn&) = delete;
+
+    [[nodiscard]] const DocumentKey& document() const noexcept { return document_; }
+
+    /// Listens, and makes the button's window. False: there is none.
+    bool open(IZABButtonManager& manager);
+    /// Nothing happens from here on once the user has closed the button: the page gets no other.
+    void setMenu(IZABButtonManager& manager, const Menu& menu) const;
+    /// Moves the button to where the page is now; a call that fails leaves it where it was.
+    void follow();
+    /// Whether the button is to be seen; settle() makes it so.
+    void wantShown(bool wanted) noexcept { wanted_ = wanted; }
+    void settle(IZABButtonManager& manager);
+    /// Gives listeners and references back and asks the window to close. May be called again.
+    void close() noexcept;
+
+    /// An event of the page. The button may be gone behind it.
+    void handle(nsISupports* event);
+
+  private:
+    /// All that ties it to the browser.
+    struct Bonds {
+        InterfacePtr<nsISupports> document;
+        InterfacePtr<nsISupports> domWindow;
+        InterfacePtr<CBtnMouseListener> mouseListener;
+        InterfacePtr<CElementUnloadListener> unloadListener;
+
+        /// Calls `change` (add or remove a listener) for each event that the button listens to.
+        template <class Change>
+        void forEachEvent(iZABHelper5& helper, Change change) const;
+    };
+
+    bool place(iZABHelper5& helper);
+
+    DocumentKey document_;
+    Bonds bonds_;
+    ButtonPlan plan_;
+    Placement placement_;
+    WindowHandle window_ = 0;
+    bool wanted_ = false;
+    std::optional<bool> shown_;  // what the library was last told
+};
+
+}  // namespace zab
