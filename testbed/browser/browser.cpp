@@ -90,6 +90,7 @@ Page& Browser::opensPage(std::string url, std::u16string title, std::uint64_t do
 
 void Browser::dropsPage(Page& page) {
     if (page.domWindow != nullptr) page.domWindow->letGo();
+    page.windowTarget->letGo();
     page.letGo();
 }
 
@@ -137,6 +138,27 @@ void Browser::mouse(std::u16string type, Page* page, std::u16string selectedLink
     auto& event = make<Event>(std::move(type), page);
     event.selectedLinks = std::move(selectedLinks);
     intoModule([&] { return exports_.OnME(event.asSupports()); });
+    event.letGo();
+}
+
+void Browser::fires(std::u16string type, Page& page) {
+    auto& event = make<Event>(type, &page);
+    auto listeners = page.windowTarget->listeners;
+    if (type == u"unload") listeners.insert(listeners.end(), page.listeners.begin(), page.listeners.end());
+    std::erase_if(listeners, [&](const auto& row) { return row.first != type; });
+    for (const auto& row : listeners) callModule(StandInCall::addRef, row.second);
+    for (const auto& row : listeners) {
+        void* listener = nullptr;
+        callModule(StandInCall::queryInterface, row.second, argument(&nsIDOMEventListener::kIID),
+                   argument(&listener));
+        if (listener == nullptr) {
+            violates("a listener is none");
+            continue;
+        }
+        callModule(StandInCall::handleEvent, listener, argument(event.asSupports()));
+        callModule(StandInCall::release, listener);
+    }
+    for (const auto& row : listeners) callModule(StandInCall::release, row.second);
     event.letGo();
 }
 

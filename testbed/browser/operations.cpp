@@ -221,8 +221,11 @@ struct Operations {
     static nsresult selectedLinks(const Call& call, Event& event) {
         return call.set(1, std::u16string_view(event.selectedLinks));
     }
-    static nsresult windowEventTarget(const Call& call, ChromeWindow& window) {
-        return call.give(1, &window.target);
+    /// Of a top-level window, or of a document's.
+    static nsresult windowEventTarget(const Call& call) {
+        if (auto* window = call.object<ChromeWindow>(0)) return call.give(1, &window->target);
+        if (auto* window = call.object<BaseWindow>(0)) return call.give(1, window->target);
+        return NS_ERROR_FAILURE;
     }
     static nsresult addEventListener(const Call& call, EventTarget& target) {
         auto* listener = call.pointer<nsISupports>(2);
@@ -298,7 +301,7 @@ constexpr Operation kHelper5Rows[] = {{17, ofEvent<&O::eventType>},
                                       {66, ofEvent<&O::targetDocument>},
                                       {67, &on<EventTarget, 1, &O::removeEventListener>},
                                       {68, ofChannel<&O::visitRequestHeaders>},
-                                      {69, &on<ChromeWindow, 0, &O::windowEventTarget>},
+                                      {69, &O::windowEventTarget},
                                       {70, ofChannel<&O::channelDocument>},
                                       {71, ofPage<&O::pageIdentity>},
                                       {72, ofPage<&O::pageInfo>},

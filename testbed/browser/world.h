@@ -22,8 +22,16 @@ inline constexpr std::uint32_t kTopLevelLoad = 0x80000 | kDocumentLoad;
 
 struct BaseWindow;
 
+/// Where events arrive.
+struct EventTarget : BedObject {
+    explicit EventTarget(Browser& browser, std::string name = "event target")
+        : BedObject(browser, std::move(name)) {}
+
+    std::vector<std::pair<std::u16string, nsISupports*>> listeners;  // in order of their registration
+};
+
 /// A document. Its window answers to the base-window layout of the browser's version.
-struct Page : BedObject {
+struct Page : EventTarget {
     Page(Browser& browser, std::string address, std::u16string pageTitle, std::uint64_t documentId);
 
     std::string url;
@@ -33,6 +41,7 @@ struct Page : BedObject {
     std::map<std::u16string, std::u16string> attributes;  // the document ID among them
     std::map<std::u16string, std::array<std::int32_t, 4>> boxes;
     BaseWindow* domWindow;
+    EventTarget* windowTarget;  // of that window
 };
 
 /// Body of a request as the browser holds it.
@@ -93,13 +102,6 @@ struct Event : BedObject {
     std::u16string type;
     Page* page;
     std::u16string selectedLinks{};
-};
-
-/// Where a window's events arrive.
-struct EventTarget : BedObject {
-    explicit EventTarget(Browser& browser) : BedObject(browser, "event target") {}
-
-    std::vector<std::pair<std::u16string, nsISupports*>> listeners;  // in order of their registration
 };
 
 /// A top-level window of the browser: what window notifications tell of.

@@ -78,6 +78,8 @@ extern "C" __declspec(dllexport) uint32_t
         case StandInCall::deleteThis:
             static_cast<iZABSListener*>(object)->DeleteThis(static_cast<uint32_t>(a));
             return NS_OK;
+        case StandInCall::handleEvent:
+            return static_cast<nsIDOMEventListener*>(object)->HandleEvent(pointer<nsISupports>(a));
     }
     return NS_ERROR_UNEXPECTED;
 }

@@ -46,6 +46,7 @@ enum class StandInCall : uint32_t {
     wantsMoreData,    // iZABSListener; a: uint32_t*
     responseData,     // iZABSListener; a: bytes, b: length
     deleteThis,       // iZABSListener; a: flags
+    handleEvent,      // nsIDOMEventListener; a: event
 };
 
 /// Objects that the runtime itself still holds memory for.
