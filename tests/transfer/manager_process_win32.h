@@ -3,6 +3,7 @@
 
 #include "binding/wide_win32.h"
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -48,6 +49,13 @@ class ManagerProcess {
     void set(const char* name, const std::string& value, const char* key = kKey) {
         RegSetKeyValueA(HKEY_CURRENT_USER, key, name, REG_SZ, value.c_str(),
                         static_cast<DWORD>(value.size() + 1));
+    }
+
+    /// Transfers that have arrived by now.
+    std::size_t count() const {
+        std::ifstream file(log_);
+        return static_cast<std::size_t>(
+            std::count(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>(), '\n'));
     }
 
     /// The transfer with this number, from 0; null when it does not arrive.

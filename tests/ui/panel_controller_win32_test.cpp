@@ -1,0 +1,352 @@
+// Real controller windows, spoken to from this process and from another one. Needs a display and
+// zab_manager.exe beside the test program.
+#include "ui/panel_controller.h"
+
+#include <gtest/gtest.h>
+
+#include "binding/wide_win32.h"
+// Behind windows.h, which it needs.
+#include <psapi.h>
+
+#include <atomic>
+#include <random>
+#include <thread>
+
+#include "settings/handle_win32.h"
+#include "settings/settings_keys_win32.h"
+#include "settings/shared_list_lock.h"
+#include "transfer/manager_process_win32.h"
+#include "ui/media_choice.h"
+#include "ui/media_request_check.h"
+#include "ui/panel_messages.h"
+#include "ui/panel_settings.h"
+
+namespace zab {
+namespace {
+
+using namespace panel_messages;
+using nlohmann::json;
+using zabtest::requestItem;
+
+HWND windowOf(WindowHandle handle) { return reinterpret_cast<HWND>(handle); }
+
+std::string textOf(HWND window, int(WINAPI* read)(HWND, char*, int)) {
+    char text[200]{};
+    read(window, text, sizeof text);
+    return text;
+}
+
+/// How many of the messages said that a request is resolved.
+int dispatchAll() {
+    int resolved = 0;
+    for (MSG message; PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE);) {
+        resolved += message.message == kResolved;
+        DispatchMessageA(&message);
+    }
+    return resolved;
+}
+
+/// What the browser's main thread does all day, for so long or until `done`.
+template <class Done>
+bool pumpUntil(Done done, ULONGLONG ms = 20000) {
+    for (const ULONGLONG end = GetTickCount64() + ms; GetTickCount64() < end;) {
+        dispatchAll();
+        if (done()) return true;
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+    }
+    return false;
+}
+void pump(ULONGLONG ms) {
+    pumpUntil([] { return false; }, ms);
+}
+
+LRESULT copies(HWND window, const std::string& payload, ULONG_PTR number = kRequestByCopy) {
+    COPYDATASTRUCT copy{number, static_cast<DWORD>(payload.size()), const_cast<char*>(payload.data())};
+    return SendMessageA(window, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&copy));
+}
+
+std::size_t privateBytes() {
+    PROCESS_MEMORY_COUNTERS counters{};
+    counters.cb = sizeof counters;
+    K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+    return counters.PagefileUsage;
+}
+
+/// A browser window with one page, 7, that may have media.
+class Panel : public ::testing::Test {
+  protected:
+    Panel() {
+        createSharedListMutex();
+        browserWindow = makeWindow();
+        controller = windowOf(pageController(handleOf(browserWindow)));
+    }
+    ~Panel() override {
+        DestroyWindow(browserWindow);
+        forget(7);
+    }
+
+    static HWND makeWindow() {
+        return CreateWindowExA(0, "Static", "browser", WS_OVERLAPPEDWINDOW, 0, 0, 300, 200, nullptr, nullptr,
+                               nullptr, nullptr);
+    }
+    static WindowHandle handleOf(HWND window) { return reinterpret_cast<WindowHandle>(window); }
+    static void forget(DocumentId document) {
+        const SharedListLock lock(OnTimeout::skip);
+        mediaPages().forget({nullptr, document});
+        requestLists().forget({nullptr, document});
+        selectedLinks() = {};
+    }
+    void open(DocumentId document, std::initializer_list<const char*> links) {
+        const SharedListLock lock(OnTimeout::skip);
+        auto& page = mediaPages().open(
+            {{nullptr, document}, "http://page.example/", "", handleOf(browserWindow), handleOf(controller)});
+        for (const char* link : links) {
+            MediaEntry entry;
+            entry.link = link;
+            entry.page.url = "http://page.example/";
+            entry.extension = "mp4";
+            page.media.offer(std::move(entry));
+        }
+    }
+    /// The URLs that reach the download manager, in order.
+    void expectReceived(const testing::ManagerProcess& manager, std::vector<std::string> urls) {
+        std::vector<std::string> received;
+        pumpUntil([&] { return manager.count() >= urls.size(); });
+        for (std::size_t i = 0; i < urls.size(); ++i) received.push_back(manager.received(i).value("url", ""));
+        EXPECT_EQ(received, urls);
+    }
+
+    HWND browserWindow, controller;
+};
+
+TEST_F(Panel, HasOneWindowForEachBrowserWindowAndOneForTheProcess) {
+    ASSERT_NE(controller, nullptr);
+    EXPECT_EQ(textOf(controller, GetClassNameA), "ZAB Download Panel controller class");
+    EXPECT_EQ(textOf(controller, GetWindowTextA), "ZAB DwnlPanelCtrl Window");
+    EXPECT_EQ(GetParent(controller), browserWindow);
+    EXPECT_EQ(GetWindowLongA(controller, GWL_STYLE) & (WS_CHILD | WS_VISIBLE), WS_CHILD);
+    EXPECT_EQ(GetClassLongA(controller, GCL_STYLE), CS_VREDRAW | CS_HREDRAW);
+
+    const HWND process = windowOf(processController());
+    ASSERT_NE(process, nullptr);
+    EXPECT_EQ(process, FindWindowExA(HWND_MESSAGE, nullptr, "ZAB_Download_Panel_controller2_class",
+                                     std::to_string(GetCurrentProcessId()).c_str()));
+    EXPECT_NE(GetWindowThreadProcessId(process, nullptr), GetCurrentThreadId());
+    for (const HWND window : {controller, process}) EXPECT_EQ(SendMessageA(window, kAlive, 1, 2), 1);
+
+    EXPECT_EQ(pageController(handleOf(browserWindow)), handleOf(controller)) << "one for each";
+    const HWND other = makeWindow();
+    const WindowHandle others = pageController(handleOf(other));
+    EXPECT_NE(others, handleOf(controller));
+    DestroyWindow(other);
+    EXPECT_FALSE(IsWindow(windowOf(others))) << "lives as long as its browser window";
+    EXPECT_EQ(pageController(handleOf(other)), 0u) << "which is gone";
+    EXPECT_EQ(pageController(0), 0u);
+    EXPECT_EQ(pageController(handleOf(GetDesktopWindow())), 0u) << "a window of another process";
+}
+
+TEST_F(Panel, StartsAnewWhenItsThreadWasEnded) {
+    const HWND ended = windowOf(processController());
+    PostThreadMessageA(GetWindowThreadProcessId(ended, nullptr), WM_QUIT, 0, 0);
+    ASSERT_TRUE(testing::waitFor([&] { return !IsWindow(ended); }));
+    const HWND again = windowOf(processController());
+    EXPECT_EQ(SendMessageA(again, kAlive, 0, 0), 1);
+}
+
+TEST_F(Panel, TakesRequestsOfItsOwnNumberAlone) {
+    const std::string payload = requestItem(30, u"http://h.example/a.mp4");
+    EXPECT_EQ(copies(controller, payload), 1);
+    EXPECT_EQ(copies(controller, payload, kRequestByCopy + 1), 0);
+    COPYDATASTRUCT noData{kRequestByCopy, 4, nullptr};
+    EXPECT_EQ(SendMessageA(controller, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&noData)), 0);
+    EXPECT_EQ(SendMessageA(controller, WM_COPYDATA, 0, 0), 0);
+    pump(50);
+}
+
+TEST_F(Panel, FollowsNoAddressOfAStranger) {
+    MediaEntry entry;
+    for (const HWND window : {controller, windowOf(processController())})
+        for (const UINT number : {kResolve, kResolved, kFileEntry})
+            for (const LPARAM address : {LPARAM{0}, LPARAM{8}, LPARAM{-1}, reinterpret_cast<LPARAM>(&entry)}) {
+                EXPECT_EQ(SendMessageA(window, number, 0, address), 0);
+                PostMessageA(window, number, 0, address);
+            }
+    pump(50);
+    EXPECT_EQ(SendMessageA(windowOf(processController()), kAlive, 0, 0), 1);
+}
+
+TEST_F(Panel, FilesEntriesOfKnownPages) {
+    open(7, {});
+    const auto sends = [](WindowHandle window, DocumentId document) {
+        auto entry = std::make_unique<MediaEntry>();
+        entry->link = "http://h.example/a.mp4";
+        entry->extension = "mp4";
+        entry->page.documentId = document;
+        return sendEntry(window, std::move(entry));
+    };
+    EXPECT_TRUE(sends(handleOf(controller), 7));
+    EXPECT_FALSE(sends(handleOf(controller), 8)) << "an unknown page";
+    EXPECT_FALSE(sends(0x1234568, 7)) << "no window";
+    EXPECT_FALSE(sendEntry(handleOf(controller), nullptr));
+    const SharedListLock lock(OnTimeout::skip);
+    EXPECT_EQ(mediaPages().find(7)->media.entries().size(), 1u);
+}
+
+TEST_F(Panel, SettingsNameTypesInModeThree) {
+    RegDeleteTreeA(HKEY_CURRENT_USER, kSelectedPanelPath);
+    EXPECT_EQ(CDwnlSelectedPanelSettings::load().mode, 1u);
+    for (const char* name : {"\\mp4", "\\zip"})
+        RegistryKey::create((kSelectedPanelPath + std::string(name)).c_str());
+    const RegistryKey key = RegistryKey::create(kSelectedPanelPath);
+    for (const std::uint32_t mode : {2u, 3u}) {
+        key.write("PanelMode", mode);
+        const auto settings = CDwnlSelectedPanelSettings::load();
+        EXPECT_EQ(settings.mode, mode);
+        EXPECT_EQ(settings.names,
+                  mode == 3 ? (std::vector<std::string>{"mp4", "zip"}) : std::vector<std::string>{});
+    }
+    RegDeleteTreeA(HKEY_CURRENT_USER, kSelectedPanelPath);
+}
+
+/// The other process: this program again, with nothing to do but this.
+TEST(PanelOtherProcess, DISABLED_Asks) {
+    char window[32]{}, payload[2000]{};
+    GetEnvironmentVariableA("PANEL_WINDOW", window, sizeof window);
+    GetEnvironmentVariableA("PANEL_URL", payload, sizeof payload);
+    const std::u16string url(payload, payload + std::strlen(payload));
+    EXPECT_EQ(copies(windowOf(std::stoull(window)), requestItem(30, url) + requestItem(32, u"7")), 1);
+}
+
+Handle otherProcessAsks(HWND window, const char* url) {
+    SetEnvironmentVariableA("PANEL_WINDOW", std::to_string(reinterpret_cast<std::uintptr_t>(window)).c_str());
+    SetEnvironmentVariableA("PANEL_URL", url);
+    char program[MAX_PATH]{};
+    GetModuleFileNameA(nullptr, program, MAX_PATH);
+    std::string command = "\"" + std::string(program) +
+                          "\" --gtest_also_run_disabled_tests --gtest_brief=1 "
+                          "--gtest_filter=PanelOtherProcess.DISABLED_Asks";
+    STARTUPINFOA startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
+    CloseHandle(process.hThread);
+    return Handle(process.hProcess);
+}
+
+TEST_F(Panel, AChoiceMadeInAnotherProcessReachesTheDownloadManager) {
+    testing::ManagerProcess manager;
+    ASSERT_TRUE(manager.isRegistered(true));
+    open(7, {"hlstozab://http://h.example/a.m3u8", "http://h.example/b.mp4"});
+    {
+        const SharedListLock lock(OnTimeout::skip);
+        OBJECTREQUESTSARRAY_ITEM object;
+        object.url = "http://cdn.example/file.mp3";
+        object.documentId = 7;
+        requestLists().requested.add(std::move(object));
+        selectedLinks() = {7, "http://page.example/", handleOf(controller), {"http://h.example/1.zip"}};
+    }
+    const struct {
+        HWND window;
+        const char* url;
+        std::vector<std::string> received;
+    } rows[] = {
+        {controller, "http://h.example/b.mp4", {"http://h.example/b.mp4"}},
+        {controller, "!ALL!", {"hlstozab://http://h.example/a.m3u8", "http://h.example/b.mp4"}},
+        {controller, "rtmp://x/[[IMPORT]]/cdn.example/file.mp3", {"http://cdn.example/file.mp3"}},
+        {windowOf(processController()), "!ALL!", {"http://h.example/1.zip"}},
+    };
+    std::vector<std::string> received;
+    for (const auto& row : rows) {
+        const Handle process = otherProcessAsks(row.window, row.url);
+        received.insert(received.end(), row.received.begin(), row.received.end());
+        pumpUntil([&] { return WaitForSingleObject(process.get(), 0) == WAIT_OBJECT_0; });
+        expectReceived(manager, received);
+    }
+    const json line = manager.received(0);
+    EXPECT_EQ(line.at("flags"), 0);
+    EXPECT_EQ(line.at("extraData")[3], "mp4");
+    EXPECT_EQ(line.at("extraData")[7], "http://page.example/");
+    EXPECT_EQ(manager.received(4).at("referrer"), "http://page.example/") << "of a selected link: its page";
+}
+
+TEST_F(Panel, OutlivesRandomRequests) {
+    std::mt19937 random(20792);
+    const auto below = [&random](std::uint32_t limit) { return random() % limit; };
+    std::string noise(1 << 16, '\0');
+    for (char& c : noise) c = static_cast<char>(random());
+    const auto noiseOf = [&](std::uint32_t size) { return std::string_view(noise).substr(below(60000), size); };
+    // Most to the window of this thread: a thread's turn costs more than a request.
+    const auto windowOfRequest = [&](int i) {
+        return i % 16 == 0 ? windowOf(processController()) : controller;
+    };
+    const auto sendSome = [&](int count) {
+        for (int i = 0; i < count; ++i) {
+            std::string payload;
+            for (std::uint32_t items = below(4); items > 0; --items) {  // well-formed ones, then bytes
+                const auto value = noiseOf(below(800));
+                payload += {static_cast<char>(below(60)), static_cast<char>(value.size() & 0xFF),
+                            static_cast<char>(value.size() >> 8), '\0'};
+                payload += value;
+            }
+            payload += noiseOf(1 + below(16));
+            ASSERT_EQ(copies(windowOfRequest(i), payload), 1);
+            if (i % 16 == 0) dispatchAll();
+        }
+        pump(100);
+    };
+    sendSome(5'000);
+    const std::size_t before = privateBytes();
+    sendSome(95'000);
+    EXPECT_LT(privateBytes(), before + (8u << 20)) << "a request that names nothing is freed";
+    EXPECT_EQ(SendMessageA(windowOf(processController()), kAlive, 0, 0), 1);
+}
+
+/// The main thread opens and forgets pages, while the controller's thread looks up what a third one asks for.
+/// What was found is gone again when the main thread is told, so that nothing is transferred.
+TEST_F(Panel, ListsSurviveBothThreads) {
+    testing::ManagerProcess manager;
+    ASSERT_TRUE(manager.isRegistered(true));
+    const HWND process = windowOf(processController());
+    const std::size_t before = privateBytes();
+    std::atomic<bool> ends{false};
+    std::atomic<int> asked{0};
+    std::thread other([&] {
+        const std::u16string urls[] = {u"http://h.example/a.mp4", u"!ALL!", u"http://h.example/o.mp4",
+                                       u"unknown"};
+        while (!ends) {
+            const int i = asked++;
+            copies(process, requestItem(30, urls[i % 4]) + requestItem(32, i % 3 == 0 ? u"7" : u"8"));
+        }
+    });
+    int rounds = 0, found = 0;
+    for (const ULONGLONG end = GetTickCount64() + 10'000; GetTickCount64() < end; ++rounds) {
+        for (const DocumentId document : {7, 8}) {
+            open(document, {"http://h.example/a.mp4", "http://h.example/b.mp4"});
+            const SharedListLock lock(OnTimeout::skip);
+            OBJECTREQUESTSARRAY_ITEM object;
+            object.url = "http://h.example/o.mp4";
+            object.documentId = document;
+            requestLists().examined.add(std::move(object));
+        }
+        auto entry = std::make_unique<MediaEntry>();
+        entry->link = "http://h.example/c.mp4";
+        entry->extension = "mp4";
+        entry->page.documentId = 7;
+        ASSERT_TRUE(sendEntry(handleOf(controller), std::move(entry)));
+        Sleep(1);
+        for (const DocumentId document : {7, 8}) forget(document);
+        found += dispatchAll();
+    }
+    ends = true;
+    other.join();
+    EXPECT_GT(found, 100) << "of " << asked << " in " << rounds << " rounds";
+    EXPECT_EQ(manager.count(), 0u);
+    EXPECT_LT(privateBytes(), before + (8u << 20));
+    // No record was lost on its way: the table still has room for this one.
+    open(7, {"http://h.example/last.mp4"});
+    EXPECT_EQ(copies(process, requestItem(30, u"http://h.example/last.mp4") + requestItem(32, u"7")), 1);
+    expectReceived(manager, {"http://h.example/last.mp4"});
+}
+
+}  // namespace
+}  // namespace zab
