@@ -90,6 +90,13 @@ SettingsTree& SettingsTree::remove(const std::string& path) {
     return *this;
 }
 
+SettingsTree& SettingsTree::setCompanions() {
+    char path[MAX_PATH]{};
+    GetModuleFileNameA(nullptr, path, MAX_PATH);
+    const std::string program(path);
+    return set("ExePath", program.substr(0, program.rfind('\\')) + "\\companions\\zabrion.exe");
+}
+
 std::optional<std::uint32_t> SettingsTree::number(const std::string& path) const {
     const auto [key, value] = placeOf(path);
     DWORD number = 0, size = sizeof(number);

@@ -26,6 +26,8 @@ class SettingsTree {
     SettingsTree& set(const std::string& path, std::string_view text);
     SettingsTree& set(const std::string& path, std::uint32_t number);
     SettingsTree& remove(const std::string& path);
+    /// Names a program in the folder of the stand-in companion libraries.
+    SettingsTree& setCompanions();
     [[nodiscard]] std::optional<std::uint32_t> number(const std::string& path) const;
     [[nodiscard]] std::optional<std::string> text(const std::string& path) const;
     /// The change that the download manager signals when it has written settings.

@@ -110,13 +110,13 @@ LRESULT CALLBACK buttonProcedure(HWND window, UINT message, WPARAM wParam, LPARA
 }
 
 bool registerClass() {
-    WNDCLASSA type{};
+    WNDCLASSW type{};
     type.style = CS_HREDRAW | CS_VREDRAW;
     type.lpfnWndProc = buttonProcedure;
-    type.hInstance = GetModuleHandleA(nullptr);
-    type.hCursor = LoadCursorA(nullptr, MAKEINTRESOURCEA(32649));  // a hand
+    type.hInstance = GetModuleHandleW(nullptr);
+    type.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(32649));  // a hand
     type.lpszClassName = kButtonClass;
-    return RegisterClassA(&type) != 0;
+    return RegisterClassW(&type) != 0;
 }
 
 }  // namespace
@@ -125,12 +125,11 @@ HWND makeButtonWindow(HWND parent, const RECT& place, const std::u16string& capt
     static const bool registered = registerClass();
     if (!registered) return nullptr;
     const RECT corner = cornerOf(place);
-    const HWND window =
-        CreateWindowExA(WS_EX_NOPARENTNOTIFY, kButtonClass, "", WS_CHILD | WS_CLIPSIBLINGS, corner.left,
-                        corner.top, kWidth, kHeight, parent, nullptr, GetModuleHandleA(nullptr), nullptr);
+    const HWND window = CreateWindowExW(WS_EX_NOPARENTNOTIFY, kButtonClass, wide(caption),
+                                        WS_CHILD | WS_CLIPSIBLINGS, corner.left, corner.top, kWidth, kHeight,
+                                        parent, nullptr, GetModuleHandleA(nullptr), nullptr);
     if (window == nullptr) return nullptr;
     buttons()[window] = std::make_shared<Button>(Button{caption, controller, {}});
-    SetWindowTextW(window, wide(caption));
     return window;
 }
 

@@ -22,7 +22,7 @@ struct ButtonPage {
 };
 
 /// The class name of the windows, by which a test finds them.
-inline constexpr const char* kButtonClass = "ZAB stand-in button";
+inline constexpr const wchar_t* kButtonClass = L"ZAB stand-in button";
 
 /// Not visible yet; null when it cannot be made. Obeys 0x469 (move) and WM_CLOSE; a choice in its menu goes to
 /// `controller`.
