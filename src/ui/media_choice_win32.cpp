@@ -1,5 +1,6 @@
 #include "binding/browser_text_win32.h"
 #include "binding/utf.h"
+#include "intercept/file_name.h"
 #include "ui/media_choice.h"
 
 namespace zab {
@@ -7,7 +8,7 @@ namespace zab {
 void makeNarrow(TransferRecord& record) {
     for (std::string* text : {&record.description, &record.pageTitle})
         // What is no UTF-8 is narrow already.
-        if (wellFormedUtf8(*text) == *text) *text = narrowPreferringAnsi(utf16FromUtf8(*text)).value_or("");
+        if (isCompleteUtf8(*text)) *text = narrowPreferringAnsi(utf16FromUtf8(*text)).value_or("");
 }
 
 }  // namespace zab
