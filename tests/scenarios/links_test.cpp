@@ -40,6 +40,13 @@ class Links : public ::testing::Test {
         return static_cast<nsresult>(
             browser.intoModule([&] { return browser.module().DownloadAllWithZAB(text, page, cookies); }));
     }
+    nsresult downloadsMedia(std::u16string_view documentId, bool ten) {
+        const auto id = wide(documentId);
+        return static_cast<nsresult>(browser.intoModule([&] {
+            const auto& module = browser.module();
+            return (ten ? module.DownloadLast10FLVwithZAB : module.DownloadLastFLVwithZAB)(id);
+        }));
+    }
     std::int32_t asksPolicy(std::uint32_t type, std::string_view url, std::string_view mimeGuess = "") {
         const auto address = narrow(url), origin = narrow(kPage), mime = narrow(mimeGuess);
         const auto document = wide(u"17");
@@ -118,6 +125,16 @@ TEST_F(Links, APageWithoutLinksIsToldOnce) {
     const auto box = answerMessageBox(IDOK);
     ASSERT_TRUE(box);
     EXPECT_TRUE(box->text.starts_with(u"Cannot find the links!")) << "the message and nothing else";
+}
+
+TEST_F(Links, APageWithoutMediaIsToldOnce) {
+    for (const bool ten : {false, true}) {
+        EXPECT_EQ(downloadsMedia(u"17", ten), kFailure);
+        const auto box = answerMessageBox(IDOK);
+        ASSERT_TRUE(box);
+        EXPECT_EQ(box->title, u"Saving FLV video");
+        EXPECT_TRUE(box->text.starts_with(u"Cannot find FLV video links on this web page."));
+    }
 }
 
 TEST_F(Links, AForcedNavigationIsHandedOverOnce) {
