@@ -201,6 +201,7 @@ nsresult ContentObserver::Observe(nsISupports* subject, const char* topic, const
 }
 
 nsresult ContentObserver::OnModifyRequest(nsISupports* channel) {
+    if (channel != nullptr) handedOver().channelStarts(channel);
     return guarded(NS_OK, [&] { return withChannel(channel, &ContentObserver::modify); });
 }
 

@@ -23,11 +23,13 @@ void HandedOver::policyTransferred(std::string_view url, Time now) {
     add({nullptr, std::string(addressOf(url)), now, State::made});
 }
 
+void HandedOver::channelStarts(const nsISupports* channel) noexcept {
+    std::erase_if(navigations_, [&](const Navigation& navigation) { return navigation.channel == channel; });
+}
+
 bool HandedOver::requestStarts(const nsISupports* channel, std::string_view url, Time now) noexcept {
-    // The address of an earlier channel may serve again.
     std::erase_if(navigations_, [&](const Navigation& navigation) {
-        return navigation.channel == channel ||
-               (navigation.channel == nullptr && now - navigation.at > kPatience);
+        return navigation.channel == nullptr && now - navigation.at > kPatience;
     });
     const auto found = find(nullptr, url);
     if (found == navigations_.end()) return false;

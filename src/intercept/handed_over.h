@@ -34,6 +34,8 @@ class HandedOver {
     /// And handed it over, with the transfer ending at `now`.
     void policyTransferred(std::string_view url, Time now);
 
+    /// A channel is new, whatever stood at its address before. To be called before anything about it can fail.
+    void channelStarts(const nsISupports* channel) noexcept;
     /// A request starts, and `channel` stands for it from now on; true when the policy handed it over.
     [[nodiscard]] bool requestStarts(const nsISupports* channel, std::string_view url, Time now) noexcept;
 

@@ -47,6 +47,13 @@ class Faults {
         return status_;
     }
 
+    /// One call of an operation that cannot claim what it has not done.
+    bool fails(const std::string& operation) {
+        if (failed(status_)) return failed(step(operation));
+        note(operation);
+        return false;
+    }
+
     /// One call of an operation that cannot fail.
     void note(const std::string& operation) { ++counts_[operation]; }
 

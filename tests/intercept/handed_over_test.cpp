@@ -49,7 +49,7 @@ TEST(HandedOver, AChannelIsHandedOverOnceUntilItServesAgain) {
     record.ends(channel(0), kUrl, true);
     EXPECT_EQ(record.stateOf(channel(0), kUrl), State::made);
     EXPECT_EQ(record.stateOf(channel(0), "http://h/b"), State::notYet);
-    EXPECT_FALSE(record.requestStarts(channel(0), kUrl, kNow));
+    record.channelStarts(channel(0));
     EXPECT_EQ(record.stateOf(channel(0), kUrl), State::notYet) << "its address serves another request";
 
     record.begins(channel(0), kUrl);

@@ -19,7 +19,7 @@ bool fails(const HookedImport& import) {
     Faults& faults = hookedBrowser->faults();
     const DWORD error = GetLastError();
     if (import.failure == kCannotFail) faults.note(import.function);
-    const bool result = import.failure != kCannotFail && failed(faults.step(import.function));
+    const bool result = import.failure != kCannotFail && faults.fails(import.function);
     SetLastError(result ? ERROR_NOT_ENOUGH_MEMORY : error);
     return result;
 }

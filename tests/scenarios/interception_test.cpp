@@ -296,30 +296,5 @@ TEST_P(UploadOfVersion, TravelsWithItsTypeAndIsStillThereToBeSent) {
 
 INSTANTIATE_TEST_SUITE_P(BothGenerations, UploadOfVersion, ::testing::Values(6, 16, 17, 52));
 
-TEST_F(Interception, NoFaultOfTheBrowserLosesADownload) {
-    auto& page = browser.opensPage("http://h.example/page.html");
-    browser.cookies = {{.name = "c", .value = "1", .host = "h.example"}};
-    std::uint32_t faults = 0, taken = 0;
-    for (bool reached = true; reached; ++faults) {
-        browser.faults().failNth(faults + 1);
-        auto& channel = browser.requests({.url = "http://h.example/a.zip",
-                                          .method = "POST",
-                                          .headers = {{"Cookie", "a=b"}, {"Referer", page.url}},
-                                          .page = &page,
-                                          .upload = Upload{.bytes = "a=b"}});
-        browser.answers(channel, 200, kZip);
-        reached = browser.faults().reached();
-        const auto where = browser.faults().failedOperation();
-        browser.faults().none();
-        browser.finishes(channel);
-        taken += channel.cancelled();
-        EXPECT_EQ(browser.unbalanced(), "") << where;
-        ASSERT_EQ(browser.violations(), std::vector<std::string>{}) << where;
-    }
-    EXPECT_GT(faults, 30u);
-    EXPECT_GT(taken, 0u);
-    std::printf("%u faults injected; the download was taken in %u runs\n", faults - 1, taken);
-}
-
 }  // namespace
 }  // namespace zab::testbed

@@ -1,0 +1,247 @@
+// Faults are counted, not guessed: of everything that the module calls during an exchange, the first call
+// fails, then the second, and so on, until a run ends without reaching its fault.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <set>
+
+#include "binding/text.h"
+#include "browser/desktop.h"
+#include "scenarios/recorded.h"
+
+namespace zab::testbed {
+namespace {
+
+constexpr const char* kCaught = "zip rar 7z gz exe msi";
+
+constexpr nsresult kFails = NS_ERROR_FAILURE;
+/// The browser says that it has done what it has not: out-parameters stay as the module made them.
+constexpr nsresult kDoesNothing = 1;
+
+using Texts = std::set<std::string>;
+using enum ExtraElement;
+
+const Texts kOfThePage = {nameOf(pageTitle), nameOf(pageUrl), nameOf(pageCookies), nameOf(pageUser),
+                          nameOf(pagePassword)};
+const Texts kOfTheRequest = {"referrer", "cookies", "user", "password", nameOf(userAgent)};
+const Texts kOfTheResponse = {nameOf(contentType), nameOf(size)};
+const Texts kOfThePost = {"postData", nameOf(postContentType)};
+const Texts kCookiesOfThePage = {nameOf(pageCookies)};
+
+/// What a transfer may lack when an operation of this name, or one that begins so, has failed.
+const struct {
+    std::string_view operation;
+    std::vector<Texts> lacks;
+    const char* why;
+} kLacks[] = {
+    {"helper5.65", {kOfTheResponse}, "shows the response's headers"},
+    {"helper5.68", {kOfTheRequest}, "shows the request's headers"},
+    {"helper5.70", {kOfThePage}, "gives the page"},
+    {"helper5.72", {kOfThePage}, "tells of the page"},
+    {"helper5.49", {kOfThePost}, "tells whether there is a body"},
+    {"inputStream.", {kOfThePost}, "reads the body"},
+    {"uploadChannel.", {kOfThePost}, "gives the body"},
+    {"cookie", {kCookiesOfThePage}, "a cookie without one of its texts is none; so is their manager"},
+    {"enumerator.", {kCookiesOfThePage}, "lists the cookies"},
+    {"service @mozilla.org/cookiemanager;1", {kCookiesOfThePage}, "gives their manager"},
+    {"NS_GetServiceManager", {kCookiesOfThePage}, "leads to it; without a helper there is no transfer"},
+    {"serviceManager.", {kCookiesOfThePage}, "leads to it too"},
+    {"nsISupports.0", {kCookiesOfThePage, kOfThePost}, "a cookie, and a body's channel, as what they are"},
+    {"NS_CStringContainerInit", {kOfThePage, kOfThePost}, "holds what is asked about page and body"},
+    {"NS_StringContainerInit", {kOfThePage}, "holds the title"},
+    {"NS_StringGetData", {{nameOf(pageTitle)}}, "reads the title"},
+    {"NS_CStringGetData", {kOfThePage, kOfTheRequest, kOfTheResponse, kOfThePost}, "reads every other text"},
+};
+
+/// Builds the extra data, of which half would be wrong: it is all there, or all of it is absent.
+const Texts kBuildsExtraData = {"MultiByteToWideChar", "SysAllocStringLen", "SafeArrayCreate",
+                                "SafeArrayPutElement"};
+
+/// What a transfer may tell otherwise.
+const struct {
+    nsresult fault;
+    std::string_view operation, text;
+    const char* why;
+} kDiffers[] = {
+    {kFails, "NS_CStringGetData", "extra 6", "of two headers that tell a size, one was not seen"},
+    {kDoesNothing, "cookie.3", "extra 9", "a name that was not written is an empty name"},
+    {kDoesNothing, "cookie.4", "extra 9", "and a value an empty value"},
+};
+
+/// What fails when the download manager has the download already: the browser keeps it too.
+const Texts kBehindTheTransfer = {"helper5.61", "helper5.64", "NS_CStringContainerInit", "NS_CStringSetData"};
+
+bool mayLack(const std::string& text, const std::string& operation) {
+    for (const auto& row : kLacks)
+        if (operation.starts_with(row.operation) &&
+            std::ranges::any_of(row.lacks, [&](const Texts& texts) { return texts.contains(text); }))
+            return true;
+    return false;
+}
+
+bool mayDiffer(const std::string& text, const std::string& operation, nsresult fault) {
+    return std::ranges::any_of(kDiffers, [&](const auto& row) {
+        return row.fault == fault && row.operation == operation && row.text == text;
+    });
+}
+
+bool isExtra(const std::string& text) { return text.starts_with("extra "); }
+
+bool hasExtraData(const Told& told) {
+    return std::ranges::any_of(told.texts, [](const auto& text) { return isExtra(text.first); });
+}
+
+/// What went wrong, each in a line, with the exchange that showed it first.
+using Wrongs = std::map<std::string, std::string>;
+
+void compare(const Told& right, const Told& told, const std::string& operation, nsresult fault,
+             std::vector<std::string>& wrongs) {
+    const bool noExtraData = kBuildsExtraData.contains(operation) && !hasExtraData(told);
+    for (const auto& [name, text] : right.texts)
+        if (!told.texts.contains(name) && !mayLack(name, operation) && !(noExtraData && isExtra(name)))
+            wrongs.push_back(name + " is gone");
+    for (const auto& [name, text] : told.texts)
+        if (text != right.text(name) && !mayDiffer(name, operation, fault))
+            wrongs.push_back(name + " is '" + text + "', not '" + right.text(name) + "'");
+    if (told.flags != right.flags) wrongs.push_back("flags are " + std::to_string(told.flags));
+}
+
+/// How an exchange ended for the user.
+struct Ending {
+    bool leftBrowser;  // cancelled there, or its redirect led away
+    std::vector<Told> told;
+};
+
+Ending endingOf(Browser& browser, HookedSystem& system, Channel& channel) {
+    browser.finishes(channel);
+    Ending ending{channel.cancelled() || !channel.written.empty(), system.takesTold()};
+    browser.sweeps();  // the next channel may get this one's address
+    return ending;
+}
+
+std::vector<std::string> wrongsOf(const Ending& clean, const Ending& ending, const std::string& operation,
+                                  nsresult fault) {
+    std::vector<std::string> wrongs;
+    if (ending.told.empty()) {
+        if (ending.leftBrowser) wrongs.push_back("the download is lost");
+        return wrongs;
+    }
+    if (ending.told.size() > clean.told.size()) return {"more is transferred"};
+    if (!ending.leftBrowser && !kBehindTheTransfer.contains(operation))
+        wrongs.push_back("it is downloaded twice");
+    compare(clean.told[0], ending.told[0], operation, fault, wrongs);
+    return wrongs;
+}
+
+/// Exchanges of one shape take the same way through the module, so one of them is walked.
+std::string shapeOf(const zabprobe::Exchange& exchange) {
+    constexpr std::string_view kRead[] = {"content-type",     "content-disposition",
+                                          "content-length",   "content-range",
+                                          "content-encoding", "location",
+                                          "referer",          "cookie",
+                                          "authorization"};
+    GivenSettings settings;
+    settings.extensionList = kCaught;
+    CapturedHeaders scratch;
+    const Decision decision = zabprobe::decideExchange(exchange, settings, scratch);
+    std::string shape = exchange.method + std::to_string(exchange.status) + sentenceOf(decision);
+    for (const auto& headers : {exchange.requestHeaders, exchange.responseHeaders})
+        for (const auto name : kRead)
+            shape += std::ranges::any_of(
+                         headers, [&](const Header& header) { return equalsIgnoringCase(header.first, name); })
+                         ? '1'
+                         : '0';
+    return shape;
+}
+
+/// Faults by what they befall.
+using Counts = std::map<std::string, std::uint32_t>;
+
+const char* groupOf(const std::string& operation) {
+    if (operation.starts_with("NS_")) return "entries of the runtime";
+    if (operation.starts_with("Reg")) return "calls of the registry";
+    if (operation.find_first_of(". ") != std::string::npos) return "slots and services of the browser";
+    return "steps of COM, text and locks";
+}
+
+void walk(const zabprobe::Exchange& exchange, nsresult fault, Counts& counts, Wrongs& all) {
+    Browser browser;
+    HookedSystem system(browser);
+    browser.startsUp();
+    auto& page = browser.opensPage("http://127.0.0.1:8080/", u"The test site");
+    browser.cookies = {{.name = "theme", .value = "dark", .host = "127.0.0.1"}};
+    const Ending clean = endingOf(browser, system, play(browser, exchange, &page));
+    for (std::uint32_t n = 1;; ++n) {
+        browser.faults().failNth(n, {}, fault);
+        Channel& channel = play(browser, exchange, &page);
+        const std::string operation = browser.faults().failedOperation();
+        std::vector<std::string> wrongs{system.unbalanced()};
+        const bool reached = browser.faults().reached();
+        browser.faults().none();
+        const Ending ending = endingOf(browser, system, channel);
+        wrongs.push_back(browser.unbalanced());
+        std::ranges::move(wrongsOf(clean, ending, operation, fault), std::back_inserter(wrongs));
+        std::ranges::copy(browser.violations(), std::back_inserter(wrongs));
+        for (const auto& wrong : wrongs)
+            if (!wrong.empty()) all.try_emplace(operation + " fails: " + wrong, exchange.url);
+        if (!reached) return;
+        ++counts[groupOf(operation)];
+    }
+}
+
+void walkAllShapes(nsresult fault) {
+    SettingsTree settings;
+    settings.set("Extensions", kCaught);
+    std::set<std::string> shapes;
+    Counts counts;
+    Wrongs wrongs;
+    for (const auto& exchange : recordedExchanges(""))
+        if (shapes.insert(shapeOf(exchange)).second) walk(exchange, fault, counts, wrongs);
+    for (const auto& [wrong, url] : wrongs) ADD_FAILURE() << wrong << " (" << url << ")";
+    std::uint32_t all = 0;
+    for (const auto& [group, count] : counts) {
+        std::printf("%u faults of %s\n", count, group.c_str());
+        all += count;
+    }
+    std::printf("%u faults injected into %zu kinds of exchanges\n", all, shapes.size());
+    EXPECT_GT(all, 1000u);
+}
+
+TEST(FaultWalk, NoFaultOfAnExchangeLosesItsDownload) { walkAllShapes(kFails); }
+
+TEST(FaultWalk, NoEmptySuccessLosesADownload) { walkAllShapes(kDoesNothing); }
+
+TEST(StartUpFaults, StopNeitherTheBrowserNorTheNextDownload) {
+    bool reached = true;
+    std::uint32_t faults = 0, caught = 0;
+    for (; reached; ++faults) {
+        SettingsTree settings;
+        settings.set("Extensions", kCaught);
+        Browser browser;
+        HookedSystem system(browser);
+        browser.faults().failNth(faults + 1);
+        browser.startsUp();
+        auto& window = browser.opensWindow();
+        auto& first = browser.clicks("http://h.example/a.zip");
+        browser.answers(first, 200);
+        reached = browser.faults().reached();
+        const std::string where = browser.faults().failedOperation();
+        browser.faults().none();
+        browser.closesWindow(window);
+        auto& second = browser.clicks("http://h.example/b.zip");
+        browser.answers(second, 200);
+        browser.finishes(first);
+        browser.finishes(second);
+        caught += second.cancelled();
+        EXPECT_EQ(browser.violations(), std::vector<std::string>{}) << where;
+    }
+    EXPECT_GT(faults, 50u);
+    EXPECT_GT(caught, faults / 2) << "most faults are of the moment";
+    std::printf("%u faults injected into the start-up; %u times the next download was caught\n", faults - 1,
+                caught);
+}
+
+}  // namespace
+}  // namespace zab::testbed
