@@ -105,6 +105,8 @@ class Program {
 
     void makes(const json& exchange) {
         const HeldKeys keys(keysOf(exchange));
+        Closing closing{exchange.value("closes", "")};
+        if (closing.what == "window") closing.window = &browser_.opensWindow();
         std::string form = exchange.value("body", "");
         Request request{.url = exchange.at("url"),
                         .method = exchange.value("method", form.empty() ? "GET" : "POST"),
@@ -119,7 +121,7 @@ class Program {
         }
         for (int hop = 0; hop < kMostHops; ++hop) {
             g_secondsLeft = kPatienceSeconds;
-            const auto next = hops(exchange.value("name", ""), request, form);
+            const auto next = hops(exchange.value("name", ""), request, form, std::exchange(closing, {}));
             if (next.empty()) return;
             // A redirect is followed with a plain request.
             request.url = next;
@@ -132,14 +134,40 @@ class Program {
     }
 
   private:
+    /// What the user closes while the answer is awaited.
+    struct Closing {
+        std::string what;  // "tab", "window" or ""
+        ChromeWindow* window = nullptr;
+    };
+
+    /// The page goes away, and with it what the load belongs to.
+    void closes(Channel& channel, const Closing& closing, json& line) {
+        Page* page = std::exchange(channel.request.page, nullptr);
+        if (page != nullptr) {
+            const auto known = std::find_if(pages_.begin(), pages_.end(),
+                                            [page](const auto& row) { return row.second == page; });
+            browser_.mouse(u"unload", page);
+            browser_.unloads(zab::utf16FromUtf8(std::to_string(known->first)));
+            Browser::dropsPage(*page);
+            pages_.erase(known);
+        }
+        if (closing.window == nullptr) return;
+        browser_.closesWindow(*closing.window);
+        line["windowListeners"] = closing.window->target.listeners.size();
+        closing.window->target.letGo();
+        closing.window->letGo();
+    }
+
     /// One request and its answer; gives the URL that it redirects to, or nothing.
-    std::string hops(const std::string& name, const Request& request, const std::string& form) {
+    std::string hops(const std::string& name, const Request& request, const std::string& form,
+                     const Closing& closing) {
         const auto callsBefore = browser_.helperCalls();
         browser_.takesDebugLines();
         json line{{"name", name}, {"url", request.url}, {"method", request.method}, {"cancelled", ""},
                   {"status", 0},  {"location", ""},     {"newLocation", ""},        {"bytes", 0},
                   {"sha256", ""}, {"error", ""}};
         auto& channel = browser_.requests(request);
+        if (!closing.what.empty()) closes(channel, closing, line);
         std::string next;
         if (channel.cancelled()) {
             line["cancelled"] = "request";
@@ -154,6 +182,7 @@ class Program {
         line["listeners"] = channel.listeners.size();
         browser_.finishes(channel);
         line["helperCalls"] = browser_.helperCalls() - callsBefore;
+        line["held"] = browser_.unbalanced();
         line["debug"] = browser_.takesDebugLines();
         if (!browser_.violations().empty()) line["violations"] = browser_.violations();
         print(line);

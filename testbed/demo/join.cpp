@@ -96,6 +96,8 @@ Row rowOf(const json& line, const json& expected, std::vector<json>& transfers) 
     comparison.equal("outcome", row.outcome, textOf(expected, "outcome"));
     comparison.equal("file of the browser", fileOf(textOf(line, "sha256")),
                      fileOf(textOf(expected, "browserSha256")));
+    comparison.equal("held by the module afterwards", textOf(line, "held"), "");
+    comparison.equal("listeners on the closed window", std::to_string(line.value("windowListeners", 0)), "0");
     if (row.outcome != "transfer") return row;
 
     // A redirect that was taken over names what the download manager got; otherwise it got the URL itself.

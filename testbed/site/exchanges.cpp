@@ -34,7 +34,8 @@ struct Exchange {
     Sends sends = Sends::plain;
     std::string_view key = {};  // held during the exchange
     std::string_view host = kCaughtHost;
-    bool followed = false;  // no request of its own: the redirect of the row before leads here
+    std::string_view closes = {};  // what the user closes before the answer: "tab" or "window", with its page
+    bool followed = false;         // no request of its own: the redirect of the row before leads here
 };
 
 constexpr Exchange stays(std::string_view target, std::string_view why, Load load = Load::top) {
@@ -52,6 +53,10 @@ constexpr Exchange followed(Exchange row) {
 }
 constexpr Exchange sending(Sends sends, Exchange row) {
     row.sends = sends;
+    return row;
+}
+constexpr Exchange closing(std::string_view what, Exchange row) {
+    row.closes = what;
     return row;
 }
 constexpr Exchange holding(std::string_view key, Exchange row) {
@@ -157,6 +162,11 @@ constexpr Exchange kExchanges[] = {
     sending(Sends::acceptsGzip,
             taken("/gzip/archive.zip", "compressed on its way: the length is not the file's")),
     sending(Sends::acceptsGzip, stays("/gzip/page.html", "a page, compressed on its way")),
+    closing("tab", taken("/files/archive.zip", "a click, then its tab is closed before the answer")),
+    closing("tab", stays("/page/clip.mp4", "a video whose page goes before the answer", Load::embedded)),
+    closing("window", taken("/files/archive.zip", "a click, then its window is closed")),
+    closing("window", stays("/page/frame.html", "a frame whose window is closed", Load::frame)),
+
     sending(Sends::range, taken("/range/archive.zip", "206: the browser has a part, the manager fetches all")),
 };
 
@@ -202,8 +212,11 @@ nlohmann::json requestOf(const Exchange& row, const Origin& origin) {
         request["body"] = form;
         request["bodyType"] = formTypeOf(row.sends);
     }
-    if (row.load != Load::top)
-        request["page"] = {{"id", 1}, {"url", origin.url("/")}, {"title", "The test site"}};
+    // A page that goes away is one of its own: the others go on without it.
+    const auto pageId = row.closes.empty() ? 1 : 1000 + (&row - kExchanges);
+    if (row.load != Load::top || !row.closes.empty())
+        request["page"] = {{"id", pageId}, {"url", origin.url("/")}, {"title", "The test site"}};
+    if (!row.closes.empty()) request["closes"] = row.closes;
     if (!row.key.empty()) request["keys"] = {row.key};
     return request;
 }
@@ -283,7 +296,8 @@ std::string startPage() {
         "<input name=\"kind\" value=\"zip\"><button>Make my archive</button></form>\n<ul>\n";
     for (const Exchange& row : kExchanges) {
         const bool isClick = isOfSite(row) && row.load == Load::top && !row.followed &&
-                             row.host == kCaughtHost && row.key.empty() && formOf(row.sends).empty();
+                             row.host == kCaughtHost && row.key.empty() && row.closes.empty() &&
+                             formOf(row.sends).empty();
         if (!isClick) continue;
         page.append("<li><a href=\"").append(row.target).append("\">").append(row.why).append("</a>\n");
     }
