@@ -3,6 +3,7 @@
 
 #include "browser/browser.h"
 #include "browser/desktop.h"
+#include "scenarios/import_hook.h"
 #include "transfer/manager_process_win32.h"
 
 namespace zab::testbed {
@@ -107,7 +108,11 @@ TEST_F(Links, ABatchArrivesInPageOrder) {
         for (const char c : std::to_string(i)) number += static_cast<char16_t>(c);
         markup += u"<a href='" + number + u"'>\u00E4 &amp; b</a>";
     }
+    static constexpr HookedImport kConnects[] = {{"CoCreateInstance", kCannotFail}};
+    const ImportHook hook(browser, kConnects);
+    browser.faults().none();
     EXPECT_EQ(downloadsAll(markup), NS_OK);
+    EXPECT_EQ(browser.faults().countOf("CoCreateInstance"), 1u) << "one connection serves the batch";
     // A link that was lost or came twice would move all behind it.
     for (int i = 0; i < kCount; i += i < 10 ? 1 : 7) {
         const json told = manager.received(static_cast<std::size_t>(i));
