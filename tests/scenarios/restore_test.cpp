@@ -10,6 +10,7 @@
 #include "binding/wide_win32.h"
 #include "browser/browser.h"
 #include "browser/desktop.h"
+#include "scenarios/import_hook.h"
 
 namespace zab::testbed {
 namespace {
@@ -171,7 +172,11 @@ TEST(Restore, LooksForTheBackupAndTellsTheUserOnceThatItWasTried) {
     }
 }
 
-TEST(Restore, TheModuleWorksWithDefaultsWhenNothingWasRestored) {
+/// Nothing comes back: because the system refuses, or because the backup holds nothing.
+class NothingRestored : public ::testing::TestWithParam<bool> {};
+
+TEST_P(NothingRestored, LeavesTheModuleItsDefaults) {
+    static constexpr HookedImport kRestore[] = {{"RegRestoreKeyA", ERROR_PRIVILEGE_NOT_HELD}};
     const RoamingFolder folder;
     const Backups backups(folder);
     Backups::putInto(backups.roaming);
@@ -179,6 +184,8 @@ TEST(Restore, TheModuleWorksWithDefaultsWhenNothingWasRestored) {
     settings.remove("zabvers").set("ExePath", SettingsTree::kProgram);
     BoxReader reader;
     Browser browser;
+    const ImportHook hook(browser, kRestore);
+    if (GetParam()) browser.faults().failAll("RegRestoreKeyA");
     browser.startsUp();
     const auto click = [&] {
         browser.takesDebugLines();
@@ -188,6 +195,7 @@ TEST(Restore, TheModuleWorksWithDefaultsWhenNothingWasRestored) {
         return lines.empty() ? "" : lines.back();
     };
     const auto byDefault = click();
+    EXPECT_EQ(browser.faults().reached(), GetParam());
     EXPECT_EQ(reader.boxes(1).size(), 1u);
     EXPECT_EQ(settings.text("zabvers"), std::nullopt) << "nothing was restored";
     EXPECT_EQ(settings.number("ZABBI\\zab_scenarios\\int"), 1u) << "the browser is known and integrated";
@@ -198,6 +206,10 @@ TEST(Restore, TheModuleWorksWithDefaultsWhenNothingWasRestored) {
     EXPECT_EQ(later.find("**********Examine browser: "), 0u) << later;
     EXPECT_NE(later, byDefault) << "the key that could not be restored is read all the same";
 }
+
+INSTANTIATE_TEST_SUITE_P(Restore, NothingRestored, ::testing::Bool(), [](const auto& refused) {
+    return refused.param ? "BecauseTheSystemRefuses" : "BecauseTheBackupIsEmpty";
+});
 
 }  // namespace
 }  // namespace zab::testbed
