@@ -28,15 +28,15 @@ Json entryJson(const zab::MediaEntry& entry) {
 }
 
 void readBody(const KeptExchange& exchange, std::string_view body, std::size_t chunkBytes,
-              zab::PageMedia& page) {
+              zab::LocalPage& page) {
     zab::BodyCapture capture(exchange.decision.listener,
                              zab::captureContextOf(exchange.headers, exchange.decision));
     while (!body.empty() && capture.wantsMore()) {
         const std::string_view chunk = body.substr(0, chunkBytes == 0 ? body.size() : chunkBytes);
         body.remove_prefix(chunk.size());
-        if (capture.add(chunk)) capture.finish(page);
+        capture.add(chunk);
     }
-    capture.finish(page);
+    page.take(capture.finish(page));
 }
 
 bool asksCompanion(zab::MediaKind kind) {
@@ -76,16 +76,16 @@ constexpr Command kCommands[] = {
 }  // namespace
 
 Json capturedEntries(const KeptExchange& exchange, std::string_view body, std::size_t chunkBytes) {
-    zab::PageMedia page;
+    zab::LocalPage page;
     const zab::Decision& decision = exchange.decision;
     if (decision.outcome == zab::Outcome::listen) {
         readBody(exchange, body, chunkBytes, page);
     } else {
-        zab::captureResponse(decision, exchange.loadFlags, zab::captureContextOf(exchange.headers, decision),
-                             page);
+        page.take(zab::captureResponse(decision, exchange.loadFlags,
+                                       zab::captureContextOf(exchange.headers, decision), page));
     }
     Json entries = Json::array();
-    for (const zab::MediaEntry& entry : page.entries()) entries.push_back(entryJson(entry));
+    for (const zab::MediaEntry& entry : page.media().entries()) entries.push_back(entryJson(entry));
     return entries;
 }
 

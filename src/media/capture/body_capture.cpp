@@ -39,27 +39,30 @@ bool BodyCapture::add(std::string_view chunk) {
     return !wantsMore();
 }
 
-void BodyCapture::finish(PageMedia& page) {
-    if (std::exchange(finished_, true)) return;
-    const auto body = collector_.whole();
-    if (!body) return;
+std::vector<MediaEntry> BodyCapture::finish(CapturePage& page) {
+    const BodyCollector collected = std::exchange(collector_, BodyCollector());
+    const auto body = collected.whole();
+    if (!body) return {};
     CaptureRun run(context_, page);
     if (kind_ == MediaKind::hdsFragment) {
         if (drmChecker_.isPlayable()) offerHdsFragment(run);
     } else if (const BodyHandler handler = bodyHandlerOf(kind_)) {
         handler(*body, run);
     }
+    return run.takeEntries();
 }
 
-void captureResponse(const Decision& decision, std::uint32_t loadFlags, const CaptureContext& context,
-                     PageMedia& page) {
-    if (decision.outcome != Outcome::browser || examinationOf(decision.status) != Examination::content) return;
+bool mayBeEntry(const Decision& decision, std::uint32_t loadFlags, std::string_view url) noexcept {
+    return decision.outcome == Outcome::browser && examinationOf(decision.status) == Examination::content &&
+           (decision.offer || isPlayback(url, loadFlags));
+}
+
+std::vector<MediaEntry> captureResponse(const Decision& decision, std::uint32_t loadFlags,
+                                        const CaptureContext& context, CapturePage& page) {
+    if (!mayBeEntry(decision, loadFlags, context.url)) return {};
     CaptureRun run(context, page);
-    if (decision.offer) {
-        offerOwnEntry(run);
-    } else if (isPlayback(context.url, loadFlags)) {
-        offerPlayback(run);
-    }
+    decision.offer ? offerOwnEntry(run) : offerPlayback(run);
+    return run.takeEntries();
 }
 
 }  // namespace zab

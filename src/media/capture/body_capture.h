@@ -5,6 +5,7 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "intercept/decision.h"
 #include "media/capture/body_collector.h"
@@ -14,7 +15,7 @@
 
 namespace zab {
 
-/// What headers and decision tell of a response; the page and what the data file says are the caller's to add.
+/// What headers and decision tell of a response; what the data file says is the caller's to add.
 CaptureContext captureContextOf(const CapturedHeaders& headers, const Decision& decision);
 
 class BodyCapture {
@@ -26,20 +27,41 @@ class BodyCapture {
     /// True: the body is complete, finish() can run.
     bool add(std::string_view chunk);
 
-    /// Puts what the body offers into `page`. Later calls do nothing.
-    void finish(PageMedia& page);
+    /// What the body offers to `page`, in order; the body is freed. Later calls give nothing.
+    std::vector<MediaEntry> finish(CapturePage& page);
 
   private:
     MediaKind kind_;
     CaptureContext context_;
     BodyCollector collector_;
     CF4FDrmChecker drmChecker_;
-    bool finished_ = false;
 };
 
-/// What a response that stays with the browser offers by itself, without its body: as a media file, or as a
-/// part of a stream of the video CDN. Nothing when its body is read for media.
-void captureResponse(const Decision& decision, std::uint32_t loadFlags, const CaptureContext& context,
-                     PageMedia& page);
+/// Whether a response that stays with the browser may offer something by itself, without its body: as a media
+/// file, or as a part of a stream of the video CDN. Never when its body is read for media.
+bool mayBeEntry(const Decision& decision, std::uint32_t loadFlags, std::string_view url) noexcept;
+
+/// What such a response offers.
+std::vector<MediaEntry> captureResponse(const Decision& decision, std::uint32_t loadFlags,
+                                        const CaptureContext& context, CapturePage& page);
+
+/// A page that nobody shares, with all its media.
+class LocalPage final : public CapturePage {
+  public:
+    explicit LocalPage(EntryPage identity = {}) : identity_(std::move(identity)) {}
+
+    const EntryPage* identity() override { return &identity_; }
+    bool ask(const std::function<bool(const PageMedia&)>& question) override { return question(media_); }
+    void change(const std::function<void(PageMedia&)>& change) override { change(media_); }
+
+    void take(std::vector<MediaEntry> entries) {
+        for (MediaEntry& entry : entries) media_.offer(std::move(entry));
+    }
+    [[nodiscard]] const PageMedia& media() const noexcept { return media_; }
+
+  private:
+    EntryPage identity_;
+    PageMedia media_;
+};
 
 }  // namespace zab

@@ -23,6 +23,7 @@ std::uint64_t mostBytesOf(MediaKind kind) noexcept {
 
 BodyCollector::BodyCollector(MediaKind kind, std::int64_t contentLength) noexcept
     : kind_(kind),
+      state_(State::collecting),
       // Of a page the first bytes are read, whatever its length.
       lengthIsKnown_(contentLength > 0 && kind != MediaKind::page),
       limit_(lengthIsKnown_ ? static_cast<std::uint64_t>(contentLength) : mostBytesOf(kind)) {

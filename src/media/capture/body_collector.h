@@ -20,6 +20,8 @@ class BodyCollector {
     /// A body that claims more is not read.
     static constexpr std::int64_t kMostKnownBytes = 64 << 20;
 
+    /// Wants nothing, and has no body that may be looked at.
+    BodyCollector() noexcept = default;
     /// `contentLength` in bytes; 0 or less: unknown.
     BodyCollector(MediaKind kind, std::int64_t contentLength) noexcept;
 
@@ -39,16 +41,16 @@ class BodyCollector {
         collecting,
         complete,
         cut,      // of unknown length, and longer than what is kept
-        refused,  // claims too much
+        refused,  // claims too much, or was not asked for
     };
 
     void keep(std::string_view bytes);
     void lookForEnd(std::size_t from);
 
-    MediaKind kind_;
-    State state_ = State::collecting;
-    bool lengthIsKnown_;
-    std::uint64_t limit_;         // bytes that count
+    MediaKind kind_ = MediaKind::none;
+    State state_ = State::refused;
+    bool lengthIsKnown_ = false;
+    std::uint64_t limit_ = 0;     // bytes that count
     std::uint64_t received_ = 0;  // of these
     std::string body_;
 };

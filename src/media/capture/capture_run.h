@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -49,13 +50,27 @@ class CompanionLibraries {
 struct CaptureContext {
     std::string url;  // final request URL, as it stands
     std::string contentType;
-    std::string fileName;            // of Content-Disposition; "utf-8''" before a name that is UTF-8
-    std::string extension;           // of the response itself, without dot
-    std::int64_t contentLength = 0;  // bytes; 0: unknown
-    EntryPage page;
+    std::string fileName;                      // of Content-Disposition; "utf-8''" before a name that is UTF-8
+    std::string extension;                     // of the response itself, without dot
+    std::int64_t contentLength = 0;            // bytes; 0: unknown
     std::uint32_t youtubePairing = 0;          // 0 to 2
     bool hlsAsIs = false;                      // the data file names the host
     CompanionLibraries* companions = nullptr;  // null: none
+};
+
+/// The page that a run reads for. What is known of its media is shared, so it is seen only in passing: a
+/// handler holds nothing of it while it parses, or asks a library.
+class CapturePage {
+  public:
+    /// The page, looked for when it is first needed. Null: there is none, and its entries have no place.
+    virtual const EntryPage* identity() = 0;
+    /// False too when the page's media cannot be had now.
+    virtual bool ask(const std::function<bool(const PageMedia&)>& question) = 0;
+    /// Left out when the page's media cannot be had now.
+    virtual void change(const std::function<void(PageMedia&)>& change) = 0;
+
+  protected:
+    ~CapturePage() = default;
 };
 
 /// One run of a handler.
@@ -64,32 +79,28 @@ class CaptureRun {
     /// A body offers no more than this: a page holds far fewer, and a hostile manifest shall not cost more.
     static constexpr std::size_t kMostOffers = 500;
 
-    CaptureRun(const CaptureContext& context, PageMedia& page) noexcept : context_(context), page_(page) {}
+    CaptureRun(const CaptureContext& context, CapturePage& page) noexcept : context_(context), page_(page) {}
 
     [[nodiscard]] const CaptureContext& context() const noexcept { return context_; }
-    [[nodiscard]] PageMedia& page() const noexcept { return page_; }
+    [[nodiscard]] CapturePage& page() const noexcept { return page_; }
+    /// Empty without a page.
+    [[nodiscard]] const EntryPage& pageIdentity() const;
 
     /// A new entry of this page.
-    [[nodiscard]] MediaEntry entry() const {
-        MediaEntry entry;
-        entry.page = context_.page;
-        return entry;
-    }
-
+    [[nodiscard]] MediaEntry entry() const;
     /// A new plain entry: named by its address, else by the page.
     [[nodiscard]] MediaEntry plainEntry(std::string link) const;
 
-    /// False: enough was offered, nothing more is taken.
-    bool offer(MediaEntry entry) {
-        if (offers_ >= kMostOffers) return false;
-        ++offers_;
-        page_.offer(std::move(entry));
-        return true;
-    }
+    /// False: nothing more is taken, for enough was offered or there is no page.
+    bool offer(MediaEntry entry);
+
+    /// What was offered, each stream once, in order.
+    [[nodiscard]] std::vector<MediaEntry> takeEntries() noexcept { return found_.takeEntries(); }
 
   private:
     const CaptureContext& context_;
-    PageMedia& page_;
+    CapturePage& page_;
+    PageMedia found_;
     std::size_t offers_ = 0;
 };
 

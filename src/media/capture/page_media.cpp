@@ -56,6 +56,11 @@ void PageMedia::offer(MediaEntry entry) {
     hashes_.push_back(hash);
 }
 
+std::vector<MediaEntry> PageMedia::takeEntries() noexcept {
+    hashes_.clear();
+    return std::exchange(entries_, {});
+}
+
 bool PageMedia::holdsAddress(std::string_view url) const noexcept {
     return std::ranges::any_of(entries_, [url](const MediaEntry& entry) {
         return addressOf(entry.link) == url || entry.secondUrl == url;

@@ -27,6 +27,8 @@ class PageMedia {
     void offer(MediaEntry entry);
 
     [[nodiscard]] const std::vector<MediaEntry>& entries() const noexcept { return entries_; }
+    /// The same; none are left here.
+    [[nodiscard]] std::vector<MediaEntry> takeEntries() noexcept;
 
     /// Whether this address is that of an entry, or the second URL of one.
     [[nodiscard]] bool holdsAddress(std::string_view url) const noexcept;

@@ -26,9 +26,9 @@ inline std::string shown(const zab::MediaEntry& entry) {
     return text + "\n";
 }
 
-inline std::string shown(const zab::PageMedia& page) {
+inline std::string shown(const std::vector<zab::MediaEntry>& entries) {
     std::string text;
-    for (const auto& entry : page.entries()) text += shown(entry);
+    for (const auto& entry : entries) text += shown(entry);
     return text;
 }
 
@@ -43,21 +43,24 @@ inline zab::CaptureContext contextFor(std::string_view url, std::int64_t length 
 /// Feeds a body in chunks that `nextSize` names, and gives its entries.
 template <class NextSize>
 std::string capture(zab::MediaKind kind, const zab::CaptureContext& context, std::string_view body,
-                    NextSize nextSize) {
-    zab::PageMedia page;
+                    NextSize nextSize, std::string_view title = "") {
+    zab::EntryPage identity;
+    identity.title = title;
+    zab::LocalPage page(identity);
     zab::BodyCapture listener(kind, context);
     while (!body.empty() && listener.wantsMore()) {
         const std::string_view chunk = body.substr(0, nextSize());
         body.remove_prefix(chunk.size());
-        if (listener.add(chunk)) listener.finish(page);
+        if (listener.add(chunk)) page.take(listener.finish(page));
     }
-    listener.finish(page);
-    return shown(page);
+    page.take(listener.finish(page));
+    return shown(page.media().entries());
 }
 
-inline std::string captureWhole(zab::MediaKind kind, const zab::CaptureContext& context,
-                                std::string_view body) {
-    return capture(kind, context, body, [] { return std::string_view::npos; });
+inline std::string captureWhole(zab::MediaKind kind, const zab::CaptureContext& context, std::string_view body,
+                                std::string_view title = "") {
+    return capture(
+        kind, context, body, [] { return std::string_view::npos; }, title);
 }
 
 /// For the fuzz target: the first byte names the kind, the second the chunks, the third the length.

@@ -25,9 +25,7 @@ struct Row {
 template <std::size_t kRows>
 void expectEntries(MediaKind kind, const Row (&rows)[kRows], std::string_view title = "") {
     for (const Row& row : rows) {
-        zab::CaptureContext context = contextFor(row.url);
-        context.page.title = title;
-        EXPECT_EQ(captureWhole(kind, context, row.body), row.entries) << row.why;
+        EXPECT_EQ(captureWhole(kind, contextFor(row.url), row.body, title), row.entries) << row.why;
     }
 }
 
@@ -59,11 +57,13 @@ TEST(CaptureHls, OffersVariantsOrTheOnePlaylist) {
 }
 
 TEST(CaptureHls, KnowsPlaylistsAndSegmentsOfThePage) {
-    zab::PageMedia page;
-    const auto read = [&page](std::string_view url, std::string_view body) {
+    zab::LocalPage local;
+    const zab::PageMedia& page = local.media();
+    const auto read = [&local](std::string_view url, std::string_view body) {
         const zab::CaptureContext context = contextFor(url);
-        zab::CaptureRun run(context, page);
+        zab::CaptureRun run(context, local);
         zab::offerHls(body, run);
+        local.take(run.takeEntries());
     };
     read("http://h/m.m3u8", "#EXT-X-STREAM-INF:X=1\nv/a.m3u8\n");
     read("http://h/v/a.m3u8", "#EXTINF:1\ns/1.TS?x\n");
@@ -215,16 +215,16 @@ TEST(CaptureYouTube, OffersTheCatalogue) {
 
 TEST(CaptureYouTube, OffersAStreamThatNoCatalogueKnows) {
     const auto itself = [](std::string_view url, bool withCatalogue) {
-        zab::PageMedia page;
+        zab::LocalPage page;
         if (withCatalogue) {
             auto catalogue = std::make_unique<zab::CYoutubeParser>();
             catalogue->addEntry(u"http://g.googlevideo.com/videoplayback?id=1&itag=18", 18, false);
-            page.addCatalogue(std::move(catalogue));
+            page.change([&](zab::PageMedia& media) { media.addCatalogue(std::move(catalogue)); });
         }
         const auto context = contextFor(url);
         zab::CaptureRun run(context, page);
         zab::offerPlayback(run);
-        return shown(page);
+        return shown(run.takeEntries());
     };
     constexpr std::string_view kUrl = "http://g.googlevideo.com/videoplayback?id=1&itag=22&range=1-2";
     EXPECT_EQ(itself(kUrl, false),
@@ -265,14 +265,14 @@ TEST(CaptureYouTubeDash, PairsAndNumbersStreams) {
 TEST(CaptureItself, OffersAMediaFile) {
     const auto itself = [](std::string_view url, std::string_view fileName, std::string_view type,
                            std::string_view extension) {
-        zab::PageMedia page;
+        zab::LocalPage page;
         zab::CaptureContext context = contextFor(url, 7);
         context.fileName = fileName;
         context.contentType = type;
         context.extension = extension;
         zab::CaptureRun run(context, page);
         zab::offerOwnEntry(run);
-        return shown(page);
+        return shown(run.takeEntries());
     };
     EXPECT_EQ(itself("http://h/a%C3%A4.MP3?range=1&x#f", "", "", "MP3"),
               "http://h/a%C3%A4.MP3?x#f | a\u00e4.MP3 | mp3 | audio | size 7\n");

@@ -15,7 +15,7 @@ void offerHdsFragment(CaptureRun& run) {
     if (!fragment) return;
     const auto nameBegin = static_cast<std::size_t>(name.data() - url.data());
     const std::string_view before = url.substr(0, nameBegin + fragment->begin);
-    if (run.page().holdsFragmentsOf(before)) return;
+    if (run.page().ask([before](const PageMedia& media) { return media.holdsFragmentsOf(before); })) return;
 
     MediaEntry entry = run.entry();
     entry.link = std::string(textOf(LinkScheme::hdsFragment))
@@ -23,7 +23,7 @@ void offerHdsFragment(CaptureRun& run) {
                      .append(kHdsFragmentPattern)
                      .append(url.substr(nameBegin + fragment->end));
     entry.description = trimRight(percentDecoded(name.substr(0, fragment->begin)), "-_");
-    if (entry.description.empty()) entry.description = run.context().page.title;
+    if (entry.description.empty()) entry.description = entry.page.title;
     entry.extension = "flv";
     run.offer(std::move(entry));
 }

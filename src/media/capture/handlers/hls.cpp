@@ -68,9 +68,12 @@ void offerHls(std::string_view body, CaptureRun& run) {
     const std::string_view url = run.context().url;
     const Playlist playlist(url, run.context().hlsAsIs);
     const bool isMedia = parser.kind == CM3UParser::kMedia;
-    if (isMedia && !parser.media.segments.empty())
-        run.page().addSegmentPlace(playlist.addressOf(parser.media.segments[0].uri));
-    if (isMedia && run.page().holdsAddress(url)) return;
+    if (isMedia && !parser.media.segments.empty()) {
+        const std::string segment = playlist.addressOf(parser.media.segments[0].uri);
+        run.page().change([&](PageMedia& media) { media.addSegmentPlace(segment); });
+    }
+    const auto isHeld = [url](const PageMedia& media) { return media.holdsAddress(url); };
+    if (isMedia && run.page().ask(isHeld)) return;
 
     const std::string_view extension = parser.hasNonTsSegments != 0 ? "mp4" : "ts";
     CM3UParser::Stream stream;

@@ -23,7 +23,7 @@ bool isFlv(const CaptureContext& context) noexcept {
 
 void offerOwnEntry(CaptureRun& run) {
     const CaptureContext& context = run.context();
-    if (run.page().isSegment(context.url)) return;
+    if (run.page().ask([&](const PageMedia& media) { return media.isSegment(context.url); })) return;
     MediaEntry entry = run.plainEntry(withoutRange(context.url));
     if (const auto name = withoutNamePrefix(context.fileName); !name.empty()) entry.description = name;
     entry.extension = isFlv(context) ? std::string(kFlv) : lowered(context.extension);

@@ -40,7 +40,7 @@ void offerFacebook(std::string_view body, CaptureRun& run) {
     for (const FacebookVideoEntry& video : parser.entries()) {
         MediaEntry entry = run.entry();
         entry.link = utf8FromUtf16(video.url);
-        entry.description = joined({run.context().page.title, video.isHd != 0 ? "HD" : ""});
+        entry.description = joined({entry.page.title, video.isHd != 0 ? "HD" : ""});
         entry.extension = kMp4;
         entry.duration = entryNumber(video.durationSeconds);
         if (!run.offer(std::move(entry))) return;

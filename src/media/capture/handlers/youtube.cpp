@@ -49,7 +49,7 @@ void offerCatalogue(std::unique_ptr<CYoutubeParser> catalogue, CaptureRun& run) 
         if (stream.adaptive != 0 && audio) entry.secondUrl = *audio;
         if (!run.offer(std::move(entry))) break;
     }
-    run.page().addCatalogue(std::move(catalogue));
+    run.page().change([&](PageMedia& media) { media.addCatalogue(std::move(catalogue)); });
 }
 
 /// Looks for the stream in a catalogue, and marks it as one that the browser plays.
@@ -76,13 +76,13 @@ MediaEntry youtubeEntry(const CaptureRun& run, std::string_view address, const I
 }
 
 void offerYouTubeVideoInfo(std::string_view body, CaptureRun& run) {
-    auto catalogue = std::make_unique<CYoutubeParser>(utf16FromUtf8(run.context().page.url));
+    auto catalogue = std::make_unique<CYoutubeParser>(utf16FromUtf8(run.pageIdentity().url));
     catalogue->parseVideoInfo(utf16FromUtf8(upToNul(body)));
     offerCatalogue(std::move(catalogue), run);
 }
 
 void offerYouTubeWatchPage(std::string_view body, CaptureRun& run) {
-    auto catalogue = std::make_unique<CYoutubeParser>(utf16FromUtf8(run.context().page.url));
+    auto catalogue = std::make_unique<CYoutubeParser>(utf16FromUtf8(run.pageIdentity().url));
     catalogue->parsePage(utf16FromUtf8(upToNul(body)));
     offerCatalogue(std::move(catalogue), run);
 }
@@ -90,10 +90,13 @@ void offerYouTubeWatchPage(std::string_view body, CaptureRun& run) {
 void offerPlayback(CaptureRun& run) {
     const std::string& url = run.context().url;
     const std::u16string wideUrl = utf16FromUtf8(url);
-    const auto& catalogues = run.page().catalogues();
     const auto knows = [&](const auto& catalogue) { return markStream(*catalogue, wideUrl); };
     const auto knowsVideo = [&](const auto& catalogue) { return catalogue->hasSameId(wideUrl); };
-    if (std::ranges::any_of(catalogues, knows) || std::ranges::any_of(catalogues, knowsVideo)) return;
+    const auto isKnown = [&](const PageMedia& media) {
+        return std::ranges::any_of(media.catalogues(), knows) ||
+               std::ranges::any_of(media.catalogues(), knowsVideo);
+    };
+    if (run.page().ask(isKnown)) return;
     const std::uint32_t number = entryNumber(queryParameter(url, "itag").value_or(std::string_view{}));
     ItagDescription itag;
     if (!itagDescribe(number, {.webm = true}, itag)) return;
