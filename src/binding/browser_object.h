@@ -58,9 +58,14 @@ class BrowserObject : public Interfaces... {
         if (result == nullptr && iid == Interface::kIID) result = static_cast<Interface*>(this);
     }
 
+    /// Through the deleting destructor, where an interface has one among its operations.
     void destroy() noexcept {
         static_assert(std::is_final_v<Self>, "nothing may derive from an object that deletes itself");
-        delete static_cast<Self*>(this);
+        constexpr uint32_t kFreesMemory = 1;
+        if constexpr (requires(Self& self) { self.DeleteThis(kFreesMemory); })
+            static_cast<Self*>(this)->DeleteThis(kFreesMemory);
+        else
+            delete static_cast<Self*>(this);
     }
 
     uint32_t references_ = 0;

@@ -3,6 +3,7 @@
 #include "binding/interfaces/helpers.h"
 #include "entry/module_state.h"
 #include "intercept/request_lists.h"
+#include "media/capture/media_capture.h"
 #include "media/capture/media_pages.h"
 #include "settings/shared_list_lock.h"
 #include "ui/page_buttons.h"
@@ -18,6 +19,7 @@ struct DocumentList {
 /// One row per list that keeps something of a page.
 constexpr DocumentList kDocumentLists[] = {
     {[](const DocumentKey& document) { pageButtons().forget(document); }, OnTimeout::goOn},
+    {[](const DocumentKey& document) { forgetListeners(document); }, OnTimeout::goOn},
     {[](const DocumentKey& document) { mediaPages().forget(document); }, OnTimeout::skip},
     {[](const DocumentKey& document) { requestLists().forget(document); }, OnTimeout::skip},
 };

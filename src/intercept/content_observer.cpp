@@ -179,12 +179,6 @@ void dropRequestRecord(const std::string& url) {
     if (lock) requestLists().requested.removeFirst(url);
 }
 
-void lookForMedia(const Channel& channel, const CapturedHeaders& headers, const Decision& decision) {
-    const KeptResponse response{channel.get(), headers, decision};
-    if (decision.outcome == Outcome::listen) mediaCapture().listen(response);
-    if (decision.offer) mediaCapture().offer(response);
-}
-
 }  // namespace
 
 nsresult ContentObserver::Observe(nsISupports* subject, const char* topic, const char16_t*) {
@@ -284,7 +278,9 @@ void ContentObserver::examineContent(const Channel& channel, std::uint32_t httpS
         return;
     }
     tell(decision);
-    lookForMedia(channel, scratch_, decision);
+    if (!isMediaOfPage(decision, facts.loadFlags, facts.url)) return;
+    visitRequest(channel, identity(), scratch_);
+    captureMedia({channel.get(), scratch_, decision, facts.loadFlags});
 }
 
 /// The transfer calls into another process, and this record may serve another examination meanwhile: from here
@@ -307,7 +303,7 @@ void ContentObserver::take(const Channel& channel, const ResponseFacts& scratchF
     if (transfer(channel, headers.url, record, decision) && channel.cancel()) return;
     const Decision kept = afterFailedTransfer(facts, RegistrySettings{});
     tell(kept);
-    lookForMedia(channel, headers, kept);
+    captureMedia({channel.get(), headers, kept, facts.loadFlags});
 }
 
 }  // namespace zab

@@ -58,8 +58,8 @@ ModuleExports Browser::loadModule() const {
 }
 
 Browser::~Browser() {
+    endsResponses();
     for (const auto& object : objects_) {
-        if (auto* channel = dynamic_cast<Channel*>(object.get())) finishes(*channel);
         if (auto* target = dynamic_cast<EventTarget*>(object.get()))
             for (const auto& [type, listener] : std::exchange(target->listeners, {}))
                 callModule(StandInCall::release, listener);
@@ -121,9 +121,19 @@ void Browser::receives(Channel& channel, std::string_view body) {
 }
 
 void Browser::finishes(Channel& channel) {
-    for (auto* listener : std::exchange(channel.listeners, {})) callModule(StandInCall::release, listener);
+    releasesListeners(channel);
     if (channel.upload != nullptr) channel.upload->letGo();
     channel.letGo();
+}
+
+void Browser::releasesListeners(Channel& channel) {
+    for (auto* listener : std::exchange(channel.listeners, {})) callModule(StandInCall::release, listener);
+}
+
+void Browser::endsResponses() {
+    // By number: the end of a body may make the module ask for new objects.
+    for (std::size_t i = 0; i < objects_.size(); ++i)
+        if (auto* channel = dynamic_cast<Channel*>(objects_[i].get())) releasesListeners(*channel);
 }
 
 ChromeWindow& Browser::opensWindow() {
@@ -207,7 +217,8 @@ std::vector<nsIObserver*> Browser::observers() const {
     return all;
 }
 
-std::string Browser::unbalanced() const {
+std::string Browser::unbalanced() {
+    endsResponses();
     std::string text;
     for (const auto& object : objects_)
         if (object->references() != 0)

@@ -102,9 +102,9 @@ class Browser {
     std::vector<std::string> takesDebugLines() { return debug_.take(); }
     /// Calls that no browser would survive or understand; empty is right.
     [[nodiscard]] const std::vector<std::string>& violations() const { return violations_; }
-    /// What the module still holds of the browser's objects and strings, beyond what it held when it had
-    /// started up; empty is right.
-    [[nodiscard]] std::string unbalanced() const;
+    /// Ends every response. What the module still holds of the browser's objects and strings, beyond what it
+    /// held when it had started up; empty is right.
+    [[nodiscard]] std::string unbalanced();
 
     Faults& faults() { return faults_; }
     [[nodiscard]] const BrowserOptions& options() const { return options_; }
@@ -133,6 +133,8 @@ class Browser {
     void violates(std::string what) { violations_.push_back(std::move(what)); }
 
     ModuleExports loadModule() const;
+    void releasesListeners(Channel& channel);
+    void endsResponses();
 
     BrowserOptions options_;
     ModuleExports exports_{};  // before the runtime, which it may have to find

@@ -1,0 +1,152 @@
+#include "media/capture/browser_page.h"
+
+#include <utility>
+
+#include "binding/base_window.h"
+#include "binding/browser_string.h"
+#include "binding/browser_text_win32.h"
+#include "binding/interfaces/helpers.h"
+#include "binding/utf.h"
+#include "intercept/load_flags.h"
+#include "intercept/request_lists.h"
+#include "settings/shared_list_lock.h"
+#include "transfer/cookies.h"
+#include "ui/page_buttons.h"
+#include "ui/panel_controller.h"
+
+namespace zab {
+namespace {
+
+InterfacePtr<nsISupports> held(nsISupports* object) noexcept {
+    if (object != nullptr) object->AddRef();
+    return InterfacePtr<nsISupports>(object);
+}
+
+/// The top-level window that shows the document, which its own window knows when the helper does not; 0: none.
+WindowHandle browserWindowOf(iZABHelper5& helper, nsISupports* document) noexcept {
+    std::uint32_t window = 0, tab = 0;
+    std::uint64_t native = 0;
+    if (!failed(helper.GetPageIdentity(document, &window, &tab, &native)) && native != 0) return native;
+    InterfacePtr<nsISupports> domWindow;
+    if (failed(helper.GetDocumentWindow(document, domWindow.put()))) return 0;
+    const auto base = GetBaseWindow(domWindow.get());
+    void* parent = nullptr;
+    if (!base || failed(base->GetParentNativeWindow(&parent))) return 0;
+    return reinterpret_cast<WindowHandle>(parent);
+}
+
+ObjectKind objectKindOf(const MediaEntry& entry) noexcept {
+    return entry.kind == EntryKind::audio ? ObjectKind::audio : ObjectKind::video;
+}
+
+void noteExamined(OBJECTREQUESTSARRAY_ITEM record) {
+    CObjectRequestsArray& examined = requestLists().examined;
+    const auto* known = examined.find(record.url);
+    if (known == nullptr || known->documentId != record.documentId) examined.add(std::move(record));
+}
+
+}  // namespace
+
+BrowserPage::BrowserPage(const KeptResponse& response) : channel_(held(response.channel)) {
+    identity_.referrer = response.headers.referer;
+    identity_.userAgent = response.headers.userAgent;
+    examined_.url = response.headers.url;
+    examined_.cookies = response.headers.cookie;
+    examined_.authorization = response.headers.authorization;
+    if ((response.loadFlags & kTopLevelLoad) == 0) findDocument();
+}
+
+void BrowserPage::findDocument() {
+    const auto helper = service<iZABHelper5>();
+    if (!helper || failed(helper->GetChannelDocument(channel_.get(), document_.put())) || !document_) return;
+    page_.document = {document_.get(), documentIdOf(document_.get())};
+    state_ = State::documentKnown;
+    channel_.reset();
+}
+
+/// What cannot be read of it stays empty.
+void BrowserPage::readIdentity() {
+    state_ = State::none;
+    const auto helper = service<iZABHelper5>();
+    if (!helper || page_.document.id == 0) return;
+    state_ = State::known;
+    NarrowContainer url;
+    WideContainer title;
+    if (!url.ready() || !title.ready()) return;
+    if (failed(helper->GetPageInfo(document_.get(), url.get(), title.get()))) return;
+    page_.url = url.view();
+    page_.title = narrowPreferringAnsi(title.view()).value_or("");
+    identity_.url = page_.url;
+    identity_.title = utf8FromUtf16(title.view());  // entries are UTF-8 throughout
+}
+
+const EntryPage* BrowserPage::identity() {
+    if (state_ == State::toBeAsked) findDocument();
+    if (state_ == State::toBeAsked) state_ = State::none;
+    if (state_ == State::documentKnown) readIdentity();
+    identity_.documentId = page_.document.id;
+    return state_ == State::known ? &identity_ : nullptr;
+}
+
+bool BrowserPage::ask(const std::function<bool(const PageMedia&)>& question) {
+    if (identity() == nullptr) return false;
+    const SharedListLock lock(OnTimeout::skip);
+    const auto* record = lock ? mediaPages().find(page_.document.id) : nullptr;
+    return record != nullptr && question(record->media);
+}
+
+void BrowserPage::change(const std::function<void(PageMedia&)>& change) {
+    if (identity() == nullptr) return;
+    findWindows();
+    const SharedListLock lock(OnTimeout::skip);
+    if (lock && state_ == State::known) change(mediaPages().open(page_).media);
+}
+
+void BrowserPage::forget(const DocumentKey& document) noexcept {
+    if (document.names(page_.document.object, page_.document.id)) state_ = State::none;
+}
+
+void BrowserPage::findWindows() {
+    if (windowsKnown_) return;
+    windowsKnown_ = true;
+    const auto helper = service<iZABHelper5>();
+    if (!helper) return;
+    page_.browserWindow = browserWindowOf(*helper.get(), document_.get());
+    page_.controller = page_.browserWindow == 0 ? 0 : pageController(page_.browserWindow);
+}
+
+bool BrowserPage::open(const MediaEntry& first) {
+    examined_.pageUrl = identity_.url;
+    examined_.referrer = identity_.referrer;
+    examined_.userAgent = identity_.userAgent;
+    examined_.description = first.description;
+    examined_.extension = first.extension;
+    examined_.kind = objectKindOf(first);
+    examined_.document = document_.get();
+    examined_.documentId = page_.document.id;
+    const SharedListLock lock(OnTimeout::skip);
+    if (!lock || state_ != State::known) return false;
+    mediaPages().open(page_);
+    noteExamined(std::move(examined_));
+    return true;
+}
+
+void BrowserPage::take(std::vector<MediaEntry> entries, bool asMessages) {
+    if (entries.empty() || identity() == nullptr) return;
+    findWindows();
+    // Those of the browser are as they are now; the request's serve where there are none.
+    std::string cookies = cookiesOf(examined_.url);
+    if (cookies.empty()) cookies = examined_.cookies;
+    examined_.cookies = cookies;
+    if (!open(entries.front())) return;
+    bool shown = false;
+    for (MediaEntry& entry : entries) {
+        entry.page.cookies = cookies;
+        auto owned = std::make_unique<MediaEntry>(std::move(entry));
+        const bool byMessage = asMessages && page_.controller != 0;
+        shown |= byMessage ? sendEntry(page_.controller, std::move(owned)) : fileEntry(std::move(owned));
+    }
+    if (shown && state_ == State::known) pageButtons().mediaChanged(document_.get(), page_);
+}
+
+}  // namespace zab
