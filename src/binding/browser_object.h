@@ -62,7 +62,7 @@ class BrowserObject : public Interfaces... {
     void destroy() noexcept {
         static_assert(std::is_final_v<Self>, "nothing may derive from an object that deletes itself");
         constexpr uint32_t kFreesMemory = 1;
-        if constexpr (requires(Self& self) { self.DeleteThis(kFreesMemory); })
+        if constexpr (requires(Self & self) { self.DeleteThis(kFreesMemory); })
             static_cast<Self*>(this)->DeleteThis(kFreesMemory);
         else
             delete static_cast<Self*>(this);

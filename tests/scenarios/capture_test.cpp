@@ -26,8 +26,7 @@ TEST_F(Capture, AnEntryLivesAsLongAsItsPage) {
     const std::string body = "#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=1\n" + name + ".m3u8\n";
     const auto entries = [] { return longTextsThatBeginWith("hlstozab://http://h.example/vvv"); };
     auto& page = browser.opensPage("http://site.example/");
-    auto& channel =
-        browser.requests({.url = "http://h.example/a.m3u8", .loadFlags = kEmbedded, .page = &page});
+    auto& channel = browser.requests({.url = "http://h.example/a.m3u8", .loadFlags = kEmbedded, .page = &page});
     browser.answers(channel, 200, {{"Content-Type", "application/x-mpegURL"}});
     ASSERT_EQ(channel.listeners.size(), 1u);
     browser.receives(channel, body);
