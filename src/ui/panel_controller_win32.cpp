@@ -237,7 +237,7 @@ bool isWindowOfThisProcess(HWND window) noexcept {
 }
 
 HWND makePageController(HWND browserWindow) {
-    if (!isWindowOfThisProcess(browserWindow) || !registerOnce(g_pageClass)) return nullptr;
+    if (!registerOnce(g_pageClass)) return nullptr;
     pageControllers().reserve(pageControllers().size() + 1);
     const HWND window = CreateWindowExA(0, g_pageClass.name, "ZAB DwnlPanelCtrl Window", WS_CHILD, 0, 0, 0, 0,
                                         browserWindow, nullptr, pinnedModule(), nullptr);
@@ -258,6 +258,7 @@ WindowHandle pageController(WindowHandle browserWindow) noexcept {
     return guarded(WindowHandle{0}, [&] {
         for (const PageController& known : pageControllers())
             if (known.browserWindow == windowOf(browserWindow)) return handleOf(known.window);
+        if (!isWindowOfThisProcess(windowOf(browserWindow))) return WindowHandle{0};
         processController();
         return handleOf(makePageController(windowOf(browserWindow)));
     });
