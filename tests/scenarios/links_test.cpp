@@ -142,6 +142,28 @@ TEST_F(Links, APageWithoutMediaIsToldOnce) {
     }
 }
 
+TEST_F(Links, TheNewestMediaOfAPageAreHandedOver) {
+    auto& page = browser.opensPage(kPage, u"Page", 17);
+    const auto url = [](int number) { return "http://cdn.example/" + std::to_string(number) + ".flv"; };
+    for (int i = 0; i < 12; ++i) {
+        auto& channel = browser.requests({.url = url(i), .loadFlags = kEmbedded, .page = &page});
+        browser.answers(channel, 200, {{"Content-Type", "video/x-flv"}, {"Content-Length", "5000"}});
+    }
+    EXPECT_EQ(downloadsMedia(u"17", false), NS_OK);
+    EXPECT_EQ(downloadsMedia(u"17", true), NS_OK);
+    EXPECT_EQ(manager.received(0)["url"], url(11));
+    for (std::size_t i = 1; i <= 10; ++i) {
+        const json told = manager.received(i);
+        EXPECT_EQ(told["url"], url(12 - static_cast<int>(i)));
+        EXPECT_EQ(told["flags"], 0);
+        EXPECT_EQ(told["extraData"][2], "Page");
+        EXPECT_EQ(told["extraData"][3], "flv");
+        EXPECT_EQ(told["extraData"][6], "5000");
+        EXPECT_EQ(told["extraData"][7], kPage);
+    }
+    EXPECT_EQ(manager.count(), 11u) << "the newest ten of twelve, behind the newest one";
+}
+
 TEST_F(Links, AForcedNavigationIsHandedOverOnce) {
     const HeldKeys keys({VK_CONTROL});
     EXPECT_EQ(asksPolicy(kImage, "http://site.example/i.png"), kAccept);
