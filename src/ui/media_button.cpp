@@ -67,7 +67,8 @@ CDownloadMediaBtn::CDownloadMediaBtn(nsISupports* document, const MediaPage& pag
 template <class Change>
 void CDownloadMediaBtn::Bonds::forEachEvent(iZABHelper5& helper, Change change) const {
     if (!mouseListener || !unloadListener) return;
-    if (const auto target = eventTargetOf(helper, domWindow.get()))
+    const auto target = domWindow ? eventTargetOf(helper, domWindow.get()) : InterfacePtr<nsISupports>();
+    if (target)
         for (const std::u16string_view type : {kUnload, kScroll, kResize})
             change(helper, type, target.get(), mouseListener->identity());
     change(helper, kUnload, document.get(), unloadListener->identity());
