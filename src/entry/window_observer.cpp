@@ -107,7 +107,7 @@ void CWindowObserver::released(iZABHelper5& helper, nsISupports* event) {
     nsISupports* document = nullptr;
     if (links.view().empty() || failed(helper.GetTargetDocument(event, &document))) return;
     const InterfacePtr<nsISupports> page(document);
-    ownPopup(openLinkPopup(helper, page.get(), links.view()));
+    ownPopup(openLinkPopup(helper, page, links.view()));
 }
 
 }  // namespace zab

@@ -1,6 +1,5 @@
 #include "binding/guard.h"
-#include "binding/library_win32.h"
-#include "settings/settings_store.h"
+#include "settings/companion_library_win32.h"
 #include "ui/button_library.h"
 #include "ui/panel_controller.h"
 
@@ -9,21 +8,15 @@ namespace {
 
 using CreateManager = IZABButtonManager*(const ZABButtonInit*);
 
+CompanionFunction<CreateManager> g_createManager{u"zabbrbtn64.dll", "CreateDownlSelWtZABButton"};
 IZABButtonManager* g_manager = nullptr;
-
-/// The library stays loaded once it is found, whether it has a manager to give or not.
-CreateManager* findLibrary() {
-    const auto path = companionPath(u"zabbrbtn64.dll");
-    if (!path) return nullptr;
-    return exportOf<CreateManager>(LoadLibraryW(wide(*path)), "CreateDownlSelWtZABButton");
-}
 
 }  // namespace
 
 IZABButtonManager* buttonManager() noexcept {
     if (g_manager != nullptr) return g_manager;
     guarded([] {
-        CreateManager* const create = findLibrary();
+        CreateManager* const create = g_createManager.function();
         if (create == nullptr) return;
         ZABButtonInit init;
         init.controllerWindow = processController();

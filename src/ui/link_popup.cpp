@@ -19,16 +19,15 @@ namespace {
 
 /// The popup's controller is that of the process: by it a choice in the popup is told from one in the page's
 /// own menu.
-std::optional<ButtonPlan> planFor(iZABHelper5& helper, nsISupports* document) {
+std::optional<ButtonPlan> planFor(iZABHelper5& helper, const InterfacePtr<nsISupports>& document) {
     ButtonPlan plan;
-    plan.parent = browserWindowOf(helper, document);
+    plan.parent = browserWindowOf(helper, document.get());
     plan.controller = processController();
     const auto window = windowFactsOf(plan.parent);
     if (plan.controller == 0 || !window || !window->cursor) return std::nullopt;
     plan.rect = aroundPoint(*window->cursor);
-    plan.document = documentIdOf(document);
-    document->AddRef();
-    plan.pageUrl = pageOfDocument(helper, InterfacePtr<nsISupports>(document)).url;
+    plan.document = documentIdOf(document.get());
+    plan.pageUrl = pageOfDocument(helper, document.another()).url;
     return plan;
 }
 
@@ -41,9 +40,10 @@ bool keepLinks(const ButtonPlan& plan, std::vector<std::string> links) {
 
 }  // namespace
 
-WindowHandle openLinkPopup(iZABHelper5& helper, nsISupports* document, std::u16string_view lines) {
+WindowHandle openLinkPopup(iZABHelper5& helper, const InterfacePtr<nsISupports>& document,
+                           std::u16string_view lines) {
     std::vector<std::string> links = linksOfLines(lines);
-    if (document == nullptr || !CDwnlSelectedPanelSettings::load().opensPopup(links)) return 0;
+    if (!document || !CDwnlSelectedPanelSettings::load().opensPopup(links)) return 0;
     IZABButtonManager* const manager = buttonManager();
     const auto plan = manager == nullptr ? std::nullopt : planFor(helper, document);
     if (!plan) return 0;

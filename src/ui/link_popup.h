@@ -4,6 +4,7 @@
 
 #include <string_view>
 
+#include "binding/interface_ptr.h"
 #include "binding/interfaces/helpers.h"
 #include "entry/platform.h"
 
@@ -11,6 +12,7 @@ namespace zab {
 
 /// Opens the popup over the page of `document` and gives its window, which the caller closes; 0: the user wants
 /// none for these links, or there is no library. On the browser's main thread, not under the shared-list lock.
-WindowHandle openLinkPopup(iZABHelper5& helper, nsISupports* document, std::u16string_view lines);
+WindowHandle openLinkPopup(iZABHelper5& helper, const InterfacePtr<nsISupports>& document,
+                           std::u16string_view lines);
 
 }  // namespace zab

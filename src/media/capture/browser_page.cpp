@@ -2,11 +2,11 @@
 
 #include <utility>
 
-#include "binding/base_window.h"
 #include "binding/browser_string.h"
 #include "binding/browser_text_win32.h"
 #include "binding/interfaces/helpers.h"
 #include "binding/utf.h"
+#include "entry/page.h"
 #include "intercept/load_flags.h"
 #include "intercept/request_lists.h"
 #include "settings/shared_list_lock.h"
@@ -20,19 +20,6 @@ namespace {
 InterfacePtr<nsISupports> held(nsISupports* object) noexcept {
     if (object != nullptr) object->AddRef();
     return InterfacePtr<nsISupports>(object);
-}
-
-/// The top-level window that shows the document, which its own window knows when the helper does not; 0: none.
-WindowHandle browserWindowOf(iZABHelper5& helper, nsISupports* document) noexcept {
-    std::uint32_t window = 0, tab = 0;
-    std::uint64_t native = 0;
-    if (!failed(helper.GetPageIdentity(document, &window, &tab, &native)) && native != 0) return native;
-    InterfacePtr<nsISupports> domWindow;
-    if (failed(helper.GetDocumentWindow(document, domWindow.put()))) return 0;
-    const auto base = GetBaseWindow(domWindow.get());
-    void* parent = nullptr;
-    if (!base || failed(base->GetParentNativeWindow(&parent))) return 0;
-    return reinterpret_cast<WindowHandle>(parent);
 }
 
 ObjectKind objectKindOf(const MediaEntry& entry) noexcept {
