@@ -63,8 +63,8 @@ std::u16string captionOf(NativeWindow window) {
     return utf16(text);
 }
 
-bool serves(const std::function<bool()>& ended) {
-    const auto end = std::chrono::steady_clock::now() + kPatience;
+bool serves(const std::function<bool()>& ended, std::chrono::milliseconds patience) {
+    const auto end = std::chrono::steady_clock::now() + patience;
     while (!ended()) {
         if (std::chrono::steady_clock::now() > end) return false;
         MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(kLook.count()), QS_ALLINPUT);
@@ -101,14 +101,10 @@ bool choosesItem(std::size_t item) {
     return waitsFor([] { return openMenu() == nullptr; });
 }
 
-void leavesMenu() {
-    INPUT input[2]{};
-    for (INPUT& one : input) {
-        one.type = INPUT_KEYBOARD;
-        one.ki.wVk = VK_ESCAPE;
-    }
-    input[1].ki.dwFlags = KEYEVENTF_KEYUP;
-    SendInput(2, input, sizeof(INPUT));
+void leavesMenu(NativeWindow button) {
+    RECT area{};
+    GetWindowRect(GetParent(windowOf(button)), &area);
+    click({area.left + 1, area.top + 1});
     waitsFor([] { return openMenu() == nullptr; });
 }
 

@@ -23,9 +23,9 @@ bool isWindow(NativeWindow window);
 Area areaOf(NativeWindow window);
 std::u16string captionOf(NativeWindow window);
 
-/// Serves this thread's windows until `ended`, as a browser's main thread does while its user acts; at most ten
-/// seconds. Whether it ended.
-bool serves(const std::function<bool()>& ended);
+/// Serves this thread's windows until `ended`, as a browser's main thread does while its user acts. False: it
+/// did not in time.
+bool serves(const std::function<bool()>& ended, std::chrono::milliseconds patience = std::chrono::seconds(10));
 
 /// Serves this thread's windows while `work` runs on another one; gives its result.
 template <class Work>
@@ -39,7 +39,7 @@ auto meanwhile(Work work) {
 std::vector<std::u16string> opensMenu(NativeWindow button);
 /// Clicks on an item of the open menu, from 0.
 bool choosesItem(std::size_t item);
-/// Leaves the open menu without a choice.
-void leavesMenu();
+/// Leaves the menu of a button by a click beside it.
+void leavesMenu(NativeWindow button);
 
 }  // namespace zab::testbed

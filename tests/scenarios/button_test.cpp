@@ -1,6 +1,7 @@
 // Buttons that are really seen and clicked: the one over a page's media, and the popup of selected links.
 #include <gtest/gtest.h>
 
+#include "browser/base_window.h"
 #include "browser/hands.h"
 #include "scenarios/scenario.h"
 
@@ -29,6 +30,14 @@ class Buttons : public ::testing::Test {
     nlohmann::json received(std::size_t number) {
         return meanwhile([&, number] { return manager.received(number); });
     }
+    /// A media file of the page arrives.
+    void offers(Page& page, const std::string& name, const char* type = "video/mp4",
+                const char* length = "94371840") {
+        auto& channel =
+            browser.requests({.url = "http://films.example/" + name, .loadFlags = kEmbedded, .page = &page});
+        browser.answers(channel, 200, {{"Content-Type", type}, {"Content-Length", length}});
+        browser.finishes(channel);
+    }
     /// The user presses, drags and releases over a part of the page that holds links.
     void drags(Page& page, std::u16string_view links, POINT to) {
         browser.mouse(u"mousedown", &page);
@@ -47,6 +56,111 @@ class Buttons : public ::testing::Test {
     Manager manager;
     Browser browser;
 };
+
+TEST_F(Buttons, APageOfFiveEntriesHasAButtonThatFollowsItAndHandsThemOver) {
+    auto& page = opensPage(17);
+    browser.selectsTab(u"17");
+    page.boxes[u"appcontent"] = {10, 40, 400, 300};
+    offers(page, "e.mp3", "audio/mpeg", "6291456");
+    offers(page, "d.flv", "video/x-flv", "7340032");
+    offers(page, "c.webm", "video/webm", "83886080");
+    offers(page, "b.mp4");
+    offers(page, "1080p.mp4", "video/mp4", "734003200");
+    const auto over = button();
+    ASSERT_NE(over, 0u);
+    EXPECT_EQ(window.buttons(true).size(), 1u) << "one for all entries";
+    EXPECT_EQ(captionOf(over), u"Download selected files");
+    const auto scrollBar = GetSystemMetrics(SM_CXVSCROLL);
+    EXPECT_EQ(areaOf(over).right, 10 + 400 - 2 - scrollBar);
+    EXPECT_EQ(areaOf(over).top, 40 + 2);
+
+    page.boxes[u"appcontent"] = {10, 90, 300, 250};
+    browser.fires(u"scroll", page);
+    EXPECT_TRUE(serves([&] { return areaOf(over).top == 92; })) << "scrolled";
+    EXPECT_EQ(areaOf(over).right, 10 + 300 - 2 - scrollBar);
+    page.boxes.clear();
+    browser.fires(u"resize", page);
+    EXPECT_FALSE(serves([&] { return areaOf(over).top != 92; }, std::chrono::milliseconds(200)))
+        << "a place that cannot be had leaves it where it was";
+
+    EXPECT_EQ(meanwhile([&] { return opensMenu(over); }),
+              (Labels{u"1080p.mp4, 700.0 MB", u"b.mp4, 90.0 MB", u"c.webm, 80.0 MB", u"d.flv, 7.0 MB",
+                      u"e.mp3, 6.0 MB", u"Download all"}));
+    EXPECT_TRUE(meanwhile([] { return choosesItem(1); }));
+    auto told = received(0);
+    EXPECT_EQ(told["url"], "http://films.example/b.mp4");
+    EXPECT_EQ(told["flags"], 0);
+    EXPECT_EQ(told["extraData"][7], page.url);
+    meanwhile([&] { return opensMenu(over); });
+    EXPECT_TRUE(meanwhile([] { return choosesItem(5); }));
+    EXPECT_EQ(received(1)["url"], "http://films.example/1080p.mp4") << "all of them, in the menu's order";
+    EXPECT_EQ(received(5)["url"], "http://films.example/e.mp3");
+
+    browser.selectsTab(u"18");
+    EXPECT_EQ(button(), 0u) << "another tab is in front";
+    browser.selectsTab(u"17");
+    EXPECT_EQ(button(), over);
+    browser.fires(u"unload", page);
+    EXPECT_TRUE(serves([&] { return !isWindow(over); }));
+    EXPECT_EQ(page.windowTarget->listeners.size() + page.listeners.size(), 0u);
+}
+
+TEST_F(Buttons, AreMadeOncePerPageAndOnlyWhereTheyCanBe) {
+    auto& page = opensPage(17);
+    settings.set("ExePath", SettingsTree::kProgram);
+    offers(page, "a.mp4");
+    EXPECT_TRUE(window.buttons(true).empty()) << "no library";
+    settings.setCompanions();
+    offers(page, "b.mp4");
+    const auto over = button();
+    ASSERT_NE(over, 0u);
+    EXPECT_EQ(meanwhile([&] { return opensMenu(over); }).size(), 3u) << "what came before was kept";
+    meanwhile([&] { return leavesMenu(over), true; });
+    PostMessageA(reinterpret_cast<HWND>(over), WM_CLOSE, 0, 0);
+    EXPECT_TRUE(serves([&] { return !isWindow(over); }));
+    offers(page, "c.mp4");
+    EXPECT_TRUE(window.buttons(true).empty()) << "the user closed it: the page gets no other";
+    browser.unloads(u"17");
+
+    auto& elsewhere = opensPage(18);
+    elsewhere.nativeWindow = 0;
+    elsewhere.domWindow->nativeWindow = window.handle();
+    browser.selectsTab(u"19");
+    offers(elsewhere, "a.mp4");
+    EXPECT_EQ(window.buttons(true).size(), 1u) << "the document's own window names it";
+    EXPECT_EQ(button(), 0u) << "in a tab behind";
+    browser.unloads(u"18");
+    EXPECT_TRUE(serves([&] { return window.buttons(true).empty(); })) << "by the export as well";
+}
+
+TEST_F(Buttons, APageMayGoWhileItsButtonIsMade) {
+    for (const char* during : {"helper5.74", "helper5.69", "helper5.19", "helper5.73"}) {
+        auto& page = opensPage(17);
+        browser.onNext(during, [&] { browser.unloads(u"17"); });
+        offers(page, "a.mp4");
+        EXPECT_TRUE(serves([&] { return window.buttons(true).empty(); })) << during;
+        EXPECT_EQ(browser.unbalanced(), "") << during;
+    }
+}
+
+TEST_F(Buttons, LeaveNothingBehindWhicheverCallFails) {
+    std::uint32_t faults = 0;
+    for (bool reached = true; reached; ++faults) {
+        auto& page = opensPage(17);
+        browser.faults().failNth(faults + 1);
+        offers(page, "a.mp4");
+        browser.fires(u"scroll", page);
+        browser.fires(u"unload", page);
+        reached = browser.faults().reached();
+        const auto where = browser.faults().failedOperation();
+        browser.faults().none();
+        browser.unloads(u"17");
+        EXPECT_TRUE(serves([&] { return window.buttons(true).empty(); })) << where;
+        Browser::dropsPage(page);
+        EXPECT_EQ(browser.unbalanced(), "") << where;
+    }
+    EXPECT_GT(faults, 20u);
+}
 
 TEST_F(Buttons, SelectedLinksAreChosenFromAPopupThatTheNextPressCloses) {
     browser.cookies = {{"session", "1", "files.example"}};

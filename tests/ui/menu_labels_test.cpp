@@ -79,7 +79,7 @@ TEST(MenuLabels, StandBestFirstAndNameEachEntryOnce) {
         sound,
         entry("http://h/l", "360p MP4"),
         second,
-        entry("http://h/a", "1080p HD, high bitrate MP4", 0, 0, 1536 * 1024, 65),
+        entry("http://h/a", "1080p HD, high bitrate MP4", 0, 0, 1572864, 65),
         entry("http://h/b", "", 1080, 1),
         entry("http://h/c", "Ultra HD MP4"),
         entry("http://h/d", "x720p p 720px clip", 0, 0, 9),
