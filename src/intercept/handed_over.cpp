@@ -1,6 +1,7 @@
 #include "intercept/handed_over.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "binding/never_destroyed.h"
@@ -63,8 +64,13 @@ HandedOver::Navigations::iterator HandedOver::find(const nsISupports* channel, s
 }
 
 void HandedOver::add(Navigation navigation) {
-    if (navigations_.size() == kMost) navigations_.pop_front();
     navigations_.push_back(std::move(navigation));
+    auto oldest = std::prev(navigations_.end());
+    for (std::size_t bytes = oldest->url.size(); oldest != navigations_.begin(); --oldest) {
+        bytes += std::prev(oldest)->url.size();
+        if (bytes > kMostBytes || navigations_.end() - oldest == kMost) break;
+    }
+    navigations_.erase(navigations_.begin(), oldest);
 }
 
 HandedOver& handedOver() noexcept {

@@ -12,9 +12,9 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <string_view>
+#include <vector>
 
 class nsISupports;
 
@@ -26,8 +26,10 @@ class HandedOver {
 
     /// A navigation that the policy refused, but the browser makes all the same, starts within this time.
     static constexpr std::chrono::seconds kPatience{5};
-    /// More than are ever under way; beyond it the oldest is forgotten.
+    /// More than are ever under way, in number and in bytes of their addresses; beyond either the oldest are
+    /// forgotten. The newest always stays: the browser's own limit for one address is 1 MiB.
     static constexpr std::size_t kMost = 64;
+    static constexpr std::size_t kMostBytes = 1 << 20;
 
     /// The policy is asked about a load of `url`: a new navigation, whatever was before.
     void policyAsked(std::string_view url) noexcept;
@@ -56,7 +58,7 @@ class HandedOver {
         Time at;                     // of the policy's transfer
         State state;
     };
-    using Navigations = std::deque<Navigation>;
+    using Navigations = std::vector<Navigation>;  // oldest first; takes no memory while it is empty
 
     void add(Navigation navigation);
     [[nodiscard]] Navigations::iterator find(const nsISupports* channel, std::string_view url) noexcept;

@@ -10,6 +10,16 @@ namespace {
 
 constexpr std::string_view kAudioExtensions[] = {"mp3", "wav", "m4a", "aac", "ra", "rm", "wma"};
 
+/// Of all texts but the POST body.
+std::size_t textBytesOf(const OBJECTREQUESTSARRAY_ITEM& record) noexcept {
+    std::size_t bytes = 0;
+    for (const std::string* text :
+         {&record.url, &record.pageUrl, &record.referrer, &record.cookies, &record.userAgent,
+          &record.authorization, &record.postContentType, &record.description, &record.extension})
+        bytes += text->size();
+    return bytes;
+}
+
 }  // namespace
 
 ObjectKind objectKindOf(std::string_view mimeGuess, std::string_view extension) noexcept {
@@ -30,6 +40,7 @@ CObjectRequestsArray::Index::iterator CObjectRequestsArray::firstOf(std::string_
 
 CObjectRequestsArray::Place CObjectRequestsArray::remove(Place place) noexcept {
     postBytes_ -= place->record.postBody.size();
+    textBytes_ -= textBytesOf(place->record);
     index_.erase(keyOf(place));
     return records_.erase(place);
 }
@@ -44,7 +55,14 @@ void CObjectRequestsArray::add(OBJECTREQUESTSARRAY_ITEM record) {
         throw;
     }
     postBytes_ += added->record.postBody.size();
-    while (records_.size() > kMostRecords || postBytes_ > kMostPostBytes) remove(records_.begin());
+    textBytes_ += textBytesOf(added->record);
+    removeWhatIsTooMuch();
+}
+
+void CObjectRequestsArray::removeWhatIsTooMuch() noexcept {
+    while (records_.size() > kMostRecords || postBytes_ > kMostPostBytes ||
+           (textBytes_ > kMostTextBytes && records_.size() > 1))
+        remove(records_.begin());
 }
 
 void CObjectRequestsArray::addRequest(OBJECTREQUESTSARRAY_ITEM record) {
@@ -58,12 +76,13 @@ void CObjectRequestsArray::addRequest(OBJECTREQUESTSARRAY_ITEM record) {
     add(std::move(record));
 }
 
-OBJECTREQUESTSARRAY_ITEM* CObjectRequestsArray::find(std::string_view url) noexcept {
+const OBJECTREQUESTSARRAY_ITEM* CObjectRequestsArray::find(std::string_view url) noexcept {
     const auto found = firstOf(url);
     return found == index_.end() ? nullptr : &found->place->record;
 }
 
-OBJECTREQUESTSARRAY_ITEM* CObjectRequestsArray::find(std::string_view url, std::uint64_t documentId) noexcept {
+const OBJECTREQUESTSARRAY_ITEM* CObjectRequestsArray::find(std::string_view url,
+                                                           std::uint64_t documentId) noexcept {
     for (auto at = firstOf(url); at != index_.end() && at->url == url; ++at)
         if (documentId == 0 || at->place->record.documentId == documentId) return &at->place->record;
     return nullptr;
@@ -75,9 +94,11 @@ void CObjectRequestsArray::renameFirst(std::string_view from, std::string_view t
     std::string renamed(to);  // before anything changes; `to` may be part of the record
     const Place place = found->place;
     auto node = index_.extract(found);
+    textBytes_ += renamed.size() - place->record.url.size();
     place->record.url = std::move(renamed);
     node.value().url = place->record.url;
     index_.insert(std::move(node));
+    removeWhatIsTooMuch();
 }
 
 void CObjectRequestsArray::removeFirst(std::string_view url) noexcept {

@@ -2,8 +2,8 @@
 //
 // Records stand in the order in which they were added and are found by their URL, compared exactly; of equal
 // URLs the oldest counts. Finding and renaming cost a logarithm of the count. A list holds a bounded number of
-// records and of POST-body bytes; the oldest go first. Nothing here locks: the caller holds the shared-list
-// mutex, and what find() gives stays valid only as long as it does.
+// records, of POST-body bytes and of bytes of other text; the oldest go first. Nothing here locks: the caller
+// holds the shared-list mutex, and what find() gives stays valid only as long as it does.
 #pragma once
 
 #include <compare>
@@ -44,6 +44,9 @@ class CObjectRequestsArray {
   public:
     static constexpr std::size_t kMostRecords = 2000;
     static constexpr std::size_t kMostPostBytes = 8u << 20;
+    /// URLs, headers and the like, which ordinary records have 1 KiB of. A single record may have more: the
+    /// browser's own limit for an address is 1 MiB.
+    static constexpr std::size_t kMostTextBytes = 8u << 20;
 
     CObjectRequestsArray() = default;
     CObjectRequestsArray(const CObjectRequestsArray&) = delete;
@@ -55,10 +58,10 @@ class CObjectRequestsArray {
     /// the kind, extension and page that the request does not know.
     void addRequest(OBJECTREQUESTSARRAY_ITEM record);
 
-    /// The first record of this URL, or null. All of it but its URL and body may be changed.
-    [[nodiscard]] OBJECTREQUESTSARRAY_ITEM* find(std::string_view url) noexcept;
+    /// The first record of this URL, or null.
+    [[nodiscard]] const OBJECTREQUESTSARRAY_ITEM* find(std::string_view url) noexcept;
     /// The same among the records of one document; 0: of any.
-    [[nodiscard]] OBJECTREQUESTSARRAY_ITEM* find(std::string_view url, std::uint64_t documentId) noexcept;
+    [[nodiscard]] const OBJECTREQUESTSARRAY_ITEM* find(std::string_view url, std::uint64_t documentId) noexcept;
 
     /// Gives the first record of `from` the URL `to`; it keeps its place in the order.
     void renameFirst(std::string_view from, std::string_view to);
@@ -92,11 +95,13 @@ class CObjectRequestsArray {
     [[nodiscard]] Index::iterator firstOf(std::string_view url) noexcept;
     static Key keyOf(Place place) noexcept;
     Place remove(Place place) noexcept;
+    void removeWhatIsTooMuch() noexcept;
 
     std::list<Node> records_;
     Index index_;
     std::uint64_t lastNumber_ = 0;
     std::size_t postBytes_ = 0;
+    std::size_t textBytes_ = 0;
 };
 
 }  // namespace zab

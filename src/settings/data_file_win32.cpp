@@ -1,6 +1,7 @@
 #include <atomic>
 
 #include "binding/guard.h"
+#include "binding/throwing_win32.h"
 #include "settings/data_file.h"
 #include "settings/handle_win32.h"
 #include "settings/registry_key_win32.h"
@@ -78,7 +79,7 @@ void watchConfigTime() {
 
 /// The thread holds a reference to this module, so that the code under it stays while it sleeps.
 DWORD WINAPI ConfigTimeWatcher(void* module) {
-    guarded([] { watchConfigTime(); });
+    if (prepareThreadToThrow()) guarded([] { watchConfigTime(); });
     FreeLibraryAndExitThread(static_cast<HMODULE>(module), 0);
 }
 

@@ -5,6 +5,7 @@
 
 #include "binding/guard.h"
 #include "binding/owner.h"
+#include "binding/throwing_win32.h"
 #include "binding/utf.h"
 #include "settings/settings_store.h"
 #include "transfer/failure_report.h"
@@ -61,7 +62,7 @@ DWORD WINAPI tellNoMediaFound(void*) noexcept {
 /// Runs a report and gives the module's extra reference back where no code of the module has to run any more.
 template <DWORD(WINAPI* report)(void*) noexcept>
 DWORD WINAPI reportAndLeave(void* parameter) noexcept {
-    const DWORD result = report(parameter);
+    const DWORD result = prepareThreadToThrow() ? report(parameter) : 0;
     const HMODULE module = thisModule(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT);
     if (module != nullptr) FreeLibraryAndExitThread(module, result);
     return result;

@@ -22,10 +22,13 @@ class Faults {
         at_ = n;
         status_ = status;
     }
-    /// Every call of `operation`.
+    /// Every call of `operation` from the n-th on.
+    void failFrom(std::uint32_t n, std::string operation, nsresult status = NS_ERROR_FAILURE) {
+        failNth(n, std::move(operation), status);
+        lasts_ = true;
+    }
     void failAll(std::string operation, nsresult status = NS_ERROR_FAILURE) {
-        failNth(0, std::move(operation), status);
-        always_ = true;
+        failFrom(1, std::move(operation), status);
     }
     void none() { *this = {}; }
 
@@ -41,8 +44,9 @@ class Faults {
     nsresult step(const std::string& operation) {
         const std::uint32_t ofThis = ++counts_[operation];
         ++total_;
-        const bool matches = operation_.empty() ? total_ == at_ : operation == operation_ && ofThis == at_;
-        if (!matches && !(always_ && operation == operation_)) return NS_OK;
+        if (!operation_.empty() && operation != operation_) return NS_OK;
+        const std::uint32_t n = operation_.empty() ? total_ : ofThis;
+        if (lasts_ ? n < at_ : n != at_) return NS_OK;
         failedOperation_ = operation;
         return status_;
     }
@@ -62,7 +66,7 @@ class Faults {
     std::uint32_t total_ = 0;
     std::string operation_;
     std::uint32_t at_ = 0;
-    bool always_ = false;
+    bool lasts_ = false;
     nsresult status_ = NS_OK;
     std::string failedOperation_;
 };

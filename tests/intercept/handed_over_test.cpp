@@ -64,6 +64,15 @@ TEST(HandedOver, RemembersABoundedNumber) {
     record.begins(channel(0), "http://h/new");
     EXPECT_EQ(record.stateOf(channel(0), "http://h/a0"), State::notYet);
     EXPECT_EQ(record.stateOf(channel(0), "http://h/a1"), State::underWay);
+
+    const std::string half(HandedOver::kMostBytes / 2, 'x');
+    record.begins(channel(1), half);
+    record.begins(channel(2), half);
+    EXPECT_EQ(record.stateOf(channel(1), half), State::underWay) << "exactly as many bytes as are kept";
+    EXPECT_EQ(record.stateOf(channel(0), "http://h/new"), State::notYet) << "and not one more";
+    record.begins(channel(0), half + half + half);
+    EXPECT_EQ(record.stateOf(channel(0), half + half + half), State::underWay) << "the newest always stays";
+    EXPECT_EQ(record.stateOf(channel(2), half), State::notYet);
 }
 
 }  // namespace

@@ -76,6 +76,14 @@ TEST(ObjectRequests, TheOldestGoFirst) {
     posted.postBody.assign(CObjectRequestsArray::kMostPostBytes / 2, 'x');
     list.add(posted);
     EXPECT_EQ(list.count(), 2u) << "what was removed no longer counts";
+
+    const std::string half(CObjectRequestsArray::kMostTextBytes / 2, 'x');
+    list.add(request("long", half));
+    list.renameFirst("long", half);
+    EXPECT_EQ(list.count(), 1u) << "a new URL counts like an old one";
+    list.add(request(half + half, half));
+    EXPECT_EQ(list.count(), 1u) << "and the newest record stays, whatever it has";
+    EXPECT_NE(list.find(half + half), nullptr);
 }
 
 }  // namespace

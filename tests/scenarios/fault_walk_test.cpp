@@ -213,6 +213,44 @@ TEST(FaultWalk, NoFaultOfAnExchangeLosesItsDownload) { walkAllShapes(kFails); }
 
 TEST(FaultWalk, NoEmptySuccessLosesADownload) { walkAllShapes(kDoesNothing); }
 
+constexpr HookedImport kHeap[] = {
+    {"malloc"}, {"calloc", 0, nullptr, "malloc"}, {"realloc", 0, nullptr, "malloc"}};
+
+/// Each with a module of its own, for which the exchange is the first.
+TEST(AllocationFaults, LeaveTheDownloadWithTheBrowser) {
+    SettingsTree settings;
+    settings.set("Extensions", kCaught);
+    for (const bool lasts : {false, true}) {
+        bool reached = true;
+        std::uint32_t faults = 0, taken = 0;
+        for (; reached; ++faults) {
+            Browser browser{{.debuggerPresent = false}};
+            HookedSystem system(browser);
+            const ImportHook heap(browser, kHeap);
+            browser.startsUp();
+            auto& page = browser.opensPage("http://h.example/");
+            browser.cookies = {{.name = "theme", .value = "dark", .host = "h.example"}};
+            lasts ? browser.faults().failFrom(faults + 1, "malloc")
+                  : browser.faults().failNth(faults + 1, "malloc");
+            auto& channel = browser.requests({.url = "http://h.example/a.zip",
+                                              .method = "POST",
+                                              .headers = {{"Cookie", "a=b"}, {"Authorization", "Basic YTpi"}},
+                                              .page = &page,
+                                              .upload = Upload{.bytes = "a=b"}});
+            browser.answers(channel, 200, {{"Content-Type", "application/zip"}, {"Content-Length", "5"}});
+            reached = browser.faults().reached();
+            browser.faults().none();
+            browser.finishes(channel);
+            EXPECT_EQ(channel.cancelled(), system.takesTold().size() == 1) << faults;
+            EXPECT_EQ(browser.unbalanced() + system.unbalanced(), "") << faults;
+            EXPECT_EQ(browser.violations(), std::vector<std::string>{}) << faults;
+            taken += channel.cancelled();
+        }
+        std::printf("%u allocations failed%s; %u downloads were transferred all the same\n", faults - 1,
+                    lasts ? ", each with all after it" : "", taken - 1);
+    }
+}
+
 TEST(StartUpFaults, StopNeitherTheBrowserNorTheNextDownload) {
     bool reached = true;
     std::uint32_t faults = 0, caught = 0;

@@ -18,8 +18,8 @@ bool fails(const HookedImport& import) {
     if (GetCurrentThreadId() != hookedThread || hookedBrowser == nullptr) return false;
     Faults& faults = hookedBrowser->faults();
     const DWORD error = GetLastError();
-    if (import.failure == kCannotFail) faults.note(import.function);
-    const bool result = import.failure != kCannotFail && faults.fails(import.function);
+    if (import.failure == kCannotFail) faults.note(import.step);
+    const bool result = import.failure != kCannotFail && faults.fails(import.step);
     SetLastError(result ? ERROR_NOT_ENOUGH_MEMORY : error);
     return result;
 }

@@ -17,8 +17,9 @@ inline constexpr std::uint64_t kCannotFail = ~0ull;
 
 struct HookedImport {
     const char* function;
-    std::uint64_t failure = 0;  // what a failed call answers
-    const void* instead{};      // runs in the function's place, on every thread; null: the function itself
+    std::uint64_t failure = 0;    // what a failed call answers
+    const void* instead{};        // runs in the function's place, on every thread; null: the function itself
+    const char* step = function;  // what the faults call it
 };
 
 class ImportHook {
