@@ -50,6 +50,7 @@ std::optional<WindowFacts> windowFactsOf(WindowHandle browserWindow) noexcept {
 bool isOpen(WindowHandle window) noexcept { return IsWindow(handleOf(window)) != FALSE; }
 
 void postMove(WindowHandle button, const PixelRect& rect) noexcept {
+    if (!isOpen(button)) return;  // without a window the message would go to this thread
     PostMessageA(handleOf(button), kMoveButton, packed(rect.left, rect.top),
                  static_cast<LPARAM>(packed(rect.right, rect.bottom)));
 }

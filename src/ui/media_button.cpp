@@ -121,6 +121,7 @@ void CDownloadMediaBtn::close() noexcept {
 }
 
 void CDownloadMediaBtn::handle(nsISupports* event) {
+    const auto alive = shared_from_this();  // the page may end in each call of the helper
     const auto helper = service<iZABHelper5>();
     if (!helper) return;
     const std::u16string type = typeOf(*helper.get(), event);

@@ -5,6 +5,7 @@
 // lock.
 #pragma once
 
+#include <memory>
 #include <optional>
 
 #include "binding/browser_object.h"
@@ -44,7 +45,7 @@ class CElementUnloadListener final : public ButtonListener<CElementUnloadListene
     using ButtonListener::ButtonListener;
 };
 
-class CDownloadMediaBtn {
+class CDownloadMediaBtn : public std::enable_shared_from_this<CDownloadMediaBtn> {
   public:
     /// Holds the document and its window until close().
     CDownloadMediaBtn(nsISupports* document, const MediaPage& page);
@@ -66,7 +67,7 @@ class CDownloadMediaBtn {
     /// Gives listeners and references back and asks the window to close. May be called again.
     void close() noexcept;
 
-    /// An event of the page. The button may be gone behind it.
+    /// An event of the page, which may be its end.
     void handle(nsISupports* event);
 
   private:
