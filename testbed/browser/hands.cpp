@@ -16,8 +16,8 @@ constexpr UINT kMenuOfWindow = 0x01E1;  // MN_GETHMENU
 HWND windowOf(NativeWindow handle) { return reinterpret_cast<HWND>(handle); }
 
 template <class Look>
-auto waitsFor(Look look) {
-    const auto end = std::chrono::steady_clock::now() + kPatience;
+auto waitsFor(Look look, std::chrono::milliseconds patience = kPatience) {
+    const auto end = std::chrono::steady_clock::now() + patience;
     auto found = look();
     while (!found && std::chrono::steady_clock::now() < end) {
         std::this_thread::sleep_for(kLook);
@@ -78,11 +78,15 @@ bool serves(const std::function<bool()>& ended, std::chrono::milliseconds patien
 }
 
 std::vector<std::u16string> opensMenu(NativeWindow button) {
-    RECT area{};
-    GetWindowRect(windowOf(button), &area);
-    click(middleOf(area));
+    HWND window = nullptr;
+    // A click on what is not drawn yet goes astray, so a user clicks once more.
+    for (int clicks = 0; window == nullptr && clicks < 5; ++clicks) {
+        RECT area{};
+        GetWindowRect(windowOf(button), &area);
+        click(middleOf(area));
+        window = waitsFor([] { return openMenu(); }, 2s);
+    }
     std::vector<std::u16string> labels;
-    const HWND window = waitsFor([] { return openMenu(); });
     const HMENU menu = window == nullptr ? nullptr : menuOf(window);
     for (int i = 0; i < GetMenuItemCount(menu); ++i) {
         wchar_t text[512]{};
@@ -93,12 +97,15 @@ std::vector<std::u16string> opensMenu(NativeWindow button) {
 }
 
 bool choosesItem(std::size_t item) {
-    const HWND window = openMenu();
-    RECT area{};
-    if (window == nullptr || !GetMenuItemRect(nullptr, menuOf(window), static_cast<UINT>(item), &area))
-        return false;
-    click(middleOf(area));
-    return waitsFor([] { return openMenu() == nullptr; });
+    for (int clicks = 0; clicks < 5; ++clicks) {
+        const HWND window = openMenu();
+        RECT area{};
+        if (window == nullptr || !GetMenuItemRect(nullptr, menuOf(window), static_cast<UINT>(item), &area))
+            return false;
+        click(middleOf(area));
+        if (waitsFor([] { return openMenu() == nullptr; }, 2s)) return true;
+    }
+    return false;
 }
 
 void leavesMenu(NativeWindow button) {

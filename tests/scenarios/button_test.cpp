@@ -133,13 +133,21 @@ TEST_F(Buttons, AreMadeOncePerPageAndOnlyWhereTheyCanBe) {
     EXPECT_TRUE(serves([&] { return window.buttons(true).empty(); })) << "by the export as well";
 }
 
-TEST_F(Buttons, APageMayGoWhileItsButtonIsMade) {
-    for (const char* during : {"helper5.74", "helper5.69", "helper5.19", "helper5.73"}) {
+TEST_F(Buttons, APageMayGoWhileItsButtonIsMadeOrMoved) {
+    const struct {
+        const char* during;
+        bool moved;  // else made
+    } rows[] = {{"helper5.74", false}, {"helper5.69", false}, {"helper5.19", false},
+                {"helper5.73", false}, {"helper5.17", true},  {"helper5.73", true}};
+    for (const auto& row : rows) {
         auto& page = opensPage(17);
-        browser.onNext(during, [&] { browser.unloads(u"17"); });
+        const auto goes = [&] { browser.onNext(row.during, [&] { browser.unloads(u"17"); }); };
+        if (!row.moved) goes();
         offers(page, "a.mp4");
-        EXPECT_TRUE(serves([&] { return window.buttons(true).empty(); })) << during;
-        EXPECT_EQ(browser.unbalanced(), "") << during;
+        if (row.moved) goes();
+        browser.fires(u"scroll", page);
+        EXPECT_TRUE(serves([&] { return window.buttons(true).empty(); })) << row.during << row.moved;
+        EXPECT_EQ(browser.unbalanced(), "") << row.during << row.moved;
     }
 }
 
