@@ -20,6 +20,15 @@ std::size_t hashOf(const MediaEntry& entry) noexcept {
     return hash;
 }
 
+std::size_t textBytesOf(const MediaEntry& entry) noexcept {
+    std::size_t bytes = 0;
+    for (const std::string* text :
+         {&entry.link, &entry.secondUrl, &entry.extra, &entry.description, &entry.extension, &entry.page.url,
+          &entry.page.title, &entry.page.referrer, &entry.page.cookies, &entry.page.userAgent})
+        bytes += text->size();
+    return bytes;
+}
+
 bool isSameStream(const MediaEntry& a, const MediaEntry& b) noexcept {
     return a.link == b.link && a.secondUrl == b.secondUrl && a.extra == b.extra;
 }
@@ -50,14 +59,17 @@ void PageMedia::offer(MediaEntry entry) {
         fillIn(held.height, entry.height);
         return;
     }
-    if (entries_.size() >= kMostEntries) return;
+    const std::size_t bytes = textBytesOf(entry);
+    if (entries_.size() >= kMostEntries || bytes > kMostEntryBytes - entryBytes_) return;
     hashes_.reserve(hashes_.size() + 1);  // the two lists grow together or not at all
     entries_.push_back(std::move(entry));
     hashes_.push_back(hash);
+    entryBytes_ += bytes;
 }
 
 std::vector<MediaEntry> PageMedia::takeEntries() noexcept {
     hashes_.clear();
+    entryBytes_ = 0;
     return std::exchange(entries_, {});
 }
 
@@ -84,6 +96,7 @@ void PageMedia::addCatalogue(std::unique_ptr<CYoutubeParser> catalogue) {
 }
 
 void PageMedia::addSegmentPlace(std::string_view segmentUrl) {
+    if (segmentUrl.size() > kLongestPlace) return;
     SegmentPlace place{std::string(directoryOf(segmentUrl)), lowered(extensionOf(lastSegmentOf(segmentUrl)))};
     if (std::ranges::find(segmentPlaces_, place) != segmentPlaces_.end()) return;
     if (segmentPlaces_.size() >= kMostSegmentPlaces) segmentPlaces_.erase(segmentPlaces_.begin());

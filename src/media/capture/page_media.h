@@ -18,8 +18,11 @@ namespace zab {
 class PageMedia {
   public:
     static constexpr std::size_t kMostEntries = 100;
+    /// Of all texts of the entries. Each repeats the page's address, which alone may be 1 MiB long.
+    static constexpr std::size_t kMostEntryBytes = 16u << 20;
     static constexpr std::size_t kMostCatalogues = 16;
     static constexpr std::size_t kMostSegmentPlaces = 256;
+    static constexpr std::size_t kLongestPlace = 8192;  // bytes; a longer one is not noted
 
     /// Adds an entry behind the others. One whose address is empty is dropped, and so is every new one of a
     /// full page. One that is held already (equal link, second URL and extra data) gives the held one what that
@@ -54,6 +57,7 @@ class PageMedia {
     };
 
     std::vector<MediaEntry> entries_;
+    std::size_t entryBytes_ = 0;
     std::vector<std::size_t> hashes_;  // of what makes each entry equal to another
     std::vector<std::unique_ptr<CYoutubeParser>> catalogues_;
     std::vector<SegmentPlace> segmentPlaces_;

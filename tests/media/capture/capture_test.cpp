@@ -320,6 +320,17 @@ TEST(PageMedia, HoldsEachStreamOnceAndAHundred) {
     entry.size = 6;
     page.offer(entry);
     EXPECT_EQ(page.entries().front().size, 5u) << "what is known stays";
+
+    zab::PageMedia large;
+    entry.page.url.assign(1 << 20, 'u');
+    for (int i = 0; i < 50; ++i) {
+        entry.link = "http://h/" + std::to_string(i);
+        large.offer(entry);
+    }
+    EXPECT_EQ(large.entries().size(), 15u) << "16 MiB of texts hold no 16 addresses of 1 MiB with their links";
+    (void)large.takeEntries();
+    large.offer(entry);
+    EXPECT_EQ(large.entries().size(), 1u) << "and room again for others";
 }
 
 TEST(BodyCollector, TakesABodyAsFarAsItCounts) {
