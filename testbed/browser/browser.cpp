@@ -232,10 +232,17 @@ std::string Browser::unbalanced() {
 
 // Calls in both directions.
 
+bool Browser::moduleRuns(bool runs) {
+    const auto now = std::chrono::steady_clock::now();
+    if (moduleRuns_) moduleTime_ += now - runsSince_;
+    runsSince_ = now;
+    return std::exchange(moduleRuns_, runs);
+}
+
 std::uint64_t Browser::intoModule(const std::function<std::uint64_t()>& call) {
-    const bool before = std::exchange(moduleRuns_, true);
+    const bool before = moduleRuns(true);
     const auto result = call();
-    moduleRuns_ = before;
+    moduleRuns(before);
     return result;
 }
 
@@ -247,9 +254,9 @@ std::uint64_t Browser::callModule(StandInCall which, void* object, std::uint64_t
 std::uint64_t Browser::onCall(void* context, StandInObject* raw, std::uint32_t slot,
                               const std::uint64_t* arguments) {
     auto& browser = *static_cast<Browser*>(context);
-    const bool before = std::exchange(browser.moduleRuns_, false);
+    const bool before = browser.moduleRuns(false);
     const auto result = browser.called(*static_cast<BedObject::Handle*>(raw->context), slot, arguments);
-    browser.moduleRuns_ = before;
+    browser.moduleRuns(before);
     return result;
 }
 

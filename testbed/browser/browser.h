@@ -5,6 +5,7 @@
 // module is never unloaded in a browser's life, and its state starts anew with the copy.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <set>
@@ -112,6 +113,8 @@ class Browser {
     [[nodiscard]] const ModuleExports& module() const { return exports_; }
     /// Everything that calls the module goes through here: faults count only while it runs.
     std::uint64_t intoModule(const std::function<std::uint64_t()>& call);
+    /// How long code of the module, and what it calls of the system and of the runtime's strings, has run.
+    [[nodiscard]] std::chrono::steady_clock::duration moduleTime() const { return moduleTime_; }
     std::uint64_t callModule(StandInCall which, void* object, std::uint64_t a = 0, std::uint64_t b = 0,
                              std::uint64_t c = 0);
 
@@ -133,6 +136,8 @@ class Browser {
     void violates(std::string what) { violations_.push_back(std::move(what)); }
 
     ModuleExports loadModule() const;
+    /// Whose code runs from now on; gives whose it was.
+    bool moduleRuns(bool runs);
     void releasesListeners(Channel& channel);
     void endsResponses();
 
@@ -144,6 +149,8 @@ class Browser {
     Faults faults_;
     std::map<std::string, std::function<void()>> interruptions_;
     bool moduleRuns_ = false;
+    std::chrono::steady_clock::time_point runsSince_{};
+    std::chrono::steady_clock::duration moduleTime_{};
     std::uint32_t thread_;
     std::vector<std::unique_ptr<BedObject>> objects_;
     std::map<std::string, BedObject*> services_;

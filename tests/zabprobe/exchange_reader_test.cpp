@@ -63,9 +63,10 @@ TEST(ExchangeReaders, TellAnotherFormFromNoJson) {
         EXPECT_FALSE(visitExchanges(list, ignore)) << list;
     EXPECT_TRUE(visitExchanges(R"([{},{"url":null,"status":2e2,"bodySize":1e99,"other":[]}])", ignore));
     EXPECT_TRUE(visitHarEntries(R"({"log":{"entries":[{},{"request":null}]}})", ignore));
-    for (const char* text : {"", "[", "{\"log\":{\"entries\":[{}", "[\"\xFF\"]", "[1e4900]"}) {
-        EXPECT_THROW(visitExchanges(text, ignore), std::runtime_error) << text;
-        EXPECT_THROW(visitHarEntries(text, ignore), std::runtime_error) << text;
+    const std::string deep(2'000'000, '[');
+    for (const char* text : {"", "[", "{\"log\":{\"entries\":[{}", "[\"\xFF\"]", "[1e4900]", deep.c_str()}) {
+        EXPECT_THROW(visitExchanges(text, ignore), std::runtime_error) << std::string_view(text).substr(0, 80);
+        EXPECT_THROW(visitHarEntries(text, ignore), std::runtime_error) << std::string_view(text).substr(0, 80);
     }
 }
 

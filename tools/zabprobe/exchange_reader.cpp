@@ -167,9 +167,16 @@ class HarWalk {
     bool inLog_ = false, atEntries_ = false, inEntries_ = false, sawEntries_ = false;
 };
 
+/// Deeper than any capture, and shallow enough for whatever the library does with each level.
+constexpr int kDeepest = 200;
+
 Json parse(std::string_view text, const Json::parser_callback_t& callback = nullptr) {
+    const auto notTooDeep = [&](int depth, Json::parse_event_t event, Json& parsed) {
+        if (depth > kDeepest) throw std::runtime_error("this JSON is nested too deeply");
+        return !callback || callback(depth, event, parsed);
+    };
     try {
-        return Json::parse(text.begin(), text.end(), callback);
+        return Json::parse(text.begin(), text.end(), notTooDeep);
     } catch (const Json::parse_error& error) {
         throw std::runtime_error("this is no JSON: wrong at byte " + std::to_string(error.byte));
     } catch (const Json::out_of_range&) {
