@@ -140,7 +140,7 @@ Answer runHar(const Arguments& arguments) {
             entry["entries"] = capturedEntries({decision, scratch, exchange.loadFlags}, *exchange.responseBody);
     });
     if (!read) return {false, Json::array()};
-    return {true, std::move(decisions), arguments.explain ? table.text() : std::string{}};
+    return {true, std::move(decisions), arguments.explain ? std::optional(table.text()) : std::nullopt};
 }
 
 constexpr Command kCommands[] = {
