@@ -11,7 +11,7 @@ constexpr std::uint32_t kUseCapture = 1;
 
 InterfacePtr<nsISupports> eventTargetOf(iZABHelper5& helper, nsISupports* window) noexcept {
     nsISupports* target = nullptr;
-    if (failed(helper.GetWindowEventTarget(window, &target))) return {};
+    if (window == nullptr || failed(helper.GetWindowEventTarget(window, &target))) return {};
     return InterfacePtr<nsISupports>(target);
 }
 

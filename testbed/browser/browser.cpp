@@ -112,11 +112,26 @@ void Browser::answers(Channel& channel, std::uint32_t status, Headers headers, c
     notifies(topic, &channel);
 }
 
-void Browser::receives(Channel& channel, std::string_view body) {
-    for (auto* listener : channel.listeners) {
-        std::uint32_t wants = 0;
-        callModule(StandInCall::wantsMoreData, listener, argument(&wants));
-        if (wants != 0) callModule(StandInCall::responseData, listener, argument(body.data()), body.size());
+bool Browser::wants(iZABSListener* listener) {
+    std::uint32_t word = 0;
+    callModule(StandInCall::wantsMoreData, listener, argument(&word));
+    return word != 0;
+}
+
+bool Browser::wantsMore(const Channel& channel) {
+    return std::ranges::any_of(channel.listeners, [this](auto* listener) { return wants(listener); });
+}
+
+void Browser::receives(Channel& channel, std::string_view body, std::size_t chunkBytes) {
+    while (!body.empty() && wantsMore(channel)) {
+        const std::string_view chunk = body.substr(0, chunkBytes == 0 ? body.size() : chunkBytes);
+        body.remove_prefix(chunk.size());
+        const auto listeners = channel.listeners;
+        for (auto* listener : listeners) {
+            if (!wants(listener)) continue;
+            if (callModule(StandInCall::responseData, listener, argument(chunk.data()), chunk.size()) != NS_OK)
+                violates("a body listener fails");
+        }
     }
 }
 

@@ -59,8 +59,11 @@ class Browser {
     /// The answer's headers have arrived.
     void answers(Channel& channel, std::uint32_t status, Headers headers = {},
                  const char* topic = "http-on-examine-response");
-    /// The answer's body arrives, for the listeners that want it; the end gives them back.
-    void receives(Channel& channel, std::string_view body);
+    /// A part of the answer's body arrives, in chunks of this size (0: in one), for the listeners that still
+    /// want it; the end gives them back.
+    void receives(Channel& channel, std::string_view body, std::size_t chunkBytes = 0);
+    /// Whether a listener of the answer wants more of its body.
+    bool wantsMore(const Channel& channel);
     void finishes(Channel& channel);
     ChromeWindow& opensWindow();
     void closesWindow(ChromeWindow& window);
@@ -138,6 +141,7 @@ class Browser {
     ModuleExports loadModule() const;
     /// Whose code runs from now on; gives whose it was.
     bool moduleRuns(bool runs);
+    bool wants(iZABSListener* listener);
     void releasesListeners(Channel& channel);
     void endsResponses();
 

@@ -11,6 +11,26 @@
 #include "settings/companion_library_win32.h"
 
 namespace zab {
+
+// What the DASH parser hands out.
+
+struct ManifestRecord {
+    const ManifestRecord* next;
+    const char16_t* id;
+    std::uint32_t height;
+    std::uint32_t bitrate;  // bits per second
+    std::uint64_t size;     // bytes
+};
+
+/// A table of operations, as the parser's compiler lays it out. Not in the namespace below: of a class that no
+/// other file can see, and that nothing here derives from, a compiler may conclude that it is never called.
+class IZABManifest {
+  public:
+    virtual const ManifestRecord* videoList() = 0;
+    virtual const ManifestRecord* audioList() = 0;
+    virtual void destroy() = 0;
+};
+
 namespace {
 
 // The content sniffer.
@@ -37,27 +57,11 @@ SniffedContent::Verdict verdictOf(std::int32_t answer) noexcept {
 
 // The DASH parser.
 
-struct ManifestRecord {
-    const ManifestRecord* next;
-    const char16_t* id;
-    std::uint32_t height;
-    std::uint32_t bitrate;  // bits per second
-    std::uint64_t size;     // bytes
-};
-
-/// A table of operations, as the parser's compiler lays it out.
-class Manifest {
-  public:
-    virtual const ManifestRecord* videoList() = 0;
-    virtual const ManifestRecord* audioList() = 0;
-    virtual void destroy() = 0;
-};
-
 using Parse1_t = std::int32_t(const char16_t* url, const char* body, std::uint64_t zero, std::uint64_t alsoZero,
-                              Manifest** result);
+                              IZABManifest** result);
 
 struct ManifestTraits {
-    using Raw = Manifest*;
+    using Raw = IZABManifest*;
     static Raw none() noexcept { return nullptr; }
     static void close(Raw manifest) noexcept { manifest->destroy(); }
 };
@@ -67,6 +71,7 @@ std::u16string_view idOf(const ManifestRecord& record) noexcept {
     constexpr std::size_t kLongest = 4096;
     if (record.id == nullptr) return {};
     const auto* end = std::find(record.id, record.id + kLongest, u'\0');
+    if (end == record.id + kLongest) return {};
     return {record.id, static_cast<std::size_t>(end - record.id)};
 }
 

@@ -60,9 +60,14 @@ class Desk {
     HWND window_ = nullptr;
 };
 
+class StandInManager;
+StandInManager* g_manager = nullptr;  // one in a process
+
 class StandInManager final : public Manager {
   public:
+    StandInManager() { g_manager = this; }
     void deletingDestructor(std::uint32_t flags) override {
+        g_manager = nullptr;
         desk_.end();
         if ((flags & 1) != 0) delete this;
     }
@@ -84,6 +89,14 @@ class StandInManager final : public Manager {
     void showButton(std::uint64_t button, std::uint32_t visible) override {
         desk_.run([&] { ShowWindow(windowOf(button), visible != 0 ? SW_SHOWNA : SW_HIDE); });
     }
+    std::u16string linesOf(std::uint64_t documentId) const {
+        std::u16string lines;
+        desk_.run([&] {
+            for (const ButtonEntry& entry : entriesOf(documentId))
+                lines.append(entry.link).append(u"\t").append(entry.label).append(u"\n");
+        });
+        return lines;
+    }
 
   private:
     Desk desk_;
@@ -100,4 +113,14 @@ struct Init {
 extern "C" __declspec(dllexport) void* CreateDownlSelWtZABButton(const zab::testbed::Init* init) {
     if (init == nullptr || init->size < sizeof(*init)) return nullptr;
     return static_cast<zab::testbed::Manager*>(new zab::testbed::StandInManager);
+}
+
+/// The entries of a page, a line each: link, tab, label. Writes as much as there is room for and gives the
+/// whole length.
+extern "C" __declspec(dllexport) std::uint32_t
+    StandIn_Entries(std::uint64_t documentId, char16_t* text, std::uint32_t capacity) {
+    if (zab::testbed::g_manager == nullptr) return 0;
+    const std::u16string lines = zab::testbed::g_manager->linesOf(documentId);
+    lines.copy(text, capacity);
+    return static_cast<std::uint32_t>(lines.size());
 }

@@ -133,6 +133,12 @@ HWND makeButtonWindow(HWND parent, const RECT& place, const std::u16string& capt
     return window;
 }
 
+std::vector<ButtonEntry> entriesOf(std::uint64_t documentId) {
+    for (const auto& [window, button] : buttons())
+        if (button->page.documentId == documentId) return button->page.entries;
+    return {};
+}
+
 void setButtonPage(HWND window, ButtonPage page) {
     if (const auto button = buttonOf(window)) button->page = std::move(page);
 }

@@ -29,5 +29,7 @@ inline constexpr const wchar_t* kButtonClass = L"ZAB stand-in button";
 HWND makeButtonWindow(HWND parent, const RECT& place, const std::u16string& caption, HWND controller);
 /// Ignored for a window that is none of these.
 void setButtonPage(HWND button, ButtonPage page);
+/// The entries of this document's button.
+std::vector<ButtonEntry> entriesOf(std::uint64_t documentId);
 
 }  // namespace zab::testbed
