@@ -130,7 +130,7 @@ class Capture : public ::testing::Test {
   protected:
     Capture() {
         settings.setCompanions();
-        settings.set("DwnlPanel\\!ALL!", 1u);
+        settings.set("ZABBI\\Firefox\\DwnlPanel\\!ALL!", 1u);
         browser.startsUp();
     }
     ~Capture() override {
@@ -316,6 +316,34 @@ TEST_F(Capture, APageThatWentAwayGetsNoEntries) {
         EXPECT_TRUE(window.buttons(true).empty());
         Browser::dropsPage(page);
     }
+}
+
+TEST_F(Capture, TwoHundredListenersAtTheirCapsHoldNoMoreThanTheirBodies) {
+    constexpr std::size_t kListeners = 200;
+    auto& page = opensPage();
+    std::uint64_t left = 0;
+    for (int round = 0; round < 2; ++round) {
+        const std::uint64_t start = privateBytes(), inUse = heapBytesInUse();
+        std::uint64_t caps = 0;
+        std::vector<Channel*> channels;
+        for (std::size_t n = 0; channels.size() < kListeners; ++n) {
+            const Row& row = kRows[n % std::size(kRows)];
+            const std::uint32_t cap = mediaKindCapBytes(row.kind);
+            if (cap == 0) continue;
+            channels.push_back(&answers(row, page, 0));
+            browser.receives(*channels.back(), std::string(cap, ' '), 14'000);
+            caps += cap;
+        }
+        const std::uint64_t held = privateBytes() - start;
+        for (Channel* channel : channels) browser.finishes(*channel);
+        browser.sweeps();
+        left = heapBytesInUse() - inUse;
+        std::printf("200 listeners hold %llu bytes for bodies of %llu, and leave %lld\n", held, caps,
+                    static_cast<long long>(left));
+        EXPECT_LT(held, caps + caps / 10);
+    }
+    EXPECT_LT(static_cast<std::int64_t>(left), 1 << 20) << "the records of 200 requests";
+    closes(page);
 }
 
 }  // namespace

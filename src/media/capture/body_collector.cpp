@@ -47,12 +47,12 @@ void BodyCollector::keep(std::string_view bytes) {
     const std::size_t needed = body_.size() + bytes.size();
     const std::uint64_t doubled = std::min<std::uint64_t>(limit_, body_.capacity() * 2);
     if (needed > body_.capacity()) body_.reserve(std::max(needed, static_cast<std::size_t>(doubled)));
-    body_.append(bytes);
+    body_.insert(body_.end(), bytes.begin(), bytes.end());
 }
 
 void BodyCollector::lookForEnd(std::size_t from) {
-    const auto mark = body_.find(kEndOfHtml, from - std::min(from, kEndOfHtml.size() - 1));
-    if (mark == std::string::npos) return;
+    const auto mark = kept().find(kEndOfHtml, from - std::min(from, kEndOfHtml.size() - 1));
+    if (mark == std::string_view::npos) return;
     body_.resize(mark + kEndOfHtml.size());
     state_ = State::complete;
 }
@@ -65,11 +65,11 @@ std::optional<std::string_view> BodyCollector::whole() const noexcept {
         case State::complete: counts = true; break;
         // A playlist that was cut tells too little, unless its end was among what was read.
         case State::cut:
-            counts = isHls ? contains(upToNul(body_), kEndOfPlaylist) : kind_ != MediaKind::linkText;
+            counts = isHls ? contains(upToNul(kept()), kEndOfPlaylist) : kind_ != MediaKind::linkText;
             break;
         case State::refused: break;
     }
-    return counts ? std::optional<std::string_view>(body_) : std::nullopt;
+    return counts ? std::optional(kept()) : std::nullopt;
 }
 
 }  // namespace zab

@@ -8,8 +8,8 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <string_view>
+#include <vector>
 
 #include "media/capture/kinds.h"
 
@@ -45,6 +45,7 @@ class BodyCollector {
     };
 
     void keep(std::string_view bytes);
+    [[nodiscard]] std::string_view kept() const noexcept { return {body_.data(), body_.size()}; }
     void lookForEnd(std::size_t from);
 
     MediaKind kind_ = MediaKind::none;
@@ -52,7 +53,7 @@ class BodyCollector {
     bool lengthIsKnown_ = false;
     std::uint64_t limit_ = 0;     // bytes that count
     std::uint64_t received_ = 0;  // of these
-    std::string body_;
+    std::vector<char> body_;      // a string would take more than it is told to
 };
 
 }  // namespace zab
