@@ -74,18 +74,23 @@ std::string WebAnswer::body() {
     }
 }
 
-std::unique_ptr<WebAnswer> fetch(const Request& request, std::string_view form) {
+std::unique_ptr<WebAnswer> fetch(const Request& request, std::string_view form, const std::string& server) {
     const std::u16string url = utf16FromUtf8(request.url);
     URL_COMPONENTS parts{};
     parts.dwStructSize = sizeof(parts);
     parts.dwHostNameLength = parts.dwUrlPathLength = parts.dwExtraInfoLength = static_cast<DWORD>(-1);
     if (!WinHttpCrackUrl(wide(url), 0, 0, &parts)) fail("URL");
-    const std::wstring host(parts.lpszHostName, parts.dwHostNameLength);
+    std::wstring host(parts.lpszHostName, parts.dwHostNameLength);
+    INTERNET_PORT port = parts.nPort;
+    if (const auto colon = server.find(':'); colon != std::string::npos) {
+        host.assign(server.begin(), server.begin() + static_cast<std::ptrdiff_t>(colon));
+        port = static_cast<INTERNET_PORT>(std::stoi(server.substr(colon + 1)));
+    }
     std::wstring path(parts.lpszUrlPath);
     path.resize(std::min(path.size(), path.find(L'#')));
 
     auto answer = std::make_unique<WebAnswer>();
-    answer->connection_ = WinHttpConnect(session(), host.c_str(), parts.nPort, 0);
+    answer->connection_ = WinHttpConnect(session(), host.c_str(), port, 0);
     const std::u16string method = utf16FromUtf8(request.method);
     answer->request_ = WinHttpOpenRequest(
         answer->connection_, wide(method), path.c_str(), nullptr, nullptr, nullptr,

@@ -21,13 +21,15 @@ class WebAnswer {
     std::string body();
 
   private:
-    friend std::unique_ptr<WebAnswer> fetch(const Request& request, std::string_view form);
+    friend std::unique_ptr<WebAnswer> fetch(const Request& request, std::string_view form,
+                                            const std::string& server);
     void* connection_ = nullptr;
     void* request_ = nullptr;
 };
 
-/// Sends a request and waits for the answer's headers. Throws std::runtime_error.
-std::unique_ptr<WebAnswer> fetch(const Request& request, std::string_view form);
+/// Sends a request and waits for the answer's headers. `server` ("host:port") is asked in place of the one that
+/// the address names, unless empty. Throws std::runtime_error.
+std::unique_ptr<WebAnswer> fetch(const Request& request, std::string_view form, const std::string& server = {});
 
 /// Lower-case hexadecimal digits.
 std::string sha256Of(std::string_view bytes);

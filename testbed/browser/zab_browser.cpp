@@ -5,13 +5,17 @@
 #include <fstream>
 #include <iostream>
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <sstream>
 #include <thread>
 
 #include "binding/browser_version.h"
+#include "binding/library_win32.h"
 #include "binding/utf.h"
 #include "binding/wide_win32.h"
 #include "browser/browser.h"
 #include "browser/desktop.h"
+#include "browser/top_window.h"
 #include "browser/web_client.h"
 
 namespace {
@@ -23,6 +27,7 @@ constexpr int kBadInput = 2;
 constexpr int kTooLong = 3;
 constexpr int kPatienceSeconds = 60;
 constexpr int kMostHops = 20;
+constexpr std::size_t kPacketBytes = 1400;
 constexpr std::uint32_t kReplacesLoad = 0x40000;
 
 std::atomic<int> g_secondsLeft{kPatienceSeconds};
@@ -103,6 +108,64 @@ class Program {
         print(line);
     }
 
+    /// Makes an exchange, or does what the user does instead.
+    void performs(const json& step) {
+        const auto choice = step.find("chooses");
+        if (choice == step.end()) return makes(step);
+        chooses(step.at("page").at("id"), *choice);
+        print({{"name", step.value("name", "")}, {"url", *choice}, {"method", "MENU"}, {"cancelled", "menu"}});
+    }
+
+    /// Every page goes away; what the module holds then, it has forgotten to give back.
+    void leavesAllPages() {
+        for (const auto& [id, page] : pages_) {
+            browser_.mouse(u"unload", page);
+            browser_.unloads(zab::utf16FromUtf8(std::to_string(id)));
+        }
+        print({{"heldAtEnd", browser_.unbalanced()}});
+    }
+
+    /// What the pages' buttons offer, as the button library was told it.
+    void tellsOffers() const {
+        const auto entries = libraryFunction<EntriesFunction>("StandIn_Entries");
+        if (entries == nullptr) return;
+        for (const auto& [id, page] : pages_) {
+            std::u16string lines(entries(id, nullptr, 0), u'\0');
+            entries(id, lines.data(), static_cast<std::uint32_t>(lines.size()));
+            if (!lines.empty()) print({{"page", id}, {"entries", entriesOf(zab::utf8FromUtf16(lines))}});
+        }
+    }
+
+  private:
+    using EntriesFunction = std::uint32_t(std::uint64_t documentId, char16_t* text, std::uint32_t capacity);
+    using ChooseFunction = int(std::uint64_t documentId, const char16_t* link);
+
+    /// Of the stand-in button library, once the module has loaded it.
+    template <class Function>
+    static Function* libraryFunction(const char* name) {
+        return zab::exportOf<Function>(GetModuleHandleA("zabbrbtn64.dll"), name);
+    }
+
+    static json entriesOf(const std::string& lines) {
+        json entries = json::array();
+        std::istringstream stream(lines);
+        for (std::string link, label; std::getline(stream, link, '\t') && std::getline(stream, label);)
+            entries.push_back({{"link", link}, {"label", label}});
+        return entries;
+    }
+
+    /// The choice comes to this thread as a message, and so does what the module makes of it.
+    void chooses(std::uint64_t page, const std::string& link) {
+        const auto choose = libraryFunction<ChooseFunction>("StandIn_Choose");
+        if (choose == nullptr || choose(page, zab::utf16FromUtf8(link).c_str()) == 0)
+            throw std::runtime_error("no button offers " + link);
+        MSG message{};
+        while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&message);
+            DispatchMessageA(&message);
+        }
+    }
+
     void makes(const json& exchange) {
         const HeldKeys keys(keysOf(exchange));
         Closing closing{exchange.value("closes", "")};
@@ -121,7 +184,8 @@ class Program {
         }
         for (int hop = 0; hop < kMostHops; ++hop) {
             g_secondsLeft = kPatienceSeconds;
-            const auto next = hops(exchange.value("name", ""), request, form, std::exchange(closing, {}));
+            const auto next = hops({exchange.value("name", ""), exchange.value("connect", "")}, request, form,
+                                   std::exchange(closing, {}));
             if (next.empty()) return;
             // A redirect is followed with a plain request.
             request.url = next;
@@ -133,7 +197,11 @@ class Program {
         }
     }
 
-  private:
+    struct Way {
+        std::string name;    // of the exchange
+        std::string server;  // that is asked in place of the one in the address; empty: that one
+    };
+
     /// What the user closes while the answer is awaited.
     struct Closing {
         std::string what;  // "tab", "window" or ""
@@ -159,13 +227,12 @@ class Program {
     }
 
     /// One request and its answer; gives the URL that it redirects to, or nothing.
-    std::string hops(const std::string& name, const Request& request, const std::string& form,
-                     const Closing& closing) {
+    std::string hops(const Way& way, const Request& request, const std::string& form, const Closing& closing) {
         const auto callsBefore = browser_.helperCalls();
         browser_.takesDebugLines();
-        json line{{"name", name}, {"url", request.url}, {"method", request.method}, {"cancelled", ""},
-                  {"status", 0},  {"location", ""},     {"newLocation", ""},        {"bytes", 0},
-                  {"sha256", ""}, {"error", ""}};
+        json line{{"name", way.name}, {"url", request.url}, {"method", request.method}, {"cancelled", ""},
+                  {"status", 0},      {"location", ""},     {"newLocation", ""},        {"bytes", 0},
+                  {"sha256", ""},     {"error", ""}};
         auto& channel = browser_.requests(request);
         if (!closing.what.empty()) closes(channel, closing, line);
         std::string next;
@@ -173,7 +240,7 @@ class Program {
             line["cancelled"] = "request";
         } else {
             try {
-                next = fetches(channel, form, line);
+                next = fetches(channel, form, way.server, line);
             } catch (const std::exception& error) {
                 line["error"] = error.what();
             }
@@ -189,9 +256,9 @@ class Program {
         return next;
     }
 
-    std::string fetches(Channel& channel, const std::string& form, json& line) {
+    std::string fetches(Channel& channel, const std::string& form, const std::string& server, json& line) {
         if (!channel.request.url.starts_with("http")) throw std::runtime_error("only http is fetched");
-        const auto answer = fetch(channel.request, form);
+        const auto answer = fetch(channel.request, form, server);
         line["status"] = answer->status;
         browser_.answers(channel, answer->status, answer->headers);
         for (const auto& [key, value] : answer->headers)
@@ -205,7 +272,7 @@ class Program {
         const auto location = channel.responseHeader("Location");
         if (location && answer->status / 100 == 3) return resolved(channel.request.url, *location);
         const auto body = answer->body();
-        browser_.receives(channel, body);
+        browser_.receives(channel, body, kPacketBytes);
         line["bytes"] = body.size();
         if (!body.empty()) line["sha256"] = sha256Of(body);
         return {};
@@ -219,6 +286,7 @@ class Program {
         if (page == nullptr) page = &browser_.opensPage({}, {}, id);
         page->url = told->value("url", "");
         page->title = zab::utf16FromUtf8(told->value("title", ""));
+        if (told->value("shown", false)) page->nativeWindow = window().handle();
         return page;
     }
 
@@ -226,6 +294,13 @@ class Program {
         std::cout << line.dump(-1, ' ', false, json::error_handler_t::replace) << std::endl;
     }
 
+    /// Opens with the first page that is shown.
+    TopWindow& window() {
+        if (!window_) window_.emplace();
+        return *window_;
+    }
+
+    std::optional<TopWindow> window_;
     Browser browser_;
     std::map<std::uint64_t, Page*> pages_;
 };
@@ -253,7 +328,9 @@ int main(int argc, char** argv) {
         options.version = generationOf(programVersion());
         Program program(options);
         program.introduces();
-        for (const auto& exchange : exchanges) program.makes(exchange);
+        for (const auto& step : exchanges) program.performs(step);
+        program.tellsOffers();
+        program.leavesAllPages();
         return 0;
     } catch (const std::exception& error) {
         std::cerr << "zab_browser: " << error.what() << '\n';

@@ -27,6 +27,17 @@ struct Row {
 std::vector<Row> join(const nlohmann::json& exchanges, const std::vector<nlohmann::json>& browser,
                       std::vector<nlohmann::json> transfers);
 
+/// What the button of one page offers.
+struct PageOffer {
+    std::string title;
+    nlohmann::json entries = nlohmann::json::array();  // {"link", "label"} each, in menu order
+    nlohmann::json expected;
+    bool isExpected = false;
+};
+
+/// `offers`: the site's list. `browser`: all lines of the browser, of which those of pages count.
+std::vector<PageOffer> joinOffers(const nlohmann::json& offers, const std::vector<nlohmann::json>& browser);
+
 /// "browser", "transfer" or "cancel".
 std::string outcomeOf(const nlohmann::json& browserLine);
 

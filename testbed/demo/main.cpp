@@ -75,6 +75,7 @@ struct Folders {
         fs::create_directories(scratch);
     }
     fs::path manager() const { return windows / "zab_manager.exe"; }
+    fs::path companions() const { return windows / "companions"; }
     fs::path managerLog() const { return scratch / "transfers.jsonl"; }
     std::string output(const std::string& name) const { return (scratch / (name + ".out")).string(); }
     std::string errors(const std::string& name) const { return (scratch / (name + ".err")).string(); }
@@ -96,7 +97,7 @@ std::string settingsFile(const Folders& folders, const json& settings) {
     const std::string root = "HKEY_CURRENT_USER\\Software\\ZabrionHub";
     const std::pair<std::string, std::string> texts[] = {
         {"zabvers", "1.0"},
-        {"ExePath", windowsPath(folders.manager())},
+        {"ExePath", windowsPath(folders.companions() / "zabrion.exe")},
         {"Extensions", settings.at("extensions")},
         {"ExceptionServers", settings.at("exceptions")},
         {"TestbedLog", windowsPath(folders.managerLog())},
@@ -177,7 +178,12 @@ bool runDemo(const fs::path& build, bool verbose) {
     const auto taken = std::count_if(browser.begin(), browser.end(),
                                      [](const json& line) { return outcomeOf(line) == "transfer"; });
     const std::vector<json> transfers = awaitTransfers(folders, static_cast<std::size_t>(taken));
-    const bool isExpected = printTable(std::cout, join(list.at("exchanges"), browser, transfers), verbose);
+    bool isExpected = printTable(std::cout, join(list.at("exchanges"), browser, transfers), verbose);
+    isExpected &= printOffers(std::cout, joinOffers(list.at("offers"), browser));
+    const std::string held =
+        browser.empty() ? "" : browser.back().value("heldAtEnd", "(the browser did not say)");
+    if (!held.empty()) std::cout << "NO  the module still holds " << held << '\n';
+    isExpected &= held.empty();
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
     std::cout << "in " << std::fixed << std::setprecision(1) << took.count() << " s\n";
     return isExpected;

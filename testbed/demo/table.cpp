@@ -13,6 +13,7 @@ namespace {
 using nlohmann::json;
 
 constexpr std::size_t kUrlWidth = 38;
+constexpr int kLabelWidth = 32;
 
 // Of the extra-data array, by index.
 constexpr std::string_view kExtraNames[] = {
@@ -66,7 +67,27 @@ void printReceived(std::ostream& out, const json& received) {
         printArgument(out, kExtraNames[i], extra[i], contains(kSecretElements, i));
 }
 
+void printMenu(std::ostream& out, std::string_view mark, const json& entries) {
+    for (const json& entry : entries)
+        out << "    " << mark << std::left << std::setw(kLabelWidth) << entry.value("label", "")
+            << entry.value("link", "") << '\n';
+}
+
 }  // namespace
+
+bool printOffers(std::ostream& out, const std::vector<PageOffer>& pages) {
+    std::size_t expected = 0, entries = 0;
+    out << "\nMEDIA, AS THE BUTTONS OF THE PAGES OFFER THEM\n";
+    for (const PageOffer& page : pages) {
+        expected += page.isExpected;
+        entries += page.entries.size();
+        out << (page.isExpected ? "ok  " : "NO  ") << page.title << '\n';
+        printMenu(out, "", page.entries);
+        if (!page.isExpected) printMenu(out, "* expected: ", page.expected);
+    }
+    out << '\n' << pages.size() << " pages, " << expected << " as expected; " << entries << " menu entries\n";
+    return expected == pages.size();
+}
 
 bool printTable(std::ostream& out, const std::vector<Row>& rows, bool verbose) {
     const auto line = [&](std::string_view mark, std::string_view request, std::string_view outcome,

@@ -5,8 +5,14 @@
 #include <bcrypt.h>
 #include <winhttp.h>
 
+#include <functional>
+#include <sstream>
+#include <string_view>
+#include <vector>
+
 #include "binding/encoding.h"
 #include "binding/owner.h"
+#include "intercept/url_resolve.h"
 
 namespace zab::testbed {
 namespace {
@@ -91,31 +97,26 @@ bool sendRequest(HINTERNET request, const DownloadOrder& order) {
            WinHttpReceiveResponse(request, nullptr);
 }
 
-std::optional<Downloaded> readResponse(HINTERNET request) {
-    Downloaded result;
+using Sink = std::function<void(unsigned char* bytes, DWORD count)>;
+
+/// Gives the status.
+std::optional<DWORD> readResponse(HINTERNET request, const Sink& sink) {
     DWORD status = 0;
     DWORD size = sizeof(status);
     if (!WinHttpQueryHeaders(request, WINHTTP_QUERY_STATUS_CODE | WINHTTP_QUERY_FLAG_NUMBER, nullptr, &status,
                              &size, nullptr))
         return std::nullopt;
-    result.status = status;
-    Sha256 hash;
     unsigned char buffer[16384];
     for (;;) {
         DWORD count = 0;
         if (!WinHttpReadData(request, buffer, sizeof(buffer), &count)) return std::nullopt;
-        if (count == 0) break;
-        hash.add(buffer, count);
-        result.sizeBytes += count;
+        if (count == 0) return status;
+        sink(buffer, count);
     }
-    result.sha256 = hash.hexadecimal();
-    return result;
 }
 
-}  // namespace
-
-std::optional<Downloaded> download(const DownloadOrder& order) {
-    const auto target = targetOf(order.url);
+std::optional<DWORD> fetch(const DownloadOrder& order, const std::wstring& url, const Sink& sink) {
+    const auto target = targetOf(url);
     if (!target) return std::nullopt;
     const HttpHandle session(
         WinHttpOpen(order.userAgent.c_str(), WINHTTP_ACCESS_TYPE_NO_PROXY, nullptr, nullptr, 0));
@@ -128,7 +129,46 @@ std::optional<Downloaded> download(const DownloadOrder& order) {
                            WINHTTP_FLAG_ESCAPE_DISABLE | WINHTTP_FLAG_ESCAPE_DISABLE_QUERY |
                                (target->secure ? WINHTTP_FLAG_SECURE : 0u)));
     if (!request || !sendRequest(request.get(), order)) return std::nullopt;
-    return readResponse(request.get());
+    return readResponse(request.get(), sink);
+}
+
+constexpr std::wstring_view kHlsScheme = L"hlstozab://";
+
+/// The addresses of the files that make up the download: those of the segments of an HLS media playlist, or
+/// the order's own.
+std::vector<std::wstring> partsOf(const DownloadOrder& order) {
+    if (!order.url.starts_with(kHlsScheme)) return {order.url};
+    const std::wstring address = order.url.substr(kHlsScheme.size());
+    std::string playlist;
+    fetch(order, address,
+          [&](unsigned char* bytes, DWORD count) { playlist.append(reinterpret_cast<char*>(bytes), count); });
+    std::vector<std::wstring> parts;
+    const std::string base(address.begin(), address.end());
+    std::istringstream lines(playlist);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.empty() || line.front() == '#') continue;
+        const std::string url = resolveUrl(base, line);
+        parts.emplace_back(url.begin(), url.end());
+    }
+    return parts;
+}
+
+}  // namespace
+
+std::optional<Downloaded> download(const DownloadOrder& order) {
+    Downloaded result;
+    Sha256 hash;
+    for (const std::wstring& part : partsOf(order)) {
+        const auto status = fetch(order, part, [&](unsigned char* bytes, DWORD count) {
+            hash.add(bytes, count);
+            result.sizeBytes += count;
+        });
+        if (!status) return std::nullopt;
+        result.status = *status;
+    }
+    if (result.status == 0) return std::nullopt;
+    result.sha256 = hash.hexadecimal();
+    return result;
 }
 
 }  // namespace zab::testbed

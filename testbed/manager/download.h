@@ -25,7 +25,8 @@ struct Downloaded {
     std::string sha256;  // lower-case hexadecimal
 };
 
-/// Nothing when the address is not of HTTP or the server cannot be read to the end. Follows redirects.
+/// Nothing when the address is not of HTTP or the server cannot be read to the end. Follows redirects. The
+/// segments of an HLS link are fetched in order and joined.
 std::optional<Downloaded> download(const DownloadOrder& order);
 
 }  // namespace zab::testbed

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "content.h"
+#include "media.h"
 
 namespace zab::site {
 namespace {
@@ -278,12 +279,14 @@ nlohmann::json exchangeList(int port) {
         if (!row.followed) exchanges.push_back(requestOf(row, origin));
         exchanges.back()["expected"].push_back(expectedOf(row, origin));
     }
+    for (auto& exchange : mediaExchanges(port)) exchanges.push_back(std::move(exchange));
     return {{"settings",
              {{"extensions", "zip rar 7z gz exe msi"},
               {"exceptions", kExceptedHost},
               {"preventKey", "alt"},
               {"forceKey", "ctrl"}}},
-            {"exchanges", exchanges}};
+            {"exchanges", exchanges},
+            {"offers", mediaOffers(port)}};
 }
 
 std::string startPage() {

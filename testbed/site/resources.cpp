@@ -1,7 +1,9 @@
 #include "resources.h"
 
-#include <algorithm>
 #include <iterator>
+#include <span>
+
+#include "media.h"
 
 namespace zab::site {
 namespace {
@@ -125,12 +127,11 @@ static_assert(noTargetTwice());
 
 }  // namespace
 
-std::span<const Resource> resources() noexcept { return kResources; }
-
 const Resource* findResource(std::string_view target) noexcept {
-    const auto row = std::find_if(std::begin(kResources), std::end(kResources),
-                                  [&](const Resource& resource) { return resource.target == target; });
-    return row == std::end(kResources) ? nullptr : row;
+    for (const std::span<const Resource> table : {std::span<const Resource>(kResources), mediaResources()})
+        for (const Resource& row : table)
+            if (row.target == target) return &row;
+    return nullptr;
 }
 
 }  // namespace zab::site

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <cstddef>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -35,8 +34,6 @@ inline constexpr std::string_view kUserAgent =
 inline constexpr std::string_view kBasicAuthorization =
     "Basic dmlzaXRvcjpvcGVuOnNlc2FtZQ==";  // visitor, open:sesame
 inline constexpr std::string_view kFormType = "application/x-www-form-urlencoded";
-
-std::span<const Resource> resources() noexcept;
 
 /// The row of a request target, or null.
 const Resource* findResource(std::string_view target) noexcept;

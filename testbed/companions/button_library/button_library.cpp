@@ -97,6 +97,11 @@ class StandInManager final : public Manager {
         });
         return lines;
     }
+    bool chooses(std::uint64_t documentId, const std::u16string& link) const {
+        bool chosen = false;
+        desk_.run([&] { chosen = choose(documentId, link); });
+        return chosen;
+    }
 
   private:
     Desk desk_;
@@ -123,4 +128,10 @@ extern "C" __declspec(dllexport) std::uint32_t
     const std::u16string lines = zab::testbed::g_manager->linesOf(documentId);
     lines.copy(text, capacity);
     return static_cast<std::uint32_t>(lines.size());
+}
+
+/// The user chooses a link in the menu of a page's button; 0: there is no button.
+extern "C" __declspec(dllexport) int StandIn_Choose(std::uint64_t documentId, const char16_t* link) {
+    if (zab::testbed::g_manager == nullptr) return 0;
+    return zab::testbed::g_manager->chooses(documentId, link) ? 1 : 0;
 }

@@ -139,6 +139,16 @@ std::vector<ButtonEntry> entriesOf(std::uint64_t documentId) {
     return {};
 }
 
+bool choose(std::uint64_t documentId, const std::u16string& link) {
+    for (const auto& [window, button] : buttons()) {
+        if (button->page.documentId != documentId) continue;
+        const auto held = button;
+        report(window, *held, link);
+        return true;
+    }
+    return false;
+}
+
 void setButtonPage(HWND window, ButtonPage page) {
     if (const auto button = buttonOf(window)) button->page = std::move(page);
 }

@@ -31,5 +31,7 @@ HWND makeButtonWindow(HWND parent, const RECT& place, const std::u16string& capt
 void setButtonPage(HWND button, ButtonPage page);
 /// The entries of this document's button.
 std::vector<ButtonEntry> entriesOf(std::uint64_t documentId);
+/// As if the user had chosen this link in the menu of the document's button; false: it has none.
+bool choose(std::uint64_t documentId, const std::u16string& link);
 
 }  // namespace zab::testbed
