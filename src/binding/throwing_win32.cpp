@@ -10,6 +10,7 @@ bool g_nextAllocationFails = false;
 }  // namespace
 
 // The linker leads every malloc of the module here, those of the compiler's runtime too (--wrap).
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker's names.
 extern "C" {
 void* __real_malloc(std::size_t bytes);
 
@@ -19,6 +20,7 @@ void* __wrap_malloc(std::size_t bytes) {
     return nullptr;
 }
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace zab {
 namespace {
