@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <atomic>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "binding/guard.h"
 #include "binding/never_destroyed.h"
+#include "binding/throwing_win32.h"
 #include "media/capture/media_capture.h"
 #include "settings/handle_win32.h"
 #include "settings/shared_list_lock.h"
@@ -207,7 +209,9 @@ void runProcessController(Handle started) {
 }
 
 DWORD WINAPI processControllerThread(void* started) noexcept {
-    guarded([&] { runProcessController(Handle(started)); });
+    Handle startedEvent(started);
+    if (!prepareThreadToThrow()) return 0;
+    guarded([&] { runProcessController(std::move(startedEvent)); });
     return 0;
 }
 
