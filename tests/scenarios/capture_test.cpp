@@ -4,12 +4,12 @@
 
 #include "binding/library_win32.h"
 #include "binding/utf.h"
-#include "browser/browser.h"
-#include "browser/desktop.h"
+#include "browser/hands.h"
 #include "browser/process_view.h"
 #include "browser/top_window.h"
 #include "media/capture/body_capture.h"
 #include "scenarios/import_hook.h"
+#include "scenarios/scenario.h"
 #include "ui/menu_labels.h"
 
 namespace zab::testbed {
@@ -316,6 +316,63 @@ TEST_F(Capture, APageThatWentAwayGetsNoEntries) {
         EXPECT_TRUE(window.buttons(true).empty());
         Browser::dropsPage(page);
     }
+}
+
+TEST_F(Capture, ThePanelsSettingsDecideWhatIsKeptAndShown) {
+    settings.set("ZABBI\\Firefox\\DwnlPanel\\!ALL!", 0u);
+    settings.set("DwnlPanel\\minsize\\mp3", 10u).set("DwnlPanel\\minsize\\mp4", 20u);
+    settings.set("ZABBI\\Firefox\\DwnlPanel\\FLV", 1u).set("ZABBI\\Firefox\\DwnlPanel\\DonlCaptWP", 1u);
+    const struct {
+        const char* name;
+        std::size_t size;
+        const char* entries;
+        const char* why;
+    } rows[] = {
+        {"a.flv", 9, "http://h.example/a.flv\ta.flv, 9 Bytes\n", "a type that the user set"},
+        {"a.mp3", 9, "", "below the least size of its type"},
+        {"a.mp3", 10, "", "not below it, but captured without a panel"},
+        {"a.xyz", 9, "", "no type of media"},
+    };
+    for (const auto& row : rows) {
+        auto& page = opensPage();
+        auto& channel = browser.requests(
+            {.url = std::string("http://h.example/") + row.name, .loadFlags = kEmbedded, .page = &page});
+        browser.answers(
+            channel, 200,
+            {{"Content-Type", "application/octet-stream"}, {"Content-Length", std::to_string(row.size)}});
+        browser.finishes(channel);
+        EXPECT_EQ(entriesOf(page), row.entries) << row.why;
+        closes(page);
+    }
+}
+
+TEST_F(Capture, AChosenEntryCarriesWhatItsStreamNeeds) {
+    Manager manager;
+    settings.setCompanions();
+    browser.cookies = {{"ofHost", "1", "h.example"}, {"other", "1", "other.example"}};
+    const Row& row = rowOf(MediaKind::hls);
+    auto& page = opensPage();
+    auto& channel = browser.requests({.url = row.url,
+                                      .headers = {{"Referer", "http://site.example/frame"},
+                                                  {"User-Agent", "Stand-in/52.9"},
+                                                  {"Cookie", "ofRequest=1"}},
+                                      .loadFlags = kEmbedded,
+                                      .page = &page});
+    browser.answers(channel, 200, {{"Content-Type", row.type}});
+    browser.receives(channel, row.body);
+    browser.finishes(channel);
+    const auto buttons = window.buttons();
+    ASSERT_EQ(buttons.size(), 1u);
+    meanwhile([&] { return opensMenu(buttons.front()); });
+    EXPECT_TRUE(meanwhile([] { return choosesItem(0); }));
+    const auto told = meanwhile([&] { return manager.received(0); });
+    EXPECT_EQ(told["url"], "hls2tozab://http://h.example/d/v/hd.m3u8");
+    EXPECT_EQ(told["referrer"], "http://site.example/frame");
+    EXPECT_EQ(told["cookies"], "ofHost=1") << "those that the browser has for the playlist";
+    EXPECT_EQ(told["extraData"][0], "Stand-in/52.9");
+    EXPECT_EQ(told["extraData"][7], page.url);
+    EXPECT_EQ(told["extraData"][12], "http://h.example/d/a.m3u8") << "the playlist of its sound";
+    closes(page);
 }
 
 TEST_F(Capture, TwoHundredListenersAtTheirCapsHoldNoMoreThanTheirBodies) {
