@@ -275,9 +275,8 @@ void CLinksInJavaParser::readSlash() {
 /// A literal at which something is joined is a part of an address only.
 void CLinksInJavaParser::give(std::size_t begin, std::size_t end, const Sink& sink) const {
     const std::string_view raw = script_.substr(begin, end - begin);
-    if (raw.empty()) return;
     const std::string value = contains(raw, "\\") ? unescaped(raw) : std::string(raw);
-    if (!hasOnlyAddressCharacters(value)) return;
+    if (value.empty() || !hasOnlyAddressCharacters(value)) return;
     const std::string_view code = trimRight(script_.substr(0, begin - 1));
     const std::string_view behind = trimLeft(script_.substr(end + 1));
     if (behind.starts_with('+')) return;
