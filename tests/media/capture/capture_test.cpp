@@ -302,6 +302,22 @@ TEST(CaptureWithCompanions, DescribesWhatTheyTell) {
         "mpdtozab://http://h/m.mpd&selected_id=w | 719p bitrate 1kbps | mp4 | height 719 | bitrate 2047\n");
     EXPECT_EQ(captureWhole(MediaKind::sniff, context, "x"),
               "http://h/m.mpd | m.mpd | m4a | audio | duration 5 | width 1 | height 2 | bitrate 3\n");
+
+    library.sniffed.extension = "XML";
+    constexpr std::string_view kHds = "<manifest xmlns='http://ns.adobe.com/f4m/1.0'>";
+    const std::string media = "<bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>";
+    const auto sniffed = [&](std::string_view url, const std::string& body) {
+        context.url = url;
+        return captureWhole(MediaKind::sniff, context, body);
+    };
+    EXPECT_TRUE(
+        sniffed("http://h/m", std::string(kHds) + media).starts_with("dhstozab://http://h/m | 1p | flv"));
+    const std::string late = std::string(87 - kHds.size() + 8, ' ') + std::string(kHds) + media;
+    EXPECT_EQ(sniffed("http://h/m", late), "") << "its namespace ends behind the first 87 bytes";
+    const std::string dash = representation(247, "http://v/a", "") + representation(140, "http://s/b", "");
+    EXPECT_EQ(sniffed("http://manifest.googlevideo.com/api/manifest/x", dash),
+              "ytatozab://http://v/a | 720p HD MKV | MKV | second http://s/b\n");
+    EXPECT_EQ(sniffed("http://h/m", dash), "") << "XML of another kind is no entry";
 }
 
 TEST(PageMedia, HoldsEachStreamOnceAndAHundred) {
