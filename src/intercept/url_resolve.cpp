@@ -170,7 +170,7 @@ std::string resolveUrl(std::string_view base, std::string_view reference) {
 bool isWebScheme(std::string_view scheme) noexcept { return isOneOfIgnoringCase(scheme, kWebSchemes); }
 
 std::string cleanedReference(std::string_view baseScheme, std::string_view written) {
-    const std::string text = withoutWhiteSpace(written);
+    std::string text = withoutWhiteSpace(written);
     std::string_view rest = text;
     const std::string_view scheme = schemeByGrammar(rest);
     if (!scheme.empty() && !isWebScheme(scheme)) return text;
