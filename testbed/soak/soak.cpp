@@ -28,7 +28,7 @@ constexpr double kFaultShare = 0.05;  // of the steps
 constexpr std::uint32_t kDeepestFault = 120;
 constexpr nsresult kNothingDone = 1;  // a success that is none
 /// What a heap holds ready of its own accord.
-constexpr std::uint64_t kSlackBytes = 4 << 20;
+constexpr std::uint64_t kSlackBytes = 1 << 20;
 
 class Day {
   public:
@@ -57,7 +57,7 @@ class Day {
     /// Whatever is open is closed, and what it held is given back.
     void ends() {
         while (!pages_.empty()) closesPage();
-        for (auto* window : std::exchange(windows_, {})) browser_.closesWindow(*window);
+        while (!windows_.empty()) closesWindow();
         serves([&] { return browser_.unbalanced().empty() && top_.buttons(true).empty(); });
         browser_.sweeps();
     }
@@ -164,12 +164,16 @@ class Day {
     }
 
     void opensOrClosesWindow() {
-        if (windows_.size() < 3) {
-            windows_.push_back(&browser_.opensWindow());
-            return;
-        }
-        browser_.closesWindow(*windows_.front());
+        if (windows_.size() >= 3) return closesWindow();
+        windows_.push_back(&browser_.opensWindow());
+    }
+
+    void closesWindow() {
+        ChromeWindow& window = *windows_.front();
         windows_.erase(windows_.begin());
+        browser_.closesWindow(window);
+        window.target.letGo();
+        window.letGo();
     }
 
     std::mt19937 random_;
