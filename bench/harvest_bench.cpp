@@ -1,5 +1,5 @@
 #include "bench/bench.h"
-#include "transfer/html_parser.h"
+#include "web/html_parser.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
-#include "binding/encoding_check.h"
 #include "fuzz/target.h"
+#include "web/encoding_check.h"
 
 ZAB_FUZZ_TARGET(encoding) {
     zabtest::checkEncoding({reinterpret_cast<const char*>(bytes.data()), bytes.size()});

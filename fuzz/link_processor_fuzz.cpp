@@ -1,5 +1,5 @@
 #include "fuzz/target.h"
-#include "transfer/link_processor_check.h"
+#include "web/link_processor_check.h"
 
 ZAB_FUZZ_TARGET(link_processor) {
     zabtest::checkLinkProcessor({reinterpret_cast<const char*>(bytes.data()), bytes.size()});

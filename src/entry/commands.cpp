@@ -6,12 +6,12 @@
 #include "binding/browser_string.h"
 #include "binding/browser_text_win32.h"
 #include "binding/utf.h"
-#include "media/capture/media_pages.h"
+#include "page/media_pages.h"
 #include "settings/shared_list_lock.h"
-#include "transfer/html_parser.h"
 #include "transfer/transfer.h"
-#include "transfer/web_address.h"
 #include "ui/media_choice.h"
+#include "web/html_parser.h"
+#include "web/web_address.h"
 
 namespace zab {
 namespace {

@@ -4,20 +4,20 @@
 #include <string>
 #include <utility>
 
-#include "entry/module_state.h"
-#include "entry/platform.h"
 #include "intercept/catch_list.h"
 #include "intercept/decision.h"
-#include "intercept/handed_over.h"
 #include "intercept/policy_types.h"
-#include "intercept/request_lists.h"
-#include "intercept/url.h"
+#include "page/handed_over.h"
+#include "page/module_state.h"
+#include "page/passwords.h"
+#include "page/platform.h"
+#include "page/request_lists.h"
 #include "settings/settings_store.h"
 #include "settings/shared_list_lock.h"
 #include "transfer/cookies.h"
-#include "transfer/passwords.h"
 #include "transfer/transfer.h"
-#include "transfer/web_address.h"
+#include "web/url.h"
+#include "web/web_address.h"
 
 namespace zab {
 namespace {

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "entry/document_id.h"
+#include "page/document_id.h"
 
 namespace zab {
 

@@ -1,10 +1,10 @@
 #include "entry/documents.h"
 
 #include "binding/interfaces/helpers.h"
-#include "entry/module_state.h"
-#include "intercept/request_lists.h"
 #include "media/capture/media_capture.h"
-#include "media/capture/media_pages.h"
+#include "page/media_pages.h"
+#include "page/module_state.h"
+#include "page/request_lists.h"
 #include "settings/shared_list_lock.h"
 #include "ui/page_buttons.h"
 

@@ -1,7 +1,7 @@
 // Pages that come into view and go away: the one place that tells all per-document lists.
 #pragma once
 
-#include "entry/document_key.h"
+#include "page/document_key.h"
 
 namespace zab {
 

@@ -5,8 +5,8 @@
 #include "entry/commands.h"
 #include "entry/content_policy.h"
 #include "entry/lifecycle.h"
-#include "entry/module_state.h"
 #include "intercept/policy_types.h"
+#include "page/module_state.h"
 
 using namespace zab;
 

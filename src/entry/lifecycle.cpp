@@ -4,14 +4,14 @@
 #include <string_view>
 
 #include "binding/browser_string.h"
+#include "binding/browser_thread.h"
 #include "binding/interfaces/helpers.h"
 #include "binding/runtime.h"
+#include "entry/content_observer.h"
 #include "entry/documents.h"
-#include "entry/module_state.h"
-#include "entry/platform.h"
 #include "entry/window_observer.h"
-#include "intercept/content_observer.h"
-#include "transfer/browser_thread.h"
+#include "page/module_state.h"
+#include "page/platform.h"
 
 namespace zab {
 namespace {

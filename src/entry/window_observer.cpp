@@ -6,9 +6,9 @@
 #include "binding/guard.h"
 #include "binding/text.h"
 #include "entry/documents.h"
-#include "entry/event_listening.h"
 #include "entry/modifier_keys.h"
-#include "entry/module_state.h"
+#include "page/event_listening.h"
+#include "page/module_state.h"
 #include "ui/link_popup.h"
 
 namespace zab {

@@ -4,7 +4,7 @@
 
 #include "binding/browser_object.h"
 #include "binding/interfaces/helpers.h"
-#include "entry/platform.h"
+#include "page/platform.h"
 
 namespace zab {
 

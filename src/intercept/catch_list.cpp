@@ -4,7 +4,7 @@
 #include <array>
 
 #include "binding/text.h"
-#include "intercept/url.h"
+#include "web/url.h"
 
 namespace zab {
 namespace {

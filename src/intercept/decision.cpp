@@ -6,9 +6,9 @@
 #include "intercept/catch_list.h"
 #include "intercept/mime_classes.h"
 #include "intercept/policy_types.h"
-#include "intercept/url.h"
-#include "media/capture/media_extensions.h"
+#include "page/media_extensions.h"
 #include "transfer/transfer_record.h"
+#include "web/url.h"
 
 namespace zab {
 namespace {

@@ -10,8 +10,8 @@
 #include <string_view>
 
 #include "intercept/header_capture.h"
+#include "intercept/kinds.h"
 #include "intercept/load_flags.h"
-#include "media/capture/kinds.h"
 #include "settings/settings_view.h"
 
 namespace zab {

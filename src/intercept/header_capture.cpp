@@ -1,8 +1,8 @@
 #include "intercept/header_capture.h"
 
 #include "binding/text.h"
-#include "intercept/file_name.h"
 #include "intercept/header_line.h"
+#include "web/file_name.h"
 
 namespace zab {
 namespace {

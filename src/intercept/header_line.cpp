@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "binding/text.h"
-#include "intercept/file_name.h"
+#include "web/file_name.h"
 
 namespace zab {
 namespace {

@@ -6,7 +6,7 @@
 #include "binding/interface_ptr.h"
 #include "binding/interfaces/cookies.h"
 #include "binding/text.h"
-#include "transfer/web_address.h"
+#include "web/web_address.h"
 
 namespace zab {
 namespace {

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "binding/encoding.h"
+#include "web/encoding.h"
 
 namespace zab {
 

@@ -4,15 +4,15 @@
 #include <string_view>
 
 #include "binding/browser_text_win32.h"
+#include "binding/browser_thread.h"
 #include "binding/guard.h"
 #include "binding/text.h"
-#include "transfer/browser_thread.h"
+#include "page/passwords.h"
 #include "transfer/cookies.h"
 #include "transfer/extra_data.h"
 #include "transfer/failure_report.h"
 #include "transfer/failure_report_win32.h"
 #include "transfer/local_copy_win32.h"
-#include "transfer/passwords.h"
 
 namespace zab {
 namespace {

@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <string>
 
-#include "entry/document_id.h"
-#include "entry/platform.h"
+#include "page/document_id.h"
+#include "page/platform.h"
 #include "ui/menu_labels.h"
 #include "ui/visible_rect.h"
 

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "entry/platform.h"
+#include "page/platform.h"
 #include "ui/visible_rect.h"
 
 namespace zab {

@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "entry/platform.h"
+#include "page/platform.h"
 
 namespace zab {
 

@@ -5,7 +5,7 @@
 
 #include "binding/text.h"
 #include "binding/utf.h"
-#include "intercept/url.h"
+#include "web/url.h"
 
 namespace zab {
 namespace {

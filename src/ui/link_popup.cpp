@@ -3,8 +3,9 @@
 #include <optional>
 #include <utility>
 
-#include "entry/document_id.h"
-#include "entry/page.h"
+#include "page/document_id.h"
+#include "page/page.h"
+#include "page/selected_links.h"
 #include "settings/message_texts.h"
 #include "settings/shared_list_lock.h"
 #include "ui/button_library.h"
@@ -12,7 +13,6 @@
 #include "ui/link_lines.h"
 #include "ui/panel_controller.h"
 #include "ui/panel_settings.h"
-#include "ui/selected_links.h"
 
 namespace zab {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "binding/interface_ptr.h"
 #include "binding/interfaces/helpers.h"
-#include "entry/platform.h"
+#include "page/platform.h"
 
 namespace zab {
 

@@ -7,7 +7,7 @@
 #include "binding/guard.h"
 #include "binding/text.h"
 #include "entry/documents.h"
-#include "entry/event_listening.h"
+#include "page/event_listening.h"
 #include "ui/button_windows.h"
 
 namespace zab {

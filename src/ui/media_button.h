@@ -11,7 +11,7 @@
 #include "binding/browser_object.h"
 #include "binding/interfaces/dom.h"
 #include "binding/interfaces/helpers.h"
-#include "media/capture/media_pages.h"
+#include "page/media_pages.h"
 #include "ui/button_library.h"
 
 namespace zab {

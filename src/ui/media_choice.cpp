@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "binding/encoding.h"
 #include "binding/text.h"
 #include "binding/utf.h"
 #include "ui/menu_order.h"
+#include "web/encoding.h"
 
 namespace zab {
 namespace {

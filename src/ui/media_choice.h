@@ -10,12 +10,12 @@
 #include <string>
 #include <vector>
 
-#include "intercept/request_lists.h"
-#include "media/capture/media_entry.h"
-#include "media/capture/media_pages.h"
+#include "page/media_entry.h"
+#include "page/media_pages.h"
+#include "page/request_lists.h"
+#include "page/selected_links.h"
 #include "transfer/transfer.h"
 #include "ui/media_request.h"
-#include "ui/selected_links.h"
 
 namespace zab {
 

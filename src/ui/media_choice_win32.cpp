@@ -1,7 +1,7 @@
 #include "binding/browser_text_win32.h"
 #include "binding/utf.h"
-#include "intercept/file_name.h"
 #include "ui/media_choice.h"
+#include "web/file_name.h"
 
 namespace zab {
 

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "binding/byte_reader.h"
-#include "intercept/object_requests.h"
+#include "page/object_requests.h"
 
 namespace zab {
 

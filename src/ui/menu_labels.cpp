@@ -5,9 +5,9 @@
 
 #include "binding/text.h"
 #include "binding/utf.h"
-#include "intercept/url.h"
 #include "media/capture/descriptions.h"
 #include "ui/menu_order.h"
+#include "web/url.h"
 
 namespace zab {
 namespace {

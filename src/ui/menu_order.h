@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "media/capture/media_entry.h"
+#include "page/media_entry.h"
 
 namespace zab {
 

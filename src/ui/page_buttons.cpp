@@ -7,10 +7,10 @@
 #include "binding/browser_text_win32.h"
 #include "binding/never_destroyed.h"
 #include "binding/utf.h"
-#include "entry/module_state.h"
-#include "intercept/file_name.h"
+#include "page/module_state.h"
 #include "settings/message_texts.h"
 #include "settings/shared_list_lock.h"
+#include "web/file_name.h"
 
 namespace zab {
 namespace {

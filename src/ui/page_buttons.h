@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "binding/pointer_array.h"
-#include "entry/document_key.h"
+#include "page/document_key.h"
 #include "ui/media_button.h"
 
 namespace zab {

@@ -19,8 +19,8 @@
 
 #include <memory>
 
-#include "entry/platform.h"
-#include "media/capture/media_entry.h"
+#include "page/media_entry.h"
+#include "page/platform.h"
 
 namespace zab {
 

@@ -6,13 +6,13 @@
 #include <utility>
 #include <vector>
 
+#include "binding/browser_thread.h"
 #include "binding/guard.h"
 #include "binding/never_destroyed.h"
 #include "binding/throwing_win32.h"
 #include "media/capture/media_capture.h"
 #include "settings/handle_win32.h"
 #include "settings/shared_list_lock.h"
-#include "transfer/browser_thread.h"
 #include "transfer/com_win32.h"
 #include "transfer/cookies.h"
 #include "ui/in_flight.h"

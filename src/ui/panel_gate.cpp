@@ -1,7 +1,7 @@
 #include "ui/panel_gate.h"
 
 #include "binding/text.h"
-#include "media/capture/media_extensions.h"
+#include "page/media_extensions.h"
 
 namespace zab {
 namespace {

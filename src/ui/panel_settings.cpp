@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "binding/text.h"
-#include "intercept/url.h"
+#include "web/url.h"
 
 namespace zab {
 

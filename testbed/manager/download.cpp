@@ -10,9 +10,9 @@
 #include <string_view>
 #include <vector>
 
-#include "binding/encoding.h"
 #include "binding/owner.h"
-#include "intercept/url_resolve.h"
+#include "web/encoding.h"
+#include "web/url_resolve.h"
 
 namespace zab::testbed {
 namespace {

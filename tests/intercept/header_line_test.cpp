@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "intercept/file_name.h"
+#include "web/file_name.h"
 
 namespace zab {
 namespace {

@@ -8,8 +8,8 @@
 #include "intercept/catch_list.h"
 #include "intercept/decision.h"
 #include "intercept/header_line.h"
-#include "intercept/url.h"
 #include "media/parsers/must.h"
+#include "web/url.h"
 
 namespace zabtest {
 

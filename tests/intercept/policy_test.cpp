@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "intercept/decision.h"
-#include "intercept/object_requests.h"
 #include "intercept/policy_types.h"
+#include "page/object_requests.h"
 #include "transfer/transfer_record.h"
 
 using namespace zab;

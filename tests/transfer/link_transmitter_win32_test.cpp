@@ -5,10 +5,10 @@
 #include <gtest/gtest.h>
 
 #include "binding/utf.h"
+#include "page/passwords.h"
 #include "transfer/failure_report.h"
 #include "transfer/local_copy_win32.h"
 #include "transfer/manager_process_win32.h"
-#include "transfer/passwords.h"
 #include "transfer/transfer.h"
 
 namespace zab {

@@ -4,9 +4,9 @@
 #include <limits>
 #include <stdexcept>
 
-#include "binding/encoding.h"
 #include "binding/text.h"
-#include "intercept/url.h"
+#include "web/encoding.h"
+#include "web/url.h"
 
 namespace zabprobe {
 namespace {

@@ -8,8 +8,8 @@
 #include "intercept/header_capture.h"
 #include "intercept/header_line.h"
 #include "intercept/mime_classes.h"
-#include "intercept/url.h"
 #include "settings/exception_servers.h"
+#include "web/url.h"
 #include "zabprobe/command.h"
 
 namespace zabprobe {

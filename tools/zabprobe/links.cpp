@@ -1,6 +1,6 @@
 // Commands about whole pages: which links the module would offer.
 
-#include "transfer/html_parser.h"
+#include "web/html_parser.h"
 #include "zabprobe/command.h"
 #include "zabprobe/text_json.h"
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "intercept/url.h"
 #include "media/capture/handlers/handlers.h"
+#include "web/url.h"
 
 namespace zab {
 namespace {

@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "intercept/decision.h"
+#include "intercept/kinds.h"
 #include "media/capture/body_collector.h"
 #include "media/capture/capture_run.h"
 #include "media/capture/f4f_drm_checker.h"
-#include "media/capture/kinds.h"
 
 namespace zab {
 

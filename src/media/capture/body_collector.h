@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "media/capture/kinds.h"
+#include "intercept/kinds.h"
 
 namespace zab {
 

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "binding/interface_ptr.h"
-#include "intercept/object_requests.h"
 #include "media/capture/capture_run.h"
 #include "media/capture/media_capture.h"
-#include "media/capture/media_pages.h"
+#include "page/media_pages.h"
+#include "page/object_requests.h"
 
 namespace zab {
 

@@ -1,8 +1,8 @@
 #include "media/capture/capture_run.h"
 
 #include "binding/text.h"
-#include "intercept/url.h"
 #include "media/capture/descriptions.h"
+#include "web/url.h"
 
 namespace zab {
 

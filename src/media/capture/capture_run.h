@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "media/capture/media_entry.h"
-#include "media/capture/page_media.h"
+#include "page/media_entry.h"
+#include "page/page_media.h"
 
 namespace zab {
 

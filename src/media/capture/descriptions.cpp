@@ -1,9 +1,9 @@
 #include "media/capture/descriptions.h"
 
-#include "binding/encoding.h"
 #include "binding/text.h"
-#include "intercept/url.h"
 #include "media/parsers/url_unescape.h"
+#include "web/encoding.h"
+#include "web/url.h"
 
 namespace zab {
 

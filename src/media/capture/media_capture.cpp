@@ -2,14 +2,14 @@
 
 #include <utility>
 
-#include "intercept/url.h"
 #include "media/capture/body_capture.h"
 #include "media/capture/companion_libraries.h"
-#include "media/capture/media_pages.h"
 #include "media/capture/stream_listener.h"
+#include "page/media_pages.h"
 #include "settings/data_file.h"
 #include "settings/shared_list_lock.h"
 #include "ui/panel_gate.h"
+#include "web/url.h"
 
 namespace zab {
 namespace {

@@ -10,9 +10,9 @@
 #include <memory>
 
 #include "binding/interfaces/supports.h"
-#include "entry/document_key.h"
 #include "intercept/decision.h"
-#include "media/capture/media_entry.h"
+#include "page/document_key.h"
+#include "page/media_entry.h"
 
 namespace zab {
 

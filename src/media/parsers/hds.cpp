@@ -4,9 +4,9 @@
 #include <bit>
 
 #include "binding/byte_reader.h"
-#include "binding/encoding.h"
 #include "media/parsers/tag_scanner.h"
 #include "media/parsers/whole_number.h"
+#include "web/encoding.h"
 
 namespace zab {
 namespace {

@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "media/capture/body_capture.h"
-#include "media/capture/link_schemes.h"
 #include "media/parsers/must.h"
+#include "page/link_schemes.h"
 
 namespace zabtest {
 

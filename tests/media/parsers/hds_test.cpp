@@ -4,9 +4,9 @@
 
 #include <bit>
 
-#include "binding/encoding.h"
 #include "media/parsers/generated.h"
 #include "media/parsers/hds_check.h"
+#include "web/encoding.h"
 
 namespace {
 

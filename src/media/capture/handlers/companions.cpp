@@ -5,9 +5,9 @@
 #include "binding/text.h"
 #include "media/capture/descriptions.h"
 #include "media/capture/handlers/handlers.h"
-#include "media/capture/link_schemes.h"
 #include "media/parsers/mp4.h"
 #include "media/parsers/stream_urls.h"
+#include "page/link_schemes.h"
 
 namespace zab {
 namespace {

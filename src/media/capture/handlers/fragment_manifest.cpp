@@ -6,8 +6,8 @@
 
 #include "binding/text.h"
 #include "binding/utf.h"
-#include "intercept/url_resolve.h"
 #include "media/capture/handlers/handlers.h"
+#include "web/url_resolve.h"
 
 namespace zab {
 namespace {

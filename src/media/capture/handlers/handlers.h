@@ -6,8 +6,8 @@
 
 #include <string_view>
 
+#include "intercept/kinds.h"
 #include "media/capture/capture_run.h"
-#include "media/capture/kinds.h"
 
 namespace zab {
 

@@ -3,11 +3,11 @@
 #include "media/parsers/hds.h"
 #include "binding/interface_ptr.h"
 #include "binding/text.h"
-#include "intercept/url_resolve.h"
 #include "media/capture/descriptions.h"
 #include "media/capture/handlers/handlers.h"
-#include "media/capture/link_schemes.h"
 #include "media/parsers/whole_number.h"
+#include "page/link_schemes.h"
+#include "web/url_resolve.h"
 
 namespace zab {
 namespace {

@@ -1,10 +1,10 @@
 // One fragment of an HDS stream whose manifest was not seen: a link with the pattern of its fragments' names.
 
 #include "binding/text.h"
-#include "intercept/url.h"
 #include "media/capture/descriptions.h"
 #include "media/capture/handlers/handlers.h"
-#include "media/capture/link_schemes.h"
+#include "page/link_schemes.h"
+#include "web/url.h"
 
 namespace zab {
 

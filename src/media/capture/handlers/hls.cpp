@@ -2,11 +2,11 @@
 
 #include "media/parsers/hls.h"
 #include "binding/text.h"
-#include "intercept/url.h"
-#include "intercept/url_resolve.h"
 #include "media/capture/descriptions.h"
 #include "media/capture/handlers/handlers.h"
-#include "media/capture/link_schemes.h"
+#include "page/link_schemes.h"
+#include "web/url.h"
+#include "web/url_resolve.h"
 
 namespace zab {
 namespace {

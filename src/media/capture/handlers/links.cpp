@@ -5,11 +5,11 @@
 #include <iterator>
 
 #include "binding/text.h"
-#include "intercept/url.h"
 #include "media/capture/handlers/handlers.h"
-#include "media/capture/media_extensions.h"
 #include "media/parsers/stream_urls.h"
-#include "transfer/html_parser.h"
+#include "page/media_extensions.h"
+#include "web/html_parser.h"
+#include "web/url.h"
 
 namespace zab {
 namespace {

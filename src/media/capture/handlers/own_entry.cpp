@@ -4,10 +4,10 @@
 
 #include "binding/text.h"
 #include "intercept/mime_classes.h"
-#include "intercept/url.h"
 #include "media/capture/descriptions.h"
 #include "media/capture/handlers/handlers.h"
 #include "media/parsers/stream_urls.h"
+#include "web/url.h"
 
 namespace zab {
 namespace {

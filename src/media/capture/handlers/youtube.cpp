@@ -8,11 +8,11 @@
 
 #include "binding/text.h"
 #include "binding/utf.h"
-#include "intercept/url.h"
 #include "media/capture/descriptions.h"
 #include "media/capture/handlers/handlers.h"
 #include "media/capture/handlers/youtube_entry.h"
 #include "media/parsers/stream_urls.h"
+#include "web/url.h"
 
 namespace zab {
 namespace {

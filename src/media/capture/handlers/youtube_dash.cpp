@@ -6,11 +6,11 @@
 #include <optional>
 
 #include "binding/text.h"
-#include "intercept/url.h"
 #include "media/capture/handlers/handlers.h"
 #include "media/capture/handlers/youtube_entry.h"
 #include "media/parsers/dash.h"
 #include "media/parsers/tag_scanner.h"
+#include "web/url.h"
 
 namespace zab {
 namespace {

@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "media/capture/capture_run.h"
-#include "media/capture/link_schemes.h"
 #include "media/parsers/itags.h"
+#include "page/link_schemes.h"
 
 namespace zab {
 

@@ -1,0 +1,81 @@
+#include "page/handed_over.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "binding/never_destroyed.h"
+#include "binding/text.h"
+
+namespace zab {
+namespace {
+
+std::string_view addressOf(std::string_view url) noexcept { return upTo(url, '#'); }
+
+}  // namespace
+
+void HandedOver::policyAsked(std::string_view url) noexcept {
+    std::erase_if(navigations_, [&](const Navigation& navigation) {
+        return navigation.channel == nullptr && navigation.url == addressOf(url);
+    });
+}
+
+void HandedOver::policyTransferred(std::string_view url, Time now) {
+    add({nullptr, std::string(addressOf(url)), now, State::made});
+}
+
+void HandedOver::channelStarts(const nsISupports* channel) noexcept {
+    std::erase_if(navigations_, [&](const Navigation& navigation) { return navigation.channel == channel; });
+}
+
+bool HandedOver::requestStarts(const nsISupports* channel, std::string_view url, Time now) noexcept {
+    std::erase_if(navigations_, [&](const Navigation& navigation) {
+        return navigation.channel == nullptr && now - navigation.at > kPatience;
+    });
+    const auto found = find(nullptr, url);
+    if (found == navigations_.end()) return false;
+    found->channel = channel;
+    return true;
+}
+
+void HandedOver::begins(const nsISupports* channel, std::string_view url) {
+    add({channel, std::string(addressOf(url)), {}, State::underWay});
+}
+
+void HandedOver::ends(const nsISupports* channel, std::string_view url, bool made) noexcept {
+    const auto found = find(channel, url);
+    if (found == navigations_.end()) return;
+    if (made) {
+        found->state = State::made;
+    } else {
+        navigations_.erase(found);
+    }
+}
+
+HandedOver::State HandedOver::stateOf(const nsISupports* channel, std::string_view url) noexcept {
+    const auto found = find(channel, url);
+    return found == navigations_.end() ? State::notYet : found->state;
+}
+
+HandedOver::Navigations::iterator HandedOver::find(const nsISupports* channel, std::string_view url) noexcept {
+    return std::find_if(navigations_.begin(), navigations_.end(), [&](const Navigation& navigation) {
+        return navigation.channel == channel && navigation.url == addressOf(url);
+    });
+}
+
+void HandedOver::add(Navigation navigation) {
+    navigations_.push_back(std::move(navigation));
+    auto oldest = std::prev(navigations_.end());
+    for (std::size_t bytes = oldest->url.size(); oldest != navigations_.begin(); --oldest) {
+        bytes += std::prev(oldest)->url.size();
+        if (bytes > kMostBytes || navigations_.end() - oldest == kMost) break;
+    }
+    navigations_.erase(navigations_.begin(), oldest);
+}
+
+HandedOver& handedOver() noexcept {
+    static NeverDestroyed<HandedOver> record;
+    return record.get();
+}
+
+}  // namespace zab

@@ -1,0 +1,30 @@
+// What the entry points remember between calls. Everything is clear when the module is loaded; the browser's
+// main thread alone reads and writes it.
+#pragma once
+
+#include "binding/interface_ptr.h"
+#include "binding/pointer_array.h"
+#include "page/document_key.h"
+
+namespace zab {
+
+class CWindowObserver;
+
+struct ModuleState {
+    bool observersRegistered = false;
+    DocumentId selectedDocument = 0;  // of the tab that the browser reports as selected
+    InterfacePtr<nsISupports> selectedTabHelper;
+    InterfacePtr<CWindowObserver> mouseObserver;  // made with the first mouse event
+    CDocumentsISupportArray documents;
+    bool mousePressed = false;  // since the last page was loaded
+};
+
+ModuleState& moduleState() noexcept;
+
+/// The two hooks of the browser, each marked the first time that it is seen at work. With the second of them
+/// the module announces the integration to later processes.
+enum class BrowserHook { responses, contentPolicy };
+void markSeen(BrowserHook hook) noexcept;
+bool bothHooksSeen() noexcept;
+
+}  // namespace zab

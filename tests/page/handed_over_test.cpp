@@ -1,0 +1,78 @@
+#include "page/handed_over.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace zab;
+
+namespace {
+
+using State = HandedOver::State;
+using std::chrono::seconds;
+
+/// Never called, so any address will do.
+const nsISupports* channel(int number) {
+    static const char addresses[4]{};
+    return reinterpret_cast<const nsISupports*>(&addresses[number]);
+}
+
+constexpr HandedOver::Time kNow{};
+constexpr const char* kUrl = "http://h/a";
+
+TEST(HandedOver, ANavigationOfThePolicyIsOneRequest) {
+    HandedOver record;
+    record.policyTransferred(kUrl, kNow);
+    EXPECT_FALSE(record.requestStarts(channel(0), "http://h/b", kNow)) << "another address";
+    EXPECT_TRUE(record.requestStarts(channel(1), "http://h/a#x", kNow))
+        << "a fragment makes no other navigation";
+    EXPECT_EQ(record.stateOf(channel(1), kUrl), State::made) << "and no response of it is taken again";
+    EXPECT_FALSE(record.requestStarts(channel(2), kUrl, kNow)) << "the page asks again";
+}
+
+TEST(HandedOver, WhatThePolicyIsAskedAnewIsANewNavigation) {
+    HandedOver record;
+    record.policyTransferred(kUrl, kNow);
+    record.policyAsked(kUrl);
+    EXPECT_FALSE(record.requestStarts(channel(0), kUrl, kNow)) << "this time it let the browser";
+    record.policyTransferred(kUrl, kNow);
+    EXPECT_FALSE(record.requestStarts(channel(0), kUrl, kNow + HandedOver::kPatience + seconds(1)))
+        << "too late to be the refused one";
+}
+
+TEST(HandedOver, AChannelIsHandedOverOnceUntilItServesAgain) {
+    HandedOver record;
+    EXPECT_EQ(record.stateOf(channel(0), kUrl), State::notYet);
+    record.begins(channel(0), kUrl);
+    EXPECT_EQ(record.stateOf(channel(0), kUrl), State::underWay) << "a notification inside the call";
+    EXPECT_EQ(record.stateOf(channel(1), kUrl), State::notYet) << "another request for the same";
+    record.ends(channel(0), kUrl, true);
+    EXPECT_EQ(record.stateOf(channel(0), kUrl), State::made);
+    EXPECT_EQ(record.stateOf(channel(0), "http://h/b"), State::notYet);
+    record.channelStarts(channel(0));
+    EXPECT_EQ(record.stateOf(channel(0), kUrl), State::notYet) << "its address serves another request";
+
+    record.begins(channel(0), kUrl);
+    record.ends(channel(0), kUrl, false);
+    EXPECT_EQ(record.stateOf(channel(0), kUrl), State::notYet) << "a transfer that failed is none";
+}
+
+TEST(HandedOver, RemembersABoundedNumber) {
+    HandedOver record;
+    for (std::size_t i = 0; i < HandedOver::kMost; ++i) record.begins(channel(0), kUrl + std::to_string(i));
+    EXPECT_EQ(record.stateOf(channel(0), "http://h/a0"), State::underWay);
+    record.begins(channel(0), "http://h/new");
+    EXPECT_EQ(record.stateOf(channel(0), "http://h/a0"), State::notYet);
+    EXPECT_EQ(record.stateOf(channel(0), "http://h/a1"), State::underWay);
+
+    const std::string half(HandedOver::kMostBytes / 2, 'x');
+    record.begins(channel(1), half);
+    record.begins(channel(2), half);
+    EXPECT_EQ(record.stateOf(channel(1), half), State::underWay) << "exactly as many bytes as are kept";
+    EXPECT_EQ(record.stateOf(channel(0), "http://h/new"), State::notYet) << "and not one more";
+    record.begins(channel(0), half + half + half);
+    EXPECT_EQ(record.stateOf(channel(0), half + half + half), State::underWay) << "the newest always stays";
+    EXPECT_EQ(record.stateOf(channel(2), half), State::notYet);
+}
+
+}  // namespace
