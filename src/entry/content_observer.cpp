@@ -7,6 +7,7 @@
 
 #include "binding/browser_string.h"
 #include "binding/guard.h"
+#include "entry/registry_settings.h"
 #include "intercept/channel.h"
 #include "intercept/decision.h"
 #include "intercept/post_body.h"

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "entry/registry_settings.h"
 #include "intercept/catch_list.h"
 #include "intercept/decision.h"
 #include "intercept/policy_types.h"
@@ -12,7 +13,6 @@
 #include "page/passwords.h"
 #include "page/platform.h"
 #include "page/request_lists.h"
-#include "settings/settings_store.h"
 #include "settings/shared_list_lock.h"
 #include "transfer/cookies.h"
 #include "transfer/transfer.h"

@@ -6,10 +6,12 @@
 #include "binding/browser_string.h"
 #include "binding/browser_thread.h"
 #include "binding/interfaces/helpers.h"
+#include "binding/never_destroyed.h"
 #include "binding/runtime.h"
 #include "entry/content_observer.h"
 #include "entry/documents.h"
 #include "entry/window_observer.h"
+#include "page/documents.h"
 #include "page/module_state.h"
 #include "page/platform.h"
 
@@ -17,6 +19,14 @@ namespace zab {
 namespace {
 
 constexpr std::uint32_t kStrongReference = 0;
+
+bool g_observersRegistered = false;
+
+/// The observer that mouse events are forwarded to; made with the first of them.
+InterfacePtr<CWindowObserver>& mouseObserver() noexcept {
+    static NeverDestroyed<InterfacePtr<CWindowObserver>> observer;
+    return observer.get();
+}
 
 struct ObservedTopic {
     const char* topic;
@@ -62,9 +72,8 @@ nsresult select(const char* event, const nsAString* documentId, bool closesPopup
     const std::u16string text(viewOf(documentId));
     const DocumentId id = documentIdOf(text);
     traceDocument(event, text, id);
-    ModuleState& state = moduleState();
-    if (closesPopup && state.mouseObserver) state.mouseObserver->closePopup();
-    state.selectedDocument = id;
+    if (closesPopup && mouseObserver()) mouseObserver()->closePopup();
+    moduleState().selectedDocument = id;
     showSelectedDocument();
     return NS_OK;
 }
@@ -82,12 +91,11 @@ nsresult initialise(nsISupports* host) {
 }
 
 nsresult observeStartup(const char* topic) {
-    ModuleState& state = moduleState();
-    if (topic == nullptr || state.observersRegistered) return NS_OK;
+    if (topic == nullptr || g_observersRegistered) return NS_OK;
     // Deliberate: the topic is the needle. Only pieces of "-startup" (such as "startup", or no text at all) end
     // here; every other topic, "profile-after-change" and "xpcom-startup" among them, goes on to registration.
     if (std::string_view("-startup").find(topic) != std::string_view::npos) {
-        state.observersRegistered = true;
+        g_observersRegistered = true;
         return NS_OK;
     }
     nsresult status = NS_OK;
@@ -96,7 +104,7 @@ nsresult observeStartup(const char* topic) {
     status = registerTrafficObserver(*observers.get());
     if (failed(status)) return status;
     registerWindowObserver(*observers.get());
-    state.observersRegistered = true;
+    g_observersRegistered = true;
     return NS_OK;
 }
 
@@ -122,9 +130,8 @@ nsresult documentUnloaded(const nsAString* documentId) {
 }
 
 nsresult mouseEvent(nsISupports* event) {
-    ModuleState& state = moduleState();
-    if (!state.mouseObserver) state.mouseObserver = makeObject<CWindowObserver>();
-    if (state.mouseObserver) state.mouseObserver->HandleMouseEvent(event);
+    if (!mouseObserver()) mouseObserver() = makeObject<CWindowObserver>();
+    if (mouseObserver()) mouseObserver()->HandleMouseEvent(event);
     return NS_OK;
 }
 

@@ -7,6 +7,7 @@
 #include "binding/text.h"
 #include "entry/documents.h"
 #include "entry/modifier_keys.h"
+#include "page/documents.h"
 #include "page/event_listening.h"
 #include "page/module_state.h"
 #include "ui/link_popup.h"

@@ -1,7 +1,6 @@
 #include "page/module_state.h"
 
 #include "binding/never_destroyed.h"
-#include "entry/window_observer.h"
 #include "page/platform.h"
 
 namespace zab {

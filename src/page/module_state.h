@@ -8,13 +8,9 @@
 
 namespace zab {
 
-class CWindowObserver;
-
 struct ModuleState {
-    bool observersRegistered = false;
     DocumentId selectedDocument = 0;  // of the tab that the browser reports as selected
     InterfacePtr<nsISupports> selectedTabHelper;
-    InterfacePtr<CWindowObserver> mouseObserver;  // made with the first mouse event
     CDocumentsISupportArray documents;
     bool mousePressed = false;  // since the last page was loaded
 };

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "binding/text.h"
-#include "intercept/kinds.h"
 #include "page/link_schemes.h"
 #include "web/url.h"
 

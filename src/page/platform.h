@@ -1,4 +1,4 @@
-// What the entry points ask of Windows, as plain functions over plain values.
+// What pages, buttons and entry points ask of Windows, as plain functions over plain values.
 #pragma once
 
 #include <cstdint>

@@ -12,7 +12,6 @@
 
 #include "settings/exception_servers.h"
 #include "settings/setting_values.h"
-#include "settings/settings_view.h"
 
 namespace zab {
 
@@ -47,18 +46,6 @@ std::optional<std::u16string> companionPath(std::u16string_view fileName);
 std::optional<std::string> layersValue(const std::string& programPath);
 /// One of kExceptionServers and kPanelExceptionServers, as it stands now.
 CExceptionServersList readExceptionServers(const TextValue& value);
-
-/// The settings as the decisions ask for them.
-class RegistrySettings final : public SettingsView {
-  public:
-    [[nodiscard]] std::optional<std::string> extensions() const override;
-    [[nodiscard]] bool integrationOn() const override;
-    [[nodiscard]] CExceptionServersList exceptionServers() const override;
-    [[nodiscard]] bool preventKeyHeld() const override;
-    [[nodiscard]] bool forceKeyHeld() const override;
-    [[nodiscard]] bool listenSkipped(std::string_view host) const override;
-    [[nodiscard]] std::uint32_t panelViewFlag() const override;
-};
 
 /// For module unload, when no other thread is inside: closes the mutex and the kept keys.
 void closeSharedState() noexcept;

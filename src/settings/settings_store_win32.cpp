@@ -3,7 +3,6 @@
 #include "binding/browser_text_win32.h"
 #include "binding/guard.h"
 #include "binding/version_resource_win32.h"
-#include "entry/modifier_keys.h"
 #include "settings/data_file.h"
 #include "settings/long_path_win32.h"
 #include "settings/paths.h"
@@ -140,18 +139,6 @@ std::optional<std::string> layersValue(const std::string& programPath) {
 CExceptionServersList readExceptionServers(const TextValue& value) {
     return CExceptionServersList(rootText(value).value_or(std::string{}));
 }
-
-std::optional<std::string> RegistrySettings::extensions() const { return extensionList(); }
-bool RegistrySettings::integrationOn() const { return IsBrowserIntegrationEnabled() != 0; }
-CExceptionServersList RegistrySettings::exceptionServers() const {
-    return readExceptionServers(kExceptionServers);
-}
-bool RegistrySettings::preventKeyHeld() const { return IsPreventKeyDown(); }
-bool RegistrySettings::forceKeyHeld() const { return IsForceKeyDown(); }
-bool RegistrySettings::listenSkipped(std::string_view host) const {
-    return dataFile().read()->skipsListening(host);
-}
-std::uint32_t RegistrySettings::panelViewFlag() const { return GetPanelViewFlag(); }
 
 void closeSharedState() noexcept {
     closeSharedListMutex();

@@ -6,7 +6,7 @@
 #include "binding/browser_string.h"
 #include "binding/guard.h"
 #include "binding/text.h"
-#include "entry/documents.h"
+#include "page/documents.h"
 #include "page/event_listening.h"
 #include "ui/button_windows.h"
 

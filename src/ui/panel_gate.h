@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "media/capture/media_display.h"
 #include "settings/exception_servers.h"
 
 namespace zab {
@@ -35,12 +36,6 @@ struct PanelGate {
 };
 
 PanelGate panelGate(std::string_view pageUrl, std::string_view extension, const PanelValues& values) noexcept;
-
-enum class EntryFate {
-    dropped,
-    kept,   // for the commands; the page gets no button because of it
-    shown,  // kept, and the page's button shows it
-};
 
 /// `size` in bytes; 0: unknown.
 constexpr EntryFate fateOf(const PanelGate& gate, std::uint64_t size) noexcept {

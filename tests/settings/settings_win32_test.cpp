@@ -1,5 +1,6 @@
 // The settings on a real registry, real change signals, real files and a real keyboard state.
 #include <gtest/gtest.h>
+#include "entry/registry_settings.h"
 
 #include <atomic>
 #include <functional>

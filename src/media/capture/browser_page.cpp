@@ -7,12 +7,11 @@
 #include "binding/interfaces/helpers.h"
 #include "binding/utf.h"
 #include "intercept/load_flags.h"
+#include "media/capture/media_display.h"
 #include "page/page.h"
 #include "page/request_lists.h"
 #include "settings/shared_list_lock.h"
 #include "transfer/cookies.h"
-#include "ui/page_buttons.h"
-#include "ui/panel_controller.h"
 
 namespace zab {
 namespace {
@@ -99,7 +98,7 @@ void BrowserPage::findWindows() {
     const auto helper = service<iZABHelper5>();
     if (!helper) return;
     page_.browserWindow = browserWindowOf(*helper.get(), document_.get());
-    page_.controller = page_.browserWindow == 0 ? 0 : pageController(page_.browserWindow);
+    page_.controller = page_.browserWindow == 0 ? 0 : mediaDisplay().controllerOf(page_.browserWindow);
 }
 
 bool BrowserPage::open(const MediaEntry& first) {
@@ -131,9 +130,10 @@ void BrowserPage::take(std::vector<MediaEntry> entries, bool asMessages) {
         entry.page.cookies = cookies;
         auto owned = std::make_unique<MediaEntry>(std::move(entry));
         const bool byMessage = asMessages && page_.controller != 0;
-        shown |= byMessage ? sendEntry(page_.controller, std::move(owned)) : fileEntry(std::move(owned));
+        shown |= byMessage ? mediaDisplay().sendEntry(page_.controller, std::move(owned))
+                           : fileEntry(std::move(owned));
     }
-    if (shown && state_ == State::known) pageButtons().mediaChanged(document_.get(), page_);
+    if (shown && state_ == State::known) mediaDisplay().mediaChanged(document_.get(), page_);
 }
 
 }  // namespace zab

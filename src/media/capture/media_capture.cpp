@@ -4,11 +4,11 @@
 
 #include "media/capture/body_capture.h"
 #include "media/capture/companion_libraries.h"
+#include "media/capture/media_display.h"
 #include "media/capture/stream_listener.h"
 #include "page/media_pages.h"
 #include "settings/data_file.h"
 #include "settings/shared_list_lock.h"
-#include "ui/panel_gate.h"
 #include "web/url.h"
 
 namespace zab {
@@ -47,7 +47,7 @@ void captureMedia(const KeptResponse& response) {
 
 bool fileEntry(std::unique_ptr<MediaEntry> entry) {
     if (entry == nullptr) return false;
-    const EntryFate fate = entryFate(entry->page.url, entry->extension, entry->size);
+    const EntryFate fate = mediaDisplay().fateOf(entry->page.url, entry->extension, entry->size);
     if (fate == EntryFate::dropped) return false;
     const SharedListLock lock(OnTimeout::skip);
     MediaPages::Record* record = lock ? mediaPages().find(entry->page.documentId) : nullptr;
