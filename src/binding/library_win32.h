@@ -3,12 +3,21 @@
 
 #include <cstring>
 
+#include "binding/owner.h"
 #include "binding/wide_win32.h"
 
 namespace zab {
 
+struct LibraryTraits {
+    using Raw = HMODULE;
+    static constexpr Raw none() noexcept { return nullptr; }
+    static void close(Raw library) noexcept { FreeLibrary(library); }
+};
+/// One reference to a loaded library.
+using Library = Owner<LibraryTraits>;
+
 /// A library of Windows, from the system folder first and then by the normal search order; null when there is
-/// none. It stays loaded for the life of the process.
+/// none. The caller owns one reference.
 HMODULE LoadSystemLibrary(const char* name) noexcept;
 
 /// An exported function, null when the library (which may be null) does not export it:

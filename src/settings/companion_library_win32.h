@@ -25,9 +25,9 @@ class CompanionFunction {
   private:
     void load() {
         const auto path = companionPath(library_);
-        const HMODULE library = path ? LoadLibraryW(wide(*path)) : nullptr;
-        function_ = exportOf<Function>(library, name_);
-        if (library != nullptr && function_ == nullptr) FreeLibrary(library);
+        Library library(path ? LoadLibraryW(wide(*path)) : nullptr);
+        function_ = exportOf<Function>(library.get(), name_);
+        if (function_ != nullptr) (void)library.release();
     }
 
     std::u16string_view library_;

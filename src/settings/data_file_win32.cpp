@@ -1,9 +1,8 @@
 #include <atomic>
 
-#include "binding/guard.h"
-#include "binding/throwing_win32.h"
+#include "binding/handle_win32.h"
+#include "binding/this_module_win32.h"
 #include "settings/data_file.h"
-#include "settings/handle_win32.h"
 #include "settings/registry_key_win32.h"
 #include "settings/settings_store.h"
 
@@ -43,11 +42,9 @@ Load load(std::string& plain) {
     const auto folder = dataFolder();
     if (!folder || GetFileAttributesW(wide(*folder)) == INVALID_FILE_ATTRIBUTES) return Load::noFolder;
     const std::u16string path = *folder + u"zabfc.dat";
-    const HANDLE opened =
-        CreateFileW(wide(path), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-    if (opened == INVALID_HANDLE_VALUE)
-        return GetLastError() == ERROR_SHARING_VIOLATION ? Load::busy : Load::done;
-    const Handle file(opened);
+    const FileHandle file(
+        CreateFileW(wide(path), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    if (!file) return GetLastError() == ERROR_SHARING_VIOLATION ? Load::busy : Load::done;
     plain = readPlain(file.get());
     return Load::done;
 }
@@ -62,7 +59,7 @@ Load reload(Published<ZabFcRecord>& record) {
 
 /// Reloads the process-wide record at each change of the configuration, until the request for a signal fails.
 /// The next signal is asked for before the file is read, so a change during the reading is not lost.
-void watchConfigTime() {
+void watchConfigTime(void*) {
     const RegistryKey key = RegistryKey::open(kConfigTimePath, KEY_NOTIFY);
     if (!key) return;
     const Handle changed(CreateEventA(nullptr, TRUE, FALSE, nullptr));
@@ -77,24 +74,12 @@ void watchConfigTime() {
     }
 }
 
-/// The thread holds a reference to this module, so that the code under it stays while it sleeps.
-DWORD WINAPI ConfigTimeWatcher(void* module) {
-    if (prepareThreadToThrow()) guarded([] { watchConfigTime(); });
-    FreeLibraryAndExitThread(static_cast<HMODULE>(module), 0);
-}
-
 std::atomic<DWORD> watcherThreadId{0};
 std::atomic<bool> watcherStarted{false};
 
 void startWatcher() noexcept {
     if (watcherStarted.exchange(true)) return;
-    HMODULE module = nullptr;
-    DWORD id = 0;
-    if (GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                           reinterpret_cast<const char*>(&ConfigTimeWatcher), &module)) {
-        const Handle thread(CreateThread(nullptr, 0, ConfigTimeWatcher, module, 0, &id));
-        if (!thread) FreeLibrary(module);
-    }
+    const DWORD id = startThread(moduleThread<watchConfigTime>, nullptr);
     watcherThreadId.store(id);
     if (id == 0) watcherStarted.store(false);
 }

@@ -15,7 +15,7 @@ namespace {
 constexpr std::uint32_t kPrimaryEnglish = 9;
 constexpr std::uint32_t kDefaultSublanguage = 1024;
 
-struct FileTraits {
+struct StreamTraits {
     using Raw = std::FILE*;
     static Raw none() noexcept { return nullptr; }
     static void close(Raw file) noexcept { std::fclose(file); }
@@ -41,9 +41,9 @@ ToUtf8 conversionFor(std::uint32_t languageId) {
 
 void overlayFile(const std::u16string& path, std::uint32_t languageId, const ToUtf8& toUtf8,
                  MessageTexts& texts) {
-    const Owner<FileTraits> file(_wfopen(wide(path), L"r"));
-    if (!file) return;
-    overlayLanguageFile([&](char* into, std::size_t size) { return std::fread(into, 1, size, file.get()); },
+    const Owner<StreamTraits> stream(_wfopen(wide(path), L"r"));
+    if (!stream) return;
+    overlayLanguageFile([&](char* into, std::size_t size) { return std::fread(into, 1, size, stream.get()); },
                         languageId, toUtf8, texts);
 }
 

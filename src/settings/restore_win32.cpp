@@ -1,8 +1,8 @@
 #include <array>
 
 #include "binding/guard.h"
+#include "binding/handle_win32.h"
 #include "binding/library_win32.h"
-#include "settings/handle_win32.h"
 #include "settings/restore.h"
 #include "settings/settings_keys_win32.h"
 
@@ -63,10 +63,9 @@ class WindowsRestore final : public RestoreSystem {
     }
 
     void copyTemporaryHive() override {
-        const HMODULE library = LoadSystemLibrary("shlwapi.dll");
-        const auto copyKey = exportOf<LSTATUS WINAPI(HKEY, LPCSTR, HKEY, DWORD)>(library, "SHCopyKeyA");
+        const Library library(LoadSystemLibrary("shlwapi.dll"));
+        const auto copyKey = exportOf<LSTATUS WINAPI(HKEY, LPCSTR, HKEY, DWORD)>(library.get(), "SHCopyKeyA");
         if (copyKey != nullptr) copyKey(HKEY_USERS, kTemporaryHive, root_.get(), 0);
-        if (library != nullptr) FreeLibrary(library);
     }
 
     void deleteTemporaryHive() override { RegistryKey::deleteHive(kTemporaryHive); }

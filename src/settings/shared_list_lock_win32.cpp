@@ -1,6 +1,6 @@
 #include <atomic>
 
-#include "binding/wide_win32.h"
+#include "binding/handle_win32.h"
 #include "settings/shared_list_lock.h"
 
 namespace zab {
@@ -27,14 +27,11 @@ SharedListLock::~SharedListLock() {
 
 void createSharedListMutex() noexcept {
     if (g_mutex.load(std::memory_order_acquire) != nullptr) return;
-    const HANDLE made = CreateMutexA(nullptr, FALSE, nullptr);
+    Handle made(CreateMutexA(nullptr, FALSE, nullptr));
     HANDLE none = nullptr;
-    if (made != nullptr && !g_mutex.compare_exchange_strong(none, made)) CloseHandle(made);
+    if (made && g_mutex.compare_exchange_strong(none, made.get())) (void)made.release();
 }
 
-void closeSharedListMutex() noexcept {
-    const HANDLE mutex = g_mutex.exchange(nullptr);
-    if (mutex != nullptr) CloseHandle(mutex);
-}
+void closeSharedListMutex() noexcept { const Handle last(g_mutex.exchange(nullptr)); }
 
 }  // namespace zab

@@ -4,8 +4,7 @@
 #include <shellapi.h>
 
 #include "binding/guard.h"
-#include "binding/owner.h"
-#include "binding/throwing_win32.h"
+#include "binding/this_module_win32.h"
 #include "binding/utf.h"
 #include "settings/settings_store.h"
 #include "transfer/failure_report.h"
@@ -13,12 +12,6 @@
 
 namespace zab {
 namespace {
-
-struct ThreadTraits {
-    using Raw = HANDLE;
-    static Raw none() noexcept { return nullptr; }
-    static void close(Raw thread) noexcept { CloseHandle(thread); }
-};
 
 FailureReportFacts readFacts() {
     FailureReportFacts facts;
@@ -39,41 +32,11 @@ void show(const FailureBox& box) {
         ShellExecuteA(nullptr, "open", kInstallationPage, nullptr, nullptr, SW_SHOWNORMAL);
 }
 
-HMODULE thisModule(DWORD flags) noexcept {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | flags,
-                       reinterpret_cast<LPCWSTR>(&ReportTransferFailure), &module);
-    return module;
-}
+void tellNoLinksFound(void*) { tell(messageTexts()[TextId::noLinksFound].view(), kFailureBoxTitle); }
 
-DWORD WINAPI tellNoLinksFound(void*) noexcept {
-    guarded([] { tell(messageTexts()[TextId::noLinksFound].view(), kFailureBoxTitle); });
-    return 0;
-}
-
-DWORD WINAPI tellNoMediaFound(void*) noexcept {
-    guarded([] {
-        const MessageTexts& texts = messageTexts();
-        tell(texts[TextId::noFlvFound].view(), texts[TextId::savingFlvTitle].view());
-    });
-    return 0;
-}
-
-/// Runs a report and gives the module's extra reference back where no code of the module has to run any more.
-template <DWORD(WINAPI* report)(void*) noexcept>
-DWORD WINAPI reportAndLeave(void* parameter) noexcept {
-    const DWORD result = prepareThreadToThrow() ? report(parameter) : 0;
-    const HMODULE module = thisModule(GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT);
-    if (module != nullptr) FreeLibraryAndExitThread(module, result);
-    return result;
-}
-
-/// On a thread of its own that nobody waits for; without a thread there is no report.
-void start(LPTHREAD_START_ROUTINE report, void* parameter) noexcept {
-    // One more reference to this module: it stays loaded under the report.
-    const HMODULE module = thisModule(0);
-    const Owner<ThreadTraits> thread(CreateThread(nullptr, 0, report, parameter, 0, nullptr));
-    if (!thread && module != nullptr) FreeLibrary(module);
+void tellNoMediaFound(void*) {
+    const MessageTexts& texts = messageTexts();
+    tell(texts[TextId::noFlvFound].view(), texts[TextId::savingFlvTitle].view());
 }
 
 }  // namespace
@@ -87,15 +50,16 @@ DWORD WINAPI ReportTransferFailure(void* status) noexcept {
 }
 
 void startTransferFailureReport(std::uint32_t status) noexcept {
-    start(reportAndLeave<ReportTransferFailure>, reinterpret_cast<void*>(static_cast<std::uintptr_t>(status)));
+    startThread(moduleThread<ReportTransferFailure>,
+                reinterpret_cast<void*>(static_cast<std::uintptr_t>(status)));
 }
 
 void reportMissingManagerAtStart() noexcept { startTransferFailureReport(transfer_failure::kMissingAtStart); }
 
 void reportNoCallsNow() noexcept { startTransferFailureReport(transfer_failure::kNoCallsNow); }
 
-void reportNoLinksFound() noexcept { start(reportAndLeave<tellNoLinksFound>, nullptr); }
+void reportNoLinksFound() noexcept { startThread(moduleThread<tellNoLinksFound>, nullptr); }
 
-void reportNoMediaFound() noexcept { start(reportAndLeave<tellNoMediaFound>, nullptr); }
+void reportNoMediaFound() noexcept { startThread(moduleThread<tellNoMediaFound>, nullptr); }
 
 }  // namespace zab

@@ -4,24 +4,18 @@
 
 #include "binding/browser_string.h"
 #include "binding/browser_text_win32.h"
+#include "binding/handle_win32.h"
 #include "binding/interface_ptr.h"
 #include "binding/interfaces/helpers.h"
-#include "binding/wide_win32.h"
 
 namespace zab {
 namespace {
 
 constexpr std::size_t kLongestPathBytes = 520;
 
-struct FileTraits {
-    using Raw = HANDLE;
-    static Raw none() noexcept { return INVALID_HANDLE_VALUE; }
-    static void close(Raw file) noexcept { CloseHandle(file); }
-};
-
 std::optional<std::uint64_t> fileSizeBytes(const std::string& path) noexcept {
-    const Owner<FileTraits> file(CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                             OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const FileHandle file(CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_NORMAL, nullptr));
     LARGE_INTEGER size{};
     if (!file || GetFileSizeEx(file.get(), &size) == 0) return std::nullopt;
     return static_cast<std::uint64_t>(size.QuadPart);

@@ -8,10 +8,11 @@
 
 #include "binding/browser_thread.h"
 #include "binding/guard.h"
+#include "binding/handle_win32.h"
 #include "binding/never_destroyed.h"
+#include "binding/this_module_win32.h"
 #include "binding/throwing_win32.h"
 #include "media/capture/media_capture.h"
-#include "settings/handle_win32.h"
 #include "settings/shared_list_lock.h"
 #include "transfer/com_win32.h"
 #include "transfer/cookies.h"
@@ -166,14 +167,6 @@ LRESULT CALLBACK controllerProcedure(HWND window, UINT number, WPARAM wParam, LP
             if (row.number == number) return row.handle(message);
         return passOn(message);
     });
-}
-
-/// This module, which stays loaded from now on; null when the system refuses.
-HINSTANCE pinnedModule() noexcept {
-    HMODULE module = nullptr;
-    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
-                       reinterpret_cast<const char*>(&controllerProcedure), &module);
-    return module;
 }
 
 bool registerOnce(WindowClass& windowClass) noexcept {

@@ -6,10 +6,10 @@
 #include <functional>
 #include <thread>
 
+#include "binding/handle_win32.h"
 #include "binding/version_resource_win32.h"
 #include "entry/modifier_keys.h"
 #include "settings/data_file.h"
-#include "settings/handle_win32.h"
 #include "settings/long_path_win32.h"
 #include "settings/message_texts.h"
 #include "settings/paths.h"

@@ -12,7 +12,7 @@
 #include <random>
 #include <thread>
 
-#include "settings/handle_win32.h"
+#include "binding/handle_win32.h"
 #include "settings/settings_keys_win32.h"
 #include "settings/shared_list_lock.h"
 #include "transfer/manager_process_win32.h"

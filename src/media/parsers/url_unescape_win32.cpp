@@ -10,12 +10,8 @@ namespace {
 constexpr DWORD kInPlace = 0x100000;
 
 HMODULE open(std::shared_ptr<void>& library) {
-    if (!library) {
-        library = {LoadSystemLibrary("Shlwapi.dll"), [](void* module) {
-                       if (module != nullptr) FreeLibrary(static_cast<HMODULE>(module));
-                   }};
-    }
-    return static_cast<HMODULE>(library.get());
+    if (!library) library = std::make_shared<Library>(LoadSystemLibrary("Shlwapi.dll"));
+    return static_cast<const Library*>(library.get())->get();
 }
 
 /// Calls the library's function on the text's own buffer and keeps what stands before its new end.
