@@ -22,11 +22,20 @@ class InterfacePtr : public Owner<InterfaceTraits<Interface>> {
     Interface* operator->() const noexcept { return this->get(); }
 
     /// A second reference to the same object.
-    [[nodiscard]] InterfacePtr another() const noexcept {
-        if (this->get() != nullptr) this->get()->AddRef();
-        return InterfacePtr(this->get());
-    }
+    [[nodiscard]] InterfacePtr another() const noexcept;
 };
+
+/// A reference of one's own to an object that others hold; null: nothing.
+template <class Interface>
+[[nodiscard]] InterfacePtr<Interface> referenceTo(Interface* object) noexcept {
+    if (object != nullptr) object->AddRef();
+    return InterfacePtr<Interface>(object);
+}
+
+template <class Interface>
+InterfacePtr<Interface> InterfacePtr<Interface>::another() const noexcept {
+    return referenceTo(this->get());
+}
 
 /// Asks `object` for an interface. A success without an object counts as a failure.
 template <class Interface>

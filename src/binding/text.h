@@ -142,6 +142,23 @@ bool scanHex32(std::string_view text, std::uint32_t& field) noexcept;
 /// Decimal only: no hexadecimal, no "inf", no "nan"; "1e" is 1.
 bool scanDouble(std::string_view text, double& field);
 
+/// The value of the `count` hexadecimal digits (at most 8) at the very start of `text`; nothing when there are
+/// fewer.
+template <class C>
+constexpr std::optional<std::uint32_t> hexDigits(std::basic_string_view<C> text, std::size_t count) noexcept {
+    if (text.size() < count) return std::nullopt;
+    std::uint32_t value = 0;
+    for (const C c : text.substr(0, count)) {
+        const int digit = hexValue(c);
+        if (digit < 0) return std::nullopt;
+        value = value << 4 | static_cast<std::uint32_t>(digit);
+    }
+    return value;
+}
+constexpr std::optional<std::uint32_t> hexDigits(std::string_view text, std::size_t count) noexcept {
+    return hexDigits<char>(text, count);
+}
+
 /// Decimal digits at the very start of `text` (no blanks, no sign); a larger value becomes `limit`.
 /// No digit there: nothing.
 template <class C>

@@ -13,7 +13,7 @@ struct Decoded {
     std::size_t length;  // bytes or units used
 };
 
-constexpr bool isSurrogate(char32_t c) noexcept { return c >= 0xD800 && c <= 0xDFFF; }
+constexpr bool isSurrogate(char32_t c) noexcept { return isHighSurrogate(c) || isLowSurrogate(c); }
 
 /// The code point at the start of `text`, which is not empty; an ill-formed one is U+FFFD and one byte long.
 Decoded decodeUtf8(std::string_view text) noexcept {
@@ -36,9 +36,9 @@ Decoded decodeUtf8(std::string_view text) noexcept {
 Decoded decodeUtf16(std::u16string_view text) noexcept {
     const char32_t unit = text[0];
     if (!isSurrogate(unit)) return {unit, 1};
-    const bool paired = unit < 0xDC00 && text.size() > 1 && text[1] >= 0xDC00 && text[1] <= 0xDFFF;
+    const bool paired = isHighSurrogate(unit) && text.size() > 1 && isLowSurrogate(text[1]);
     if (!paired) return {kReplacement, 1};
-    return {0x10000 + ((unit - 0xD800) << 10) + (text[1] - 0xDC00u), 2};
+    return {ofSurrogates(unit, text[1]), 2};
 }
 
 template <class Out, class In, class Decode, class Append>

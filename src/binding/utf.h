@@ -7,6 +7,13 @@
 
 namespace zab {
 
+constexpr bool isHighSurrogate(char32_t unit) noexcept { return unit >= 0xD800 && unit <= 0xDBFF; }
+constexpr bool isLowSurrogate(char32_t unit) noexcept { return unit >= 0xDC00 && unit <= 0xDFFF; }
+/// The code point that a high and a low surrogate are together.
+constexpr char32_t ofSurrogates(char32_t high, char32_t low) noexcept {
+    return 0x10000 + ((high - 0xD800) << 10) + (low - 0xDC00);
+}
+
 std::u16string utf16FromUtf8(std::string_view text);
 std::string utf8FromUtf16(std::u16string_view text);
 

@@ -7,7 +7,7 @@
 #include "entry/registry_settings.h"
 #include "intercept/catch_list.h"
 #include "intercept/decision.h"
-#include "intercept/policy_types.h"
+#include "intercept/load_types.h"
 #include "page/handed_over.h"
 #include "page/module_state.h"
 #include "page/passwords.h"

@@ -13,7 +13,7 @@ namespace zab {
 
 /// Narrow texts as the browser has them, valid as long as the call.
 struct PolicyQuestion {
-    std::uint32_t type = 0;  // see intercept/policy_types.h
+    std::uint32_t type = 0;  // see intercept/load_types.h
     std::string_view url;
     std::string_view origin;  // the page that asks; empty: not known
     std::string_view mimeGuess;

@@ -5,7 +5,7 @@
 #include "entry/commands.h"
 #include "entry/content_policy.h"
 #include "entry/lifecycle.h"
-#include "intercept/policy_types.h"
+#include "intercept/load_types.h"
 #include "page/module_state.h"
 
 using namespace zab;

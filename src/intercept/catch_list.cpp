@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "binding/pieces.h"
 #include "binding/text.h"
 #include "web/url.h"
 
@@ -43,12 +44,8 @@ bool isPartNumber(std::string_view extension) noexcept {
 }  // namespace
 
 bool MatchExtensionList(std::string_view list, std::string_view text) noexcept {
-    list = readableListOf(list);
-    while (!list.empty()) {
-        const std::string_view item = upTo(list, ' ');
+    for (const std::string_view item : piecesOf(readableListOf(list), ' '))
         if (!item.empty() && item.size() <= kLongestItem && matchesBehindADot(text, item)) return true;
-        list.remove_prefix(std::min(item.size() + 1, list.size()));
-    }
     return false;
 }
 

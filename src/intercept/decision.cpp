@@ -4,9 +4,9 @@
 
 #include "binding/text.h"
 #include "intercept/catch_list.h"
+#include "intercept/load_types.h"
 #include "intercept/mime_classes.h"
-#include "intercept/policy_types.h"
-#include "page/media_extensions.h"
+#include "page/media_entry.h"
 #include "transfer/transfer_record.h"
 #include "web/url.h"
 

@@ -11,7 +11,7 @@
 
 #include "intercept/header_capture.h"
 #include "intercept/kinds.h"
-#include "intercept/load_flags.h"
+#include "intercept/load_types.h"
 #include "settings/settings_view.h"
 
 namespace zab {
@@ -80,7 +80,7 @@ struct RequestFacts {
 Decision decideRequest(const RequestFacts& facts, const SettingsView& settings);
 
 struct PolicyFacts {
-    std::uint32_t type = 0;  // see policy_types.h
+    std::uint32_t type = 0;  // see load_types.h
     std::string_view url;
     bool clicked = false;  // the first page that is loaded since the user pressed a mouse button
     /// Browsers that give pages no document IDs do not tell this module of all their requests in time: there a

@@ -1,5 +1,6 @@
 #include "intercept/header_capture.h"
 
+#include "binding/pieces.h"
 #include "binding/text.h"
 #include "intercept/header_line.h"
 #include "web/file_name.h"
@@ -113,15 +114,13 @@ void take(const VisitedHeader (&headers)[Count], CapturedHeaders& record, std::s
 
 /// The value of the first Content-Type line of a header block.
 std::string_view contentTypeLineOf(std::string_view block) noexcept {
-    while (!block.empty()) {
-        const std::string_view line = upTo(block, '\n');
+    for (const std::string_view line : piecesOf(block, '\n')) {
         if (line.empty() || line == "\r") break;
         const std::string_view text = trimLeft(line, kBlanks);
         if (startsWithIgnoringCase(text, kContentTypeLine)) {
             const std::string_view value = trimLeft(text.substr(kContentTypeLine.size()), kBlanks);
             return value.ends_with('\r') ? value.substr(0, value.size() - 1) : value;
         }
-        block.remove_prefix(line.size() < block.size() ? line.size() + 1 : line.size());
     }
     return {};
 }

@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "binding/text.h"
-#include "intercept/load_flags.h"
+#include "intercept/load_types.h"
 #include "web/url.h"
 
 namespace zab {

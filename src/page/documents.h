@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "page/document_key.h"
+#include "page/document_id.h"
 #include "settings/shared_list_lock.h"
 
 namespace zab {

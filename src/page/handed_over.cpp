@@ -5,23 +5,17 @@
 #include <utility>
 
 #include "binding/never_destroyed.h"
-#include "binding/text.h"
+#include "web/url.h"
 
 namespace zab {
-namespace {
-
-std::string_view addressOf(std::string_view url) noexcept { return upTo(url, '#'); }
-
-}  // namespace
-
 void HandedOver::policyAsked(std::string_view url) noexcept {
     std::erase_if(navigations_, [&](const Navigation& navigation) {
-        return navigation.channel == nullptr && navigation.url == addressOf(url);
+        return navigation.channel == nullptr && navigation.url == withoutFragment(url);
     });
 }
 
 void HandedOver::policyTransferred(std::string_view url, Time now) {
-    add({nullptr, std::string(addressOf(url)), now, State::made});
+    add({nullptr, std::string(withoutFragment(url)), now, State::made});
 }
 
 void HandedOver::channelStarts(const nsISupports* channel) noexcept {
@@ -39,7 +33,7 @@ bool HandedOver::requestStarts(const nsISupports* channel, std::string_view url,
 }
 
 void HandedOver::begins(const nsISupports* channel, std::string_view url) {
-    add({channel, std::string(addressOf(url)), {}, State::underWay});
+    add({channel, std::string(withoutFragment(url)), {}, State::underWay});
 }
 
 void HandedOver::ends(const nsISupports* channel, std::string_view url, bool made) noexcept {
@@ -59,7 +53,7 @@ HandedOver::State HandedOver::stateOf(const nsISupports* channel, std::string_vi
 
 HandedOver::Navigations::iterator HandedOver::find(const nsISupports* channel, std::string_view url) noexcept {
     return std::find_if(navigations_.begin(), navigations_.end(), [&](const Navigation& navigation) {
-        return navigation.channel == channel && navigation.url == addressOf(url);
+        return navigation.channel == channel && navigation.url == withoutFragment(url);
     });
 }
 

@@ -9,7 +9,7 @@
 #include <list>
 #include <string>
 
-#include "page/document_key.h"
+#include "page/document_id.h"
 #include "page/page_media.h"
 #include "page/platform.h"
 

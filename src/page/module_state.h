@@ -4,7 +4,7 @@
 
 #include "binding/interface_ptr.h"
 #include "binding/pointer_array.h"
-#include "page/document_key.h"
+#include "page/document_id.h"
 
 namespace zab {
 

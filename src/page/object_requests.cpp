@@ -3,12 +3,10 @@
 #include <utility>
 
 #include "binding/text.h"
-#include "page/media_extensions.h"
+#include "page/media_entry.h"
 
 namespace zab {
 namespace {
-
-constexpr std::string_view kAudioExtensions[] = {"mp3", "wav", "m4a", "aac", "ra", "rm", "wma"};
 
 /// Of all texts but the POST body.
 std::size_t textBytesOf(const OBJECTREQUESTSARRAY_ITEM& record) noexcept {
@@ -25,7 +23,7 @@ std::size_t textBytesOf(const OBJECTREQUESTSARRAY_ITEM& record) noexcept {
 ObjectKind objectKindOf(std::string_view mimeGuess, std::string_view extension) noexcept {
     if (startsWithIgnoringCase(mimeGuess, "video/")) return ObjectKind::video;
     if (startsWithIgnoringCase(mimeGuess, "audio/")) return ObjectKind::audio;
-    if (isOneOfIgnoringCase(extension, kAudioExtensions)) return ObjectKind::audio;
+    if (isAudioExtension(extension)) return ObjectKind::audio;
     return isMediaExtension(extension) ? ObjectKind::video : ObjectKind::unknown;
 }
 

@@ -3,6 +3,7 @@
 #include "binding/base_window.h"
 #include "binding/browser_string.h"
 #include "binding/browser_text_win32.h"
+#include "binding/utf.h"
 
 namespace zab {
 
@@ -21,6 +22,7 @@ Page pageOfDocument(iZABHelper5& helper, InterfacePtr<nsISupports> document) {
     if (failed(helper.GetPageInfo(page.document.get(), url.get(), title.get()))) return page;
     page.url = url.view();
     page.title = narrowPreferringAnsi(title.view()).value_or("");
+    page.titleUtf8 = utf8FromUtf16(title.view());
     return page;
 }
 

@@ -5,7 +5,7 @@
 
 #include "binding/interface_ptr.h"
 #include "binding/interfaces/helpers.h"
-#include "page/document_key.h"
+#include "page/document_id.h"
 #include "page/platform.h"
 
 namespace zab {
@@ -15,6 +15,7 @@ struct Page {
     InterfacePtr<nsISupports> document;
     std::string url;
     std::string title;
+    std::string titleUtf8;
 };
 
 Page pageOf(iZABHelper5& helper, nsISupports* channel);

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "binding/text.h"
-#include "page/link_schemes.h"
+#include "page/media_entry.h"
 #include "web/url.h"
 
 namespace zab {
@@ -36,8 +36,6 @@ template <class Number>
 void fillIn(Number& known, Number told) noexcept {
     if (known == 0) known = told;
 }
-
-std::string_view beforeQuery(std::string_view url) noexcept { return url.substr(0, url.find_first_of("?#")); }
 
 std::string_view directoryOf(std::string_view url) noexcept {
     const std::string_view path = beforeQuery(url);

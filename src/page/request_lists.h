@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "page/document_key.h"
+#include "page/document_id.h"
 #include "page/object_requests.h"
 
 namespace zab {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "page/document_key.h"
+#include "page/document_id.h"
 #include "page/platform.h"
 
 namespace zab {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "binding/pieces.h"
 #include "binding/text.h"
 #include "settings/exception_servers.h"
 #include "settings/seal_cipher.h"
@@ -66,12 +67,8 @@ std::unique_ptr<ZabFcRecord> parseDataFile(std::string contents) {
     auto record = std::make_unique<ZabFcRecord>();
     record->loaded = 1;
     record->contents = std::move(contents);
-    std::string_view rest = upToNul(record->contents);
-    while (!rest.empty()) {
-        const std::string_view line = upTo(rest, '\n');
-        rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+    for (const std::string_view line : piecesOf(upToNul(record->contents), '\n'))
         readLine(*record, trimRight(line, "\r"));
-    }
     return record;
 }
 

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "binding/pieces.h"
 #include "binding/text.h"
 
 namespace zab {
@@ -26,10 +27,7 @@ bool matchesHostPattern(std::string_view pattern, std::string_view host) noexcep
     if (star == std::string_view::npos) return equalsIgnoringCase(pattern, host);
     if (!startsWithIgnoringCase(host, pattern.substr(0, star))) return false;
     std::size_t at = star;  // in the host: behind the piece that matched last
-    std::string_view pieces = pattern.substr(star + 1);
-    while (!pieces.empty()) {
-        const std::string_view piece = upTo(pieces, '*');
-        pieces.remove_prefix(piece.size() < pieces.size() ? piece.size() + 1 : piece.size());
+    for (const std::string_view piece : piecesOf(pattern.substr(star + 1), '*')) {
         const auto found = findIgnoringCase(host, piece, at);
         if (found == std::string_view::npos) return false;
         at = found + piece.size();

@@ -13,6 +13,7 @@
 #include "transfer/failure_report.h"
 #include "transfer/failure_report_win32.h"
 #include "transfer/local_copy_win32.h"
+#include "web/url.h"
 
 namespace zab {
 namespace {
@@ -102,7 +103,7 @@ bool SendToLinkTransmitter(const char* url, const char* cookies, const char* use
     if (retryLater != nullptr) *retryLater = 0;
     if (url == nullptr) return false;
     return guarded(false, [&] {
-        const std::string_view address = upTo(url, '#');
+        const std::string_view address = withoutFragment(url);
         const bool posts = postData != nullptr && postLength > 0;
         const MethodTexts texts{
             .url = address.empty() ? bstrOf({}) : optionalBstr(address),

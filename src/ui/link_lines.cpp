@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <unordered_set>
 
+#include "binding/pieces.h"
 #include "binding/text.h"
 #include "binding/utf.h"
 #include "web/url.h"
@@ -17,9 +18,8 @@ constexpr std::string_view kSchemes[] = {"http", "https", "ftp"};
 std::vector<std::string> linksOfLines(std::u16string_view lines) {
     std::vector<std::string> links;
     std::unordered_set<std::string> seen;
-    while (!lines.empty() && links.size() < kMostSelectedLinks) {
-        const std::u16string_view line = upTo(lines, u'\n');
-        lines.remove_prefix(std::min(line.size() + 1, lines.size()));
+    for (const std::u16string_view line : piecesOf(lines, u'\n')) {
+        if (links.size() == kMostSelectedLinks) break;
         std::string link(trim(utf8FromUtf16(upToNul(line))));
         if (isOneOfIgnoringCase(schemeOf(link), kSchemes) && seen.insert(link).second)
             links.push_back(std::move(link));

@@ -17,11 +17,6 @@ constexpr std::u16string_view kUnload = u"unload", kScroll = u"scroll", kResize 
 /// The part of a browser window that shows pages.
 constexpr std::u16string_view kContentElement = u"appcontent";
 
-InterfacePtr<nsISupports> heldBy(nsISupports* object) noexcept {
-    if (object != nullptr) object->AddRef();
-    return InterfacePtr<nsISupports>(object);
-}
-
 InterfacePtr<nsISupports> windowOf(iZABHelper5& helper, nsISupports* document) noexcept {
     nsISupports* window = nullptr;
     if (failed(helper.GetDocumentWindow(document, &window))) return {};
@@ -49,8 +44,7 @@ template <class Self>
 nsresult ButtonListener<Self>::HandleEvent(nsISupports* event) {
     return guarded(NS_OK, [&] {
         // An "unload" takes the browser's reference and the button's.
-        this->AddRef();
-        const InterfacePtr<nsISupports> alive(this->identity());
+        const auto alive = referenceTo(this->identity());
         if (button_ != nullptr) button_->handle(event);
         return NS_OK;
     });
@@ -61,7 +55,7 @@ template class ButtonListener<CElementUnloadListener>;
 
 CDownloadMediaBtn::CDownloadMediaBtn(nsISupports* document, const MediaPage& page)
     : document_(page.document),
-      bonds_{heldBy(document), {}, {}, {}},
+      bonds_{referenceTo(document), {}, {}, {}},
       plan_{page.browserWindow, page.controller, {}, page.document.id, page.url} {}
 
 template <class Change>

@@ -3,6 +3,8 @@
 #include <optional>
 
 #include "binding/text.h"
+#include "binding/utf.h"
+#include "page/media_entry.h"
 
 namespace zab {
 namespace {
@@ -18,7 +20,6 @@ constexpr FieldTag kFieldTags[] = {
     {35, &MediaRequest::referrer},     {36, &MediaRequest::description},
 };
 
-constexpr std::u16string_view kAudioExtensions[] = {u"mp3", u"wav", u"aac", u"rm", u"ra", u"wma"};
 constexpr std::u16string_view kAudioStream = u"mp3:";
 
 /// What stands behind it is the address, without its scheme.
@@ -77,9 +78,10 @@ std::vector<std::string> addressesOf(std::string_view mediaUrl) {
 
 ObjectKind requestedKind(const MediaRequest& request) noexcept {
     if (request.streamName.starts_with(kAudioStream)) return ObjectKind::audio;
-    for (const std::u16string_view extension : kAudioExtensions)
-        if (equalsIgnoringCase<char16_t>(request.extension, extension)) return ObjectKind::audio;
-    return ObjectKind::video;
+    const std::string extension = utf8FromUtf16(request.extension);
+    // Deliberate: the panel asks for an M4A as for a film. Held by MediaChoice.AudioIsTold.
+    return isAudioExtension(extension) && !equalsIgnoringCase(extension, "m4a") ? ObjectKind::audio
+                                                                                : ObjectKind::video;
 }
 
 }  // namespace zab

@@ -6,6 +6,7 @@
 #include <tuple>
 #include <unordered_map>
 
+#include "binding/pieces.h"
 #include "binding/text.h"
 #include "binding/utf.h"
 
@@ -17,12 +18,10 @@ constexpr std::uint32_t kUltraHdHeight = 2160;
 
 /// The number of the first word that is digits and "p"; 0 without one.
 std::uint32_t heightIn(std::string_view description) noexcept {
-    while (!description.empty()) {
-        const std::string_view word = upTo(description, ' ');
+    for (const std::string_view word : piecesOf(description, ' ')) {
         const std::string_view digits = upTo(word, 'p');
         if (!digits.empty() && word.size() == digits.size() + 1 && std::ranges::all_of(digits, isDigit<char>))
             return entryNumber(digits);
-        description.remove_prefix(std::min(word.size() + 1, description.size()));
     }
     return 0;
 }

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "binding/pointer_array.h"
-#include "page/document_key.h"
+#include "page/document_id.h"
 #include "ui/media_button.h"
 
 namespace zab {

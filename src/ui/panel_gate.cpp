@@ -1,7 +1,7 @@
 #include "ui/panel_gate.h"
 
 #include "binding/text.h"
-#include "page/media_extensions.h"
+#include "page/media_entry.h"
 
 namespace zab {
 namespace {

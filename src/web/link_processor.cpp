@@ -7,12 +7,6 @@
 #include "web/url_resolve.h"
 
 namespace zab {
-namespace {
-
-std::string_view withoutFragment(std::string_view url) noexcept { return upTo(url, '#'); }
-
-}  // namespace
-
 CLinkProcessor::CLinkProcessor(std::string_view baseUrl, std::string_view pageUrl)
     : page_(withoutFragment(pageUrl)) {
     if (baseUrl.size() <= kMostBaseBytes) base_ = baseUrl;

@@ -6,6 +6,7 @@
 
 #include "binding/text.h"
 #include "binding/utf.h"
+#include "web/json_text.h"
 #include "web/url.h"
 #include "web/url_resolve.h"
 
@@ -30,38 +31,14 @@ bool isOperatorWord(std::string_view word) noexcept {
 
 // Escapes.
 
-/// `count` hexadecimal digits at `at`; nothing when there are fewer.
-std::optional<char32_t> hexAt(std::string_view text, std::size_t at, std::size_t count) noexcept {
-    if (at > text.size() || text.size() - at < count) return std::nullopt;
-    char32_t value = 0;
-    for (const char c : text.substr(at, count)) {
-        const int digit = hexValue(c);
-        if (digit < 0) return std::nullopt;
-        value = value * 16 + static_cast<char32_t>(digit);
-    }
+/// "u{41}", or as JSON writes it; `text` loses what was read.
+std::optional<char32_t> takeScriptEscape(std::string_view& text) noexcept {
+    if (text.substr(1, 1) != "{") return takeUnicodeEscape(text);
+    const auto end = text.substr(0, 12).find('}');
+    if (end == npos || end < 3 || end > 8) return std::nullopt;
+    const auto value = hexDigits(text.substr(2), end - 2);
+    if (value) text.remove_prefix(end + 1);
     return value;
-}
-
-struct Escape {
-    char32_t character;
-    std::size_t length;  // behind the "\"
-};
-
-/// \u0041, a pair of surrogates written so, or \u{41}. `text` begins with "u".
-std::optional<Escape> unicodeEscape(std::string_view text) noexcept {
-    if (text.substr(1, 1) == "{") {
-        const auto end = text.substr(0, 12).find('}');
-        if (end == npos || end < 3 || end > 8) return std::nullopt;
-        const auto value = hexAt(text, 2, end - 2);
-        if (!value) return std::nullopt;
-        return Escape{*value, end + 1};
-    }
-    const auto high = hexAt(text, 1, 4);
-    if (!high) return std::nullopt;
-    const bool mayPair = *high >= 0xD800 && *high <= 0xDBFF && text.substr(5, 2) == "\\u";
-    const auto low = mayPair ? hexAt(text, 7, 4) : std::nullopt;
-    if (!low || *low < 0xDC00 || *low > 0xDFFF) return Escape{*high, 5};
-    return Escape{0x10000 + ((*high - 0xD800) << 10) + (*low - 0xDC00), 11};
 }
 
 struct SimpleEscape {
@@ -75,13 +52,15 @@ std::size_t appendEscape(std::string& result, std::string_view text) {
     const char c = text.front();
     if (c == '\n') return 1;  // the literal goes on in the next line
     if (c == '\r') return text.substr(1, 1) == "\n" ? 2 : 1;
-    if (c == 'u')
-        if (const auto escape = unicodeEscape(text)) {
-            appendUtf8(result, escape->character);
-            return escape->length;
+    if (c == 'u') {
+        std::string_view rest = text;
+        if (const auto character = takeScriptEscape(rest)) {
+            appendUtf8(result, *character);
+            return text.size() - rest.size();
         }
+    }
     if (c == 'x')
-        if (const auto value = hexAt(text, 1, 2)) {
+        if (const auto value = hexDigits(text.substr(1), 2)) {
             appendUtf8(result, *value);
             return 3;
         }

@@ -1,5 +1,6 @@
 #include "web/url.h"
 
+#include "binding/pieces.h"
 #include "binding/text.h"
 
 namespace zab {
@@ -24,11 +25,12 @@ AuthoritySpan authoritySpan(std::string_view url) noexcept {
 }
 
 struct DefaultPort {
-    std::string_view scheme;  // with its ":"
-    std::string_view port;    // with the ":" before it
+    std::string_view scheme;
+    std::uint16_t port;
 };
+constexpr DefaultPort kDefaultPorts[] = {{"http", 80}, {"https", 443}, {"ftp", 21}};
 
-constexpr DefaultPort kDefaultPorts[] = {{"http:", ":80"}, {"https:", ":443"}};
+constexpr std::string_view kNormalizedSchemes[] = {"http", "https"};
 
 }  // namespace
 
@@ -59,10 +61,11 @@ bool isHostOrBelow(std::string_view host, std::string_view name) noexcept {
 
 std::string_view behindHost(std::string_view url) noexcept { return url.substr(authoritySpan(url).end); }
 
-std::string_view pathOf(std::string_view url) noexcept {
-    const std::string_view rest = behindHost(url);
-    return rest.substr(0, rest.find_first_of("?#"));
-}
+std::string_view withoutFragment(std::string_view url) noexcept { return upTo(url, '#'); }
+
+std::string_view beforeQuery(std::string_view url) noexcept { return url.substr(0, url.find_first_of("?#")); }
+
+std::string_view pathOf(std::string_view url) noexcept { return beforeQuery(behindHost(url)); }
 
 std::string_view lastSegmentOf(std::string_view url) noexcept {
     const std::string_view path = pathOf(url);
@@ -75,31 +78,31 @@ std::string_view extensionOf(std::string_view name) noexcept {
 }
 
 std::optional<std::string_view> queryParameter(std::string_view url, std::string_view name) noexcept {
-    const std::string_view beforeFragment = upTo(url, '#');
+    const std::string_view beforeFragment = withoutFragment(url);
     const auto mark = beforeFragment.find('?');
     if (mark == std::string_view::npos) return std::nullopt;
-    std::string_view rest = beforeFragment.substr(mark + 1);
-    while (!rest.empty()) {
-        const std::string_view parameter = upTo(rest, '&');
+    for (const std::string_view parameter : piecesOf(beforeFragment.substr(mark + 1), '&')) {
         const std::string_view key = upTo(parameter, '=');
         if (key == name) return parameter.substr(key.size() < parameter.size() ? key.size() + 1 : key.size());
-        rest.remove_prefix(parameter.size() < rest.size() ? parameter.size() + 1 : parameter.size());
     }
     return std::nullopt;
 }
 
+std::uint16_t defaultPortOf(std::string_view scheme) noexcept {
+    for (const DefaultPort& row : kDefaultPorts)
+        if (row.scheme == scheme) return row.port;
+    return 0;
+}
+
 void NormalizeDefaultPort(std::string& url) {
+    const std::string_view scheme = upTo(url, ':');
+    if (!isOneOfIgnoringCase(scheme, kNormalizedSchemes)) return;
     const auto mark = url.find(kAuthorityMark);
     if (mark == std::string::npos) return;
     const auto port = url.find_first_of(":/\\", mark + kAuthorityMark.size());
     if (port == std::string::npos) return;
-    for (const auto& row : kDefaultPorts) {
-        if (!startsWithIgnoringCase(url, row.scheme)) continue;
-        if (url.compare(port, row.port.size(), row.port) != 0) return;
-        if (url.size() > port + row.port.size() && url[port + row.port.size()] == '/')
-            url.erase(port, row.port.size());
-        return;
-    }
+    const std::string written = ':' + std::to_string(defaultPortOf(lowered(scheme)));
+    if (std::string_view(url).substr(port).starts_with(written + '/')) url.erase(port, written.size());
 }
 
 }  // namespace zab

@@ -2,11 +2,11 @@
 //
 // Bytes as they stand: nothing is decoded, copied or allocated, every answer costs at most a few passes over
 // the URL. What a URL does not have is an empty view. The authority is what stands behind the scheme's "://",
-// up to
-// "/", "?" or "#"; a text without it has neither host nor port, and all of it that stands behind the scheme
-// is path.
+// up to "/", "?" or "#"; a text without it has neither host nor port, and all of it that stands behind the
+// scheme is path.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,6 +26,12 @@ bool isHostOrBelow(std::string_view host, std::string_view name) noexcept;
 /// All that stands behind host and port: path, query and fragment.
 std::string_view behindHost(std::string_view url) noexcept;
 
+/// The same without its fragment.
+std::string_view withoutFragment(std::string_view url) noexcept;
+
+/// What stands before query and fragment.
+std::string_view beforeQuery(std::string_view url) noexcept;
+
 /// The path alone.
 std::string_view pathOf(std::string_view url) noexcept;
 
@@ -37,6 +43,9 @@ std::string_view extensionOf(std::string_view name) noexcept;
 
 /// The value of the first parameter of this name (exact) in the query, undecoded.
 std::optional<std::string_view> queryParameter(std::string_view url, std::string_view name) noexcept;
+
+/// The port of a scheme (lower case) when an address names none; 0: it has none.
+std::uint16_t defaultPortOf(std::string_view scheme) noexcept;
 
 /// Removes ":80" of an http URL and ":443" of an https URL where a "/" follows. The port is looked for behind
 /// the first "://", where the first of ":", "/" and "\" decides.

@@ -3,21 +3,10 @@
 #include <algorithm>
 
 #include "binding/text.h"
+#include "web/url.h"
 
 namespace zab {
 namespace {
-
-struct DefaultPort {
-    std::string_view scheme;
-    std::uint16_t port;
-};
-constexpr DefaultPort kDefaultPorts[] = {{"http", 80}, {"https", 443}, {"ftp", 21}};
-
-std::uint16_t defaultPortOf(std::string_view scheme) noexcept {
-    for (const auto& row : kDefaultPorts)
-        if (row.scheme == scheme) return row.port;
-    return 0;
-}
 
 /// Position of the ":" before the port, or the end; the colons of an IPv6 address stand in brackets.
 std::size_t hostLength(std::string_view hostAndPort) noexcept {
@@ -57,8 +46,7 @@ std::optional<WebAddress> webAddressOf(std::string_view url) {
     if (!port) return std::nullopt;
     address.origin.port = *port;
 
-    const std::string_view path = rest.substr(authorityLength);
-    address.path = path.substr(0, path.find_first_of("?#"));
+    address.path = beforeQuery(rest.substr(authorityLength));
     if (address.path.empty()) address.path = "/";
     return address;
 }

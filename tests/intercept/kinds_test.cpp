@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "intercept/load_flags.h"
+#include "intercept/load_types.h"
 #include "intercept/mime_classes.h"
 #include "web/url.h"
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "intercept/decision.h"
-#include "intercept/policy_types.h"
+#include "intercept/load_types.h"
 #include "page/object_requests.h"
 #include "transfer/transfer_record.h"
 

@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "binding/text.h"
-#include "intercept/load_flags.h"
+#include "intercept/load_types.h"
 #include "media/capture/body_capture.h"
 #include "zabprobe/text_json.h"
 

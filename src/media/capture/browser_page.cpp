@@ -2,11 +2,8 @@
 
 #include <utility>
 
-#include "binding/browser_string.h"
-#include "binding/browser_text_win32.h"
 #include "binding/interfaces/helpers.h"
-#include "binding/utf.h"
-#include "intercept/load_flags.h"
+#include "intercept/load_types.h"
 #include "media/capture/media_display.h"
 #include "page/page.h"
 #include "page/request_lists.h"
@@ -15,11 +12,6 @@
 
 namespace zab {
 namespace {
-
-InterfacePtr<nsISupports> held(nsISupports* object) noexcept {
-    if (object != nullptr) object->AddRef();
-    return InterfacePtr<nsISupports>(object);
-}
 
 ObjectKind objectKindOf(const MediaEntry& entry) noexcept {
     return entry.kind == EntryKind::audio ? ObjectKind::audio : ObjectKind::video;
@@ -33,7 +25,7 @@ void noteExamined(OBJECTREQUESTSARRAY_ITEM record) {
 
 }  // namespace
 
-BrowserPage::BrowserPage(const KeptResponse& response) : channel_(held(response.channel)) {
+BrowserPage::BrowserPage(const KeptResponse& response) : channel_(referenceTo(response.channel)) {
     identity_.referrer = response.headers.referer;
     identity_.userAgent = response.headers.userAgent;
     examined_.url = response.headers.url;
@@ -56,14 +48,11 @@ void BrowserPage::readIdentity() {
     const auto helper = service<iZABHelper5>();
     if (!helper || page_.document.id == 0) return;
     state_ = State::known;
-    NarrowContainer url;
-    WideContainer title;
-    if (!url.ready() || !title.ready()) return;
-    if (failed(helper->GetPageInfo(document_.get(), url.get(), title.get()))) return;
-    page_.url = url.view();
-    page_.title = narrowPreferringAnsi(title.view()).value_or("");
-    identity_.url = page_.url;
-    identity_.title = utf8FromUtf16(title.view());  // entries are UTF-8 throughout
+    Page page = pageOfDocument(*helper.get(), document_.another());
+    identity_.url = page.url;
+    identity_.title = std::move(page.titleUtf8);  // entries are UTF-8 throughout
+    page_.url = std::move(page.url);
+    page_.title = std::move(page.title);
 }
 
 const EntryPage* BrowserPage::identity() {

@@ -11,7 +11,7 @@
 
 #include "binding/interfaces/supports.h"
 #include "intercept/decision.h"
-#include "page/document_key.h"
+#include "page/document_id.h"
 #include "page/media_entry.h"
 
 namespace zab {

@@ -40,8 +40,7 @@ nsresult IMDBaseStreamListener::OnResponseData(const uint8_t* bytes, uint32_t le
     if (bytes == nullptr || length == 0) return NS_OK;
     guarded([&] {
         // What the browser is asked at the end of a body may make it give this listener up.
-        AddRef();
-        const InterfacePtr<IMDBaseStreamListener> self(this);
+        const auto self = referenceTo(this);
         if (capture_.add({reinterpret_cast<const char*>(bytes), length})) finish();
     });
     return NS_OK;

@@ -4,9 +4,9 @@
 #include <optional>
 #include <utility>
 
+#include "binding/pieces.h"
 #include "binding/text.h"
 #include "media/parsers/attribute_list.h"
-#include "media/parsers/line_reader.h"
 #include "media/parsers/whole_number.h"
 
 namespace zab {
@@ -273,10 +273,8 @@ bool CM3UParser::parse(std::string_view body) {
     forget();
     if (!body_.assign(body)) return false;
     decodingState state;
-    LineReader lines(body_.view());
-    std::string_view line;
-    while (lines.next(line)) {
-        line = withoutOuterBlanks(line);
+    for (const std::string_view wholeLine : piecesOf(body_.view(), '\n')) {
+        const std::string_view line = withoutOuterBlanks(wholeLine);
         const Tag tag = tagOf(line);
         readMasterLine(line, tag, state, master);
         readMediaLine(line, tag, state, *this);

@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "binding/pieces.h"
 #include "binding/text.h"
 
 namespace zab {
@@ -35,11 +36,8 @@ bool isIgnored(std::u16string_view parameter, bool signatureMatters) noexcept {
 
 std::vector<std::u16string_view> parametersOf(std::u16string_view query) {
     std::vector<std::u16string_view> parameters;
-    while (!query.empty()) {
-        const auto parameter = upTo(query, u'&');
+    for (const std::u16string_view parameter : piecesOf(query, u'&'))
         if (!parameter.empty()) parameters.push_back(parameter);
-        query.remove_prefix(std::min(parameter.size() + 1, query.size()));
-    }
     return parameters;
 }
 

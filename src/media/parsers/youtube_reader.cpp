@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "binding/pieces.h"
 #include "binding/text.h"
 #include "binding/utf.h"
 #include "media/parsers/replace.h"
@@ -54,18 +55,6 @@ std::optional<View> fieldOf(View piece, View key, View ampersand) noexcept {
     }
 }
 
-/// Four hexadecimal digits at the start of `text`, or -1.
-int fourHexDigits(View text) noexcept {
-    if (text.size() < 4) return -1;
-    int value = 0;
-    for (const char16_t c : text.substr(0, 4)) {
-        const int digit = hexValue(c);
-        if (digit < 0) return -1;
-        value = value * 16 + digit;
-    }
-    return value;
-}
-
 /// "\uXXXX" becomes its character, and a NUL ends the text. Every other JSON escape stays.
 std::u16string withoutJsonEscapes(View text) {
     std::u16string plain;
@@ -73,11 +62,15 @@ std::u16string withoutJsonEscapes(View text) {
         const View copied = before(text, u"\\u");
         plain += copied;
         text.remove_prefix(copied.size());
-        const int value = text.empty() ? -1 : fourHexDigits(text.substr(2));
-        if (value == 0) break;
-        if (value > 0) plain += static_cast<char16_t>(value);
-        if (value < 0) plain += text.substr(0, 2);
-        text.remove_prefix(std::min<std::size_t>(value < 0 ? 2 : 6, text.size()));
+        if (text.empty()) break;
+        const auto unit = hexDigits(text.substr(2), 4);
+        if (unit == 0u) break;
+        if (unit) {
+            plain += static_cast<char16_t>(*unit);
+        } else {
+            plain += text.substr(0, 2);
+        }
+        text.remove_prefix(unit ? 6 : 2);
     }
     return plain;
 }
@@ -125,11 +118,7 @@ void YoutubeReader::readReplyMap(std::u16string_view name, bool adaptive) {
 }
 
 void YoutubeReader::readPieces(std::u16string_view map, std::u16string_view ampersand, bool adaptive) {
-    while (!map.empty()) {
-        const View piece = upTo(map, u',');
-        readPiece(piece, ampersand, adaptive);
-        map.remove_prefix(std::min(piece.size() + 1, map.size()));
-    }
+    for (const View piece : piecesOf(map, u',')) readPiece(piece, ampersand, adaptive);
 }
 
 void YoutubeReader::readPiece(std::u16string_view piece, std::u16string_view ampersand, bool adaptive) {

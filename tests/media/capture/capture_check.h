@@ -8,7 +8,7 @@
 
 #include "media/capture/body_capture.h"
 #include "media/parsers/must.h"
-#include "page/link_schemes.h"
+#include "page/media_entry.h"
 
 namespace zabtest {
 

@@ -7,7 +7,7 @@
 #include "media/capture/handlers/handlers.h"
 #include "media/parsers/mp4.h"
 #include "media/parsers/stream_urls.h"
-#include "page/link_schemes.h"
+#include "page/media_entry.h"
 
 namespace zab {
 namespace {

@@ -6,7 +6,7 @@
 #include "media/capture/descriptions.h"
 #include "media/capture/handlers/handlers.h"
 #include "media/parsers/whole_number.h"
-#include "page/link_schemes.h"
+#include "page/media_entry.h"
 #include "web/url_resolve.h"
 
 namespace zab {

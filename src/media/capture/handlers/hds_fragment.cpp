@@ -3,7 +3,7 @@
 #include "binding/text.h"
 #include "media/capture/descriptions.h"
 #include "media/capture/handlers/handlers.h"
-#include "page/link_schemes.h"
+#include "page/media_entry.h"
 #include "web/url.h"
 
 namespace zab {

@@ -4,7 +4,7 @@
 #include "binding/text.h"
 #include "media/capture/descriptions.h"
 #include "media/capture/handlers/handlers.h"
-#include "page/link_schemes.h"
+#include "page/media_entry.h"
 #include "web/url.h"
 #include "web/url_resolve.h"
 

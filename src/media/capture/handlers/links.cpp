@@ -7,7 +7,7 @@
 #include "binding/text.h"
 #include "media/capture/handlers/handlers.h"
 #include "media/parsers/stream_urls.h"
-#include "page/media_extensions.h"
+#include "page/media_entry.h"
 #include "web/html_parser.h"
 #include "web/url.h"
 

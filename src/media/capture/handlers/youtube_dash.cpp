@@ -48,7 +48,7 @@ std::string_view firstSequenceOf(const DashRepresentation& record) {
 }
 
 /// The start of the query or fragment, where the path ends.
-std::size_t pathEndOf(std::string_view url) noexcept { return std::min(url.find_first_of("?#"), url.size()); }
+std::size_t pathEndOf(std::string_view url) noexcept { return beforeQuery(url).size(); }
 
 /// Where the value of the path element "/NAME/" begins, up to the path's end.
 std::optional<std::size_t> elementValue(std::string_view url, std::string_view element) noexcept {

@@ -5,7 +5,7 @@
 
 #include "media/capture/capture_run.h"
 #include "media/parsers/itags.h"
-#include "page/link_schemes.h"
+#include "page/media_entry.h"
 
 namespace zab {
 

@@ -1,9 +1,13 @@
-// What is being loaded, as the browser's content policy numbers it (nsIContentPolicy), and what it may answer.
+// What a load is for: the load flags of a request, as the extension's helper tells them, and the types of the
+// browser's content policy (nsIContentPolicy) with what it may answer.
 #pragma once
 
 #include <cstdint>
 
 namespace zab {
+
+inline constexpr std::uint32_t kDocumentLoad = 0x10000;  // a page, of the window or of a frame
+inline constexpr std::uint32_t kTopLevelLoad = 0x80000;  // the page of the window itself
 
 namespace policy_types {
 inline constexpr std::uint32_t kObject = 5;
