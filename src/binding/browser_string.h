@@ -15,9 +15,6 @@ namespace zab {
 /// Up to the terminator (of lengths), behind the end (of offsets).
 inline constexpr std::uint32_t kAll = 0xFFFFFFFF;
 
-/// Encodings of NS_CStringToUTF16 and NS_UTF16ToCString.
-enum class BrowserEncoding : std::uint32_t { ascii = 0, utf8 = 1, nativeFileSystem = 2 };
-
 /// What a string argument holds; empty for null or when the runtime cannot tell.
 std::string_view viewOf(const nsACString* text) noexcept;
 std::u16string_view viewOf(const nsAString* text) noexcept;

@@ -2,8 +2,6 @@
 
 #include <limits>
 
-#include "binding/browser_string.h"
-#include "binding/guard.h"
 #include "binding/wide_win32.h"
 
 namespace zab {
@@ -54,13 +52,6 @@ std::optional<std::string> narrowPreferringAnsi(std::u16string_view text) {
     auto ansi = narrowFromUtf16(text, kAnsiCodePage);
     if (ansi && utf16FromNarrow(*ansi, kAnsiCodePage) == text) return ansi;
     return narrowFromUtf16(text, kUtf8CodePage);
-}
-
-bool ToNarrowPreferAnsi(const nsAString* wideText, nsACString* narrow) noexcept {
-    return guarded(false, [&] {
-        const auto converted = narrowPreferringAnsi(viewOf(wideText));
-        return converted && assign(narrow, *converted);
-    });
 }
 
 }  // namespace zab

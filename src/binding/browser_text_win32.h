@@ -6,8 +6,6 @@
 #include <string>
 #include <string_view>
 
-#include "binding/interfaces/supports.h"
-
 namespace zab {
 
 inline constexpr std::uint32_t kAnsiCodePage = 0;
@@ -24,8 +22,5 @@ std::u16string utf16FromAnsi(std::string_view text);
 
 /// ANSI when that gives back the same text, UTF-8 otherwise; nothing for empty text.
 std::optional<std::string> narrowPreferringAnsi(std::u16string_view text);
-
-/// The same between strings of the browser. False leaves `narrow` as it was.
-bool ToNarrowPreferAnsi(const nsAString* wideText, nsACString* narrow) noexcept;
 
 }  // namespace zab

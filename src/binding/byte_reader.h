@@ -38,7 +38,6 @@ class ByteReader {
     constexpr std::optional<std::uint32_t> u32be() noexcept { return integer<std::uint32_t, 4, true>(); }
     constexpr std::optional<std::uint64_t> u64be() noexcept { return integer<std::uint64_t, 8, true>(); }
     constexpr std::optional<std::uint16_t> u16le() noexcept { return integer<std::uint16_t, 2, false>(); }
-    constexpr std::optional<std::uint32_t> u32le() noexcept { return integer<std::uint32_t, 4, false>(); }
 
   private:
     template <class Int, std::size_t Size, bool BigEndian>

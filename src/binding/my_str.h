@@ -63,12 +63,7 @@ class OwnedString {
 };
 
 /// Narrow text: ANSI or UTF-8, as its user says.
-class MyStrClass : public OwnedString<char> {
-  public:
-    /// Converts terminated UTF-16 text to a Windows code page (0: ANSI, 65001: UTF-8). Empty text, and text
-    /// that cannot be converted, leave the string as it was. Windows only.
-    void SetFromWide(const char16_t* wideText, std::uint32_t codePage) noexcept;
-};
+class MyStrClass : public OwnedString<char> {};
 
 /// UTF-16 text.
 class MyWStrClass : public OwnedString<char16_t> {};

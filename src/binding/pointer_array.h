@@ -103,7 +103,4 @@ class GrowingArray {
     Buffer items_;
 };
 
-/// Documents of the browser, by the address of their interface; holds no references.
-class CDocumentsISupportArray : public GrowingArray<nsISupports*, 10> {};
-
 }  // namespace zab

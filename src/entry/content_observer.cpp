@@ -160,6 +160,8 @@ void examineRedirect(const Channel& channel, const std::string& url, const Setti
     const std::string location = channel.responseHeader("Location").value_or("");
     const Decision decision = decideRedirect(location, settings);
     if (decision.outcome == Outcome::transfer) {
+        // A copy: the call dispatches messages, and the next notification may reuse the record that `url` lies
+        // in.
         takeFtpRedirect(channel, std::string(url), location, decision);
         return;
     }

@@ -94,6 +94,7 @@ nsresult observeStartup(const char* topic) {
     if (topic == nullptr || g_observersRegistered) return NS_OK;
     // Deliberate: the topic is the needle. Only pieces of "-startup" (such as "startup", or no text at all) end
     // here; every other topic, "profile-after-change" and "xpcom-startup" among them, goes on to registration.
+    // Held by StartUp.APieceOfTheStartUpTopicEndsAllRegistration.
     if (std::string_view("-startup").find(topic) != std::string_view::npos) {
         g_observersRegistered = true;
         return NS_OK;
@@ -117,14 +118,10 @@ nsresult selectedTabReported(const nsAString* documentId) {
 nsresult documentUnloaded(const nsAString* documentId) {
     const DocumentId id = documentIdOf(viewOf(documentId));
     if (id == 0) return NS_OK;
-    ModuleState& state = moduleState();
-    if (id == state.selectedDocument) {
+    if (id == moduleState().selectedDocument) {
         clearSelection();
         refreshSelectedTab();
     }
-    // Deliberate: by ID alone the document's object is not known, so the null pointer is what is taken out;
-    // pages that are still listed by object leave the list with their "unload" event.
-    state.documents.Remove(nullptr);
     forgetDocument({nullptr, id});
     return NS_OK;
 }

@@ -15,8 +15,6 @@
 namespace zab {
 namespace {
 
-bool g_showButtonsOnTabSelect = false;
-
 constexpr std::u16string_view kWindowEvents[] = {u"mouseup", u"mousedown", u"TabSelect"};
 
 void unloaded(iZABHelper5& helper, nsISupports* event) {
@@ -26,13 +24,10 @@ void unloaded(iZABHelper5& helper, nsISupports* event) {
     const DocumentKey key{document.get(), documentIdOf(document.get())};
     if (key.id == 0) return;
     if (key.id == moduleState().selectedDocument) clearSelection();
-    moduleState().documents.Remove(key.object);
     forgetDocument(key);
 }
 
 }  // namespace
-
-void showButtonsOnTabSelect() noexcept { g_showButtonsOnTabSelect = true; }
 
 nsresult CWindowObserver::Observe(nsISupports* subject, const char* topic, const char16_t*) {
     return guarded(NS_OK, [&] {
@@ -78,7 +73,7 @@ nsresult CWindowObserver::HandleMouseEvent(nsISupports* event) {
             released(*helper.get(), subject.get());
         } else if (is(u"TabSelect")) {
             closePopup();
-            if (g_showButtonsOnTabSelect) showSelectedDocument();
+            if (moduleState().siteMediaFiled) showSelectedDocument();
         } else if (is(u"unload")) {
             unloaded(*helper.get(), subject.get());
         }

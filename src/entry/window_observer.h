@@ -31,7 +31,4 @@ class CWindowObserver final : public BrowserObject<CWindowObserver, nsIObserver>
     ScreenPoint pressedAt_;
 };
 
-/// Set by the site handlers: a tab that comes to the front has its button shown again.
-void showButtonsOnTabSelect() noexcept;
-
 }  // namespace zab

@@ -17,7 +17,6 @@ namespace {
 constexpr std::int64_t kLongTextBytes = 256'001;       // text this long may be an archive in disguise
 constexpr std::int64_t kSmallMp4LimitBytes = 256'000;  // an MP4 below it is a sound effect or an advertisement
 
-constexpr std::string_view kFlv = "flv";
 constexpr std::string_view kDynamicPages[] = {"asp", "jsp", "php", "cgi", "pl"};
 constexpr std::string_view kBinaryTypes[] = {"application/octet-stream", "application/x-sdlc",
                                              "binary/octet-stream"};
@@ -37,7 +36,7 @@ struct Examined {
 
 std::string_view recordExtension(std::string_view own, bool fromUrl, std::string_view classCode) noexcept {
     if (fromUrl && isOneOfIgnoringCase(own, kDynamicPages)) return classCode;
-    const bool codeSpeaks = !classCode.empty() && !equalsIgnoringCase(classCode, kFlv);
+    const bool codeSpeaks = !classCode.empty() && !equalsIgnoringCase(classCode, kFlvExtension);
     return codeSpeaks && !equalsIgnoringCase(classCode, own) ? classCode : own;
 }
 
@@ -137,7 +136,7 @@ bool isSmallMp4(const Examined& response) noexcept {
 /// Whether the response itself becomes a media entry of its page, unless a listener speaks for it.
 bool isMediaFile(const Examined& response, const KindFacts& kind) noexcept {
     if ((kind.loadFlags & kTopLevelLoad) != 0 || isVideoPlayback(kind)) return false;
-    return equalsIgnoringCase(response.classCode, kFlv) || endsWithIgnoringCase(kind.path, ".flv") ||
+    return equalsIgnoringCase(response.classCode, kFlvExtension) || endsWithIgnoringCase(kind.path, ".flv") ||
            (isMediaExtension(response.extension) && !isSmallMp4(response));
 }
 

@@ -81,63 +81,61 @@ bool isVimeoVideo(const KindFacts& facts) noexcept {
     return facts.rest.starts_with(kVimeoVideoPath) && isOn(facts, kVimeoPlayer);
 }
 
-bool isPage(const KindFacts& facts, const SettingsView& settings) {
+bool isPage(const KindFacts& facts) {
     return (facts.loadFlags & kTopLevelLoad) != 0 && facts.status == kOk &&
-           startsWithIgnoringCase(facts.contentType, "text/html") && settings.panelViewFlag() == 1;
+           startsWithIgnoringCase(facts.contentType, "text/html");
 }
 
-bool isLinkText(const KindFacts& facts, const SettingsView&) {
+bool isLinkText(const KindFacts& facts) {
     return facts.contentLength < kLinkTextLimitBytes &&
            (startsWithOneOf(facts.contentType, kLinkTextTypes) ||
             isOneOfIgnoringCase(facts.nameExtension, kLinkTextExtensions));
 }
 
-bool isYouTubeVideoInfo(const KindFacts& facts, const SettingsView&) {
+bool isYouTubeVideoInfo(const KindFacts& facts) {
     const bool plain = facts.rest.starts_with(kVideoInfoPath);
     if (!plain && !facts.rest.starts_with(kVideoInfoApiPath)) return false;
     return isOnYouTubeOrCdn(facts) && !(plain && queryParameter(facts.url, "el") == "adunit");
 }
 
-bool isYouTubeWatchPage(const KindFacts& facts, const SettingsView&) {
+bool isYouTubeWatchPage(const KindFacts& facts) {
     return facts.rest.starts_with(kWatchPath) && isOnYouTubeOrCdn(facts) &&
            startsWithIgnoringCase(facts.contentType, "application/json") &&
            (contains(facts.url, "?v=") || contains(facts.url, "&v=") || contains(facts.url, "&spf="));
 }
 
-bool isFragmentManifest(const KindFacts& facts, const SettingsView&) {
+bool isFragmentManifest(const KindFacts& facts) {
     return startsWithIgnoringCase(facts.contentType, "application/vnd.lumberjack.manifest") &&
            facts.contentLength < kSmallManifestLimitBytes;
 }
 
-bool isHls(const KindFacts& facts, const SettingsView&) {
+bool isHls(const KindFacts& facts) {
     return hasExtension(facts, "m3u") || hasExtension(facts, "m3u8") ||
            startsWithOneOf(facts.contentType, kHlsTypes) ||
            (isVimeoVideo(facts) && endsWithIgnoringCase(facts.path, kHlsEnding) &&
             !startsWithIgnoringCase(facts.contentType, "text/plain"));
 }
 
-bool isVimeoPlayer(const KindFacts& facts, const SettingsView&) {
+bool isVimeoPlayer(const KindFacts& facts) {
     return isVimeoVideo(facts) && !endsWithIgnoringCase(facts.path, kHlsEnding);
 }
 
-bool isHds(const KindFacts& facts, const SettingsView&) {
+bool isHds(const KindFacts& facts) {
     return facts.contentLength < kSmallManifestLimitBytes && hasExtension(facts, "f4m");
 }
 
-bool isYouTubeDash(const KindFacts& facts, const SettingsView&) { return isYouTubeManifest(facts.url); }
+bool isYouTubeDash(const KindFacts& facts) { return isYouTubeManifest(facts.url); }
 
-bool isDash(const KindFacts& facts, const SettingsView&) {
+bool isDash(const KindFacts& facts) {
     return facts.contentLength < kDashLimitBytes &&
            (hasExtension(facts, "mpd") || startsWithOneOf(facts.contentType, kDashTypes));
 }
 
-bool isFacebook(const KindFacts& facts, const SettingsView&) {
+bool isFacebook(const KindFacts& facts) {
     return facts.rest.starts_with(kFacebookPath) && isOn(facts, kFacebook);
 }
 
-bool isHdsFragment(const KindFacts& facts, const SettingsView&) {
-    return findHdsFragmentName(lastSegmentOf(facts.url)).has_value();
-}
+bool isHdsFragment(const KindFacts& facts) { return findHdsFragmentName(lastSegmentOf(facts.url)).has_value(); }
 
 bool isXml(std::string_view type) noexcept {
     // "text/xml" is one of the types with "/xml".
@@ -145,7 +143,7 @@ bool isXml(std::string_view type) noexcept {
            findIgnoringCase(type, "+xml") != std::string_view::npos;
 }
 
-bool isToBeSniffed(const KindFacts& facts, const SettingsView&) {
+bool isToBeSniffed(const KindFacts& facts) {
     if (startsWithOneOf(facts.contentType, kTypesNotSniffed) || isVideoPlayback(facts)) return false;
     return facts.contentLength < (isXml(facts.contentType) ? kSmallManifestLimitBytes : kSniffLimitBytes);
 }
@@ -153,7 +151,7 @@ bool isToBeSniffed(const KindFacts& facts, const SettingsView&) {
 struct KindRow {
     MediaKind kind;
     std::string_view name;
-    bool (*applies)(const KindFacts& facts, const SettingsView& settings);
+    bool (*applies)(const KindFacts& facts);
     std::uint32_t capBytes;  // of a body of unknown length; 0: none
 };
 
@@ -200,8 +198,10 @@ std::size_t digitsAt(std::string_view text, std::size_t from) noexcept {
 }  // namespace
 
 MediaKind mediaKindOf(const KindFacts& facts, const SettingsView& settings) {
-    for (const KindRow& row : kKinds)
-        if (row.applies(facts, settings)) return row.kind;
+    for (const KindRow& row : kKinds) {
+        if (!row.applies(facts)) continue;
+        if (row.kind != MediaKind::page || settings.panelViewFlag() == 1) return row.kind;
+    }
     return MediaKind::none;
 }
 

@@ -47,6 +47,12 @@ struct KindFacts {
 /// The kind of the first row that applies, or none. Does not look at the servers that get no listener.
 MediaKind mediaKindOf(const KindFacts& facts, const SettingsView& settings);
 
+/// Whether the body is a video site's own data about its films.
+constexpr bool isSiteKind(MediaKind kind) noexcept {
+    return kind == MediaKind::youtubeVideoInfo || kind == MediaKind::youtubeWatchPage ||
+           kind == MediaKind::youtubeDash || kind == MediaKind::vimeoPlayer || kind == MediaKind::facebook;
+}
+
 std::string_view mediaKindName(MediaKind kind) noexcept;
 
 /// How many bytes of a body of unknown length are read: a listener that holds more is done. 0: no cap, the kind

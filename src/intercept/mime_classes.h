@@ -90,6 +90,11 @@ constexpr std::string_view ClassifyMimeType(std::string_view mimeType) noexcept 
     return {};
 }
 
+/// What a sniffer of types says when it found out nothing.
+inline constexpr std::string_view kTypesWithoutNews[] = {
+    "application/octet-stream", "text/plain", "application/x-sdlc", "binary/octet-stream", "text/html",
+};
+
 namespace mime_classes_detail {
 /// How many rows another code's row hides.
 constexpr int hiddenRows() noexcept {

@@ -52,6 +52,7 @@ constexpr bool isMediaExtension(std::string_view extension) noexcept {
     return isOneOfIgnoringCase(extension, kMediaExtensions);
 }
 
+inline constexpr std::string_view kFlvExtension = "flv";
 inline constexpr std::string_view kAudioExtensions[] = {"mp3", "wav", "m4a", "aac", "ra", "rm", "wma"};
 
 constexpr bool isAudioExtension(std::string_view extension) noexcept {

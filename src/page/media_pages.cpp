@@ -4,7 +4,7 @@
 
 namespace zab {
 
-MediaPages::Record& MediaPages::open(const MediaPage& page) {
+MediaPages::Record& MediaPages::open(const OpenPage& page) {
     if (Record* known = find(page.document.id)) return *known;
     if (records_.size() >= kMostPages) records_.pop_front();
     return records_.emplace_back(Record{page, {}});

@@ -10,13 +10,13 @@
 #include <string>
 
 #include "page/document_id.h"
-#include "page/page_media.h"
+#include "page/offered_media.h"
 #include "page/platform.h"
 
 namespace zab {
 
 /// What is known of a page that has media. Plain values: any thread may copy it.
-struct MediaPage {
+struct OpenPage {
     DocumentKey document;  // its object is compared, never called
     std::string url;       // narrow, as the browser gives it
     std::string title;
@@ -30,12 +30,12 @@ class MediaPages {
     static constexpr std::size_t kMostPages = 500;
 
     struct Record {
-        MediaPage page;
-        PageMedia media;
+        OpenPage page;
+        OfferedMedia media;
     };
 
     /// The page's record, made when there is none.
-    Record& open(const MediaPage& page);
+    Record& open(const OpenPage& page);
     /// The record of a document, or null.
     [[nodiscard]] Record* find(DocumentId document) noexcept;
     void forget(const DocumentKey& document) noexcept;

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "binding/interface_ptr.h"
-#include "binding/pointer_array.h"
 #include "page/document_id.h"
 
 namespace zab {
@@ -11,8 +10,9 @@ namespace zab {
 struct ModuleState {
     DocumentId selectedDocument = 0;  // of the tab that the browser reports as selected
     InterfacePtr<nsISupports> selectedTabHelper;
-    CDocumentsISupportArray documents;
     bool mousePressed = false;  // since the last page was loaded
+    /// A video site's own data gave an entry: a tab that comes to the front has its button shown again.
+    bool siteMediaFiled = false;
 };
 
 ModuleState& moduleState() noexcept;

@@ -126,7 +126,7 @@ class LineReader {
     std::string line_;
 };
 
-void replaceAll(std::string& text, std::string_view escape, char character) {
+void undoEscape(std::string& text, std::string_view escape, char character) {
     std::string result;
     std::size_t at = 0;
     for (auto found = text.find(escape); found != std::string::npos; found = text.find(escape, at)) {
@@ -150,7 +150,7 @@ std::string shown(std::string text) {
         std::string_view escape;
         char character;
     } kEscapes[] = {{"\\r", '\r'}, {"\\n", '\n'}, {"\\\"", '"'}, {"\\'", '\''}, {"\\\\", '\\'}};
-    for (const auto& row : kEscapes) replaceAll(text, row.escape, row.character);
+    for (const auto& row : kEscapes) undoEscape(text, row.escape, row.character);
     return text;
 }
 

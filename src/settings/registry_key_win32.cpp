@@ -11,14 +11,6 @@ constexpr DWORD kFirstBufferBytes = 2048;  // most values fit: one call
 constexpr DWORD kLongestSubkeyName = 2000;
 constexpr DWORD kAnyChange = REG_NOTIFY_CHANGE_NAME | REG_NOTIFY_CHANGE_ATTRIBUTES | REG_NOTIFY_CHANGE_LAST_SET;
 
-/// Every registry call of the module stands inside one of these.
-template <class Call>
-LSTATUS calling(Call call) noexcept {
-    const RegistryCallHook hook = registryCallHook.load(std::memory_order_relaxed);
-    if (hook != nullptr && !hook()) return ERROR_ACCESS_DENIED;
-    return call();
-}
-
 /// Reads a text value of at most `limit` bytes, terminator included, whether or not one is stored.
 template <class C, class Query>
 std::optional<std::basic_string<C>> readText(DWORD limit, Query query) {
@@ -42,94 +34,79 @@ std::optional<std::basic_string<C>> readText(DWORD limit, Query query) {
 
 RegistryKey RegistryKey::open(const char* path, REGSAM access) noexcept {
     RegistryKey result;
-    calling([&] { return RegOpenKeyExA(HKEY_CURRENT_USER, path, 0, access, result.key_.put()); });
+    RegOpenKeyExA(HKEY_CURRENT_USER, path, 0, access, result.key_.put());
     return result;
 }
 
 RegistryKey RegistryKey::open(const char16_t* path, REGSAM access) noexcept {
     RegistryKey result;
-    calling([&] { return RegOpenKeyExW(HKEY_CURRENT_USER, wide(path), 0, access, result.key_.put()); });
+    RegOpenKeyExW(HKEY_CURRENT_USER, wide(path), 0, access, result.key_.put());
     return result;
 }
 
 RegistryKey RegistryKey::create(const char* path) noexcept {
     RegistryKey result;
-    calling([&] {
-        return RegCreateKeyExA(HKEY_CURRENT_USER, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS,
-                               nullptr, result.key_.put(), nullptr);
-    });
+    RegCreateKeyExA(HKEY_CURRENT_USER, path, 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr,
+                    result.key_.put(), nullptr);
     return result;
 }
 
 std::optional<std::uint32_t> RegistryKey::number(const char* name) const noexcept {
     DWORD type = 0, number = 0, size = sizeof number;
-    const auto status = calling(
-        [&] { return RegQueryValueExA(get(), name, nullptr, &type, reinterpret_cast<BYTE*>(&number), &size); });
+    const auto status = RegQueryValueExA(get(), name, nullptr, &type, reinterpret_cast<BYTE*>(&number), &size);
     if (status != ERROR_SUCCESS || type != REG_DWORD || size != sizeof number) return std::nullopt;
     return number;
 }
 
 std::optional<std::string> RegistryKey::text(const TextValue& value) const {
     return readText<char>(value.sizeBytes, [&](DWORD* type, char* data, DWORD* size) {
-        return calling([&] {
-            return RegQueryValueExA(get(), value.name, nullptr, type, reinterpret_cast<BYTE*>(data), size);
-        });
+        return RegQueryValueExA(get(), value.name, nullptr, type, reinterpret_cast<BYTE*>(data), size);
     });
 }
 
 std::optional<std::u16string> RegistryKey::text(const WideTextValue& value) const {
     return readText<char16_t>(value.sizeBytes, [&](DWORD* type, char16_t* data, DWORD* size) {
-        return calling([&] {
-            return RegQueryValueExW(get(), wide(value.name), nullptr, type, reinterpret_cast<BYTE*>(data),
-                                    size);
-        });
+        return RegQueryValueExW(get(), wide(value.name), nullptr, type, reinterpret_cast<BYTE*>(data), size);
     });
 }
 
 bool RegistryKey::lacks(const char* name) const noexcept {
-    return calling([&] { return RegQueryValueExA(get(), name, nullptr, nullptr, nullptr, nullptr); }) ==
-           ERROR_FILE_NOT_FOUND;
+    return RegQueryValueExA(get(), name, nullptr, nullptr, nullptr, nullptr) == ERROR_FILE_NOT_FOUND;
 }
 
 bool RegistryKey::write(const char* name, const std::string& text) const noexcept {
-    return calling([&] {
-               return RegSetValueExA(get(), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
-                                     static_cast<DWORD>(text.size() + 1));
-           }) == ERROR_SUCCESS;
+    return RegSetValueExA(get(), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
+                          static_cast<DWORD>(text.size() + 1)) == ERROR_SUCCESS;
 }
 
 bool RegistryKey::write(const char* name, std::uint32_t number) const noexcept {
-    return calling([&] {
-               return RegSetValueExA(get(), name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number),
-                                     sizeof number);
-           }) == ERROR_SUCCESS;
+    return RegSetValueExA(get(), name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), sizeof number) ==
+           ERROR_SUCCESS;
 }
 
 std::optional<std::string> RegistryKey::subkey(std::uint32_t index) const {
     std::string name(kLongestSubkeyName, '\0');
     auto length = static_cast<DWORD>(name.size());
-    const auto status = calling(
-        [&] { return RegEnumKeyExA(get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr); });
+    const auto status = RegEnumKeyExA(get(), index, name.data(), &length, nullptr, nullptr, nullptr, nullptr);
     if (status != ERROR_SUCCESS) return std::nullopt;
     name.resize(std::min<std::size_t>(length, name.size()));
     return name;
 }
 
 bool RegistryKey::signalOnChange(HANDLE event) const noexcept {
-    return calling([&] { return RegNotifyChangeKeyValue(get(), TRUE, kAnyChange, event, TRUE); }) ==
-           ERROR_SUCCESS;
+    return RegNotifyChangeKeyValue(get(), TRUE, kAnyChange, event, TRUE) == ERROR_SUCCESS;
 }
 
 bool RegistryKey::restoreFrom(const char* file) const noexcept {
-    return calling([&] { return RegRestoreKeyA(get(), file, 0); }) == ERROR_SUCCESS;
+    return RegRestoreKeyA(get(), file, 0) == ERROR_SUCCESS;
 }
 
 bool RegistryKey::loadHive(const char* name, const char* file) noexcept {
-    return calling([&] { return RegLoadKeyA(HKEY_USERS, name, file); }) == ERROR_SUCCESS;
+    return RegLoadKeyA(HKEY_USERS, name, file) == ERROR_SUCCESS;
 }
 
 bool RegistryKey::deleteHive(const char* name) noexcept {
-    return calling([&] { return RegDeleteKeyA(HKEY_USERS, name); }) == ERROR_SUCCESS;
+    return RegDeleteKeyA(HKEY_USERS, name) == ERROR_SUCCESS;
 }
 
 }  // namespace zab

@@ -16,11 +16,6 @@
 
 namespace zab {
 
-/// Asked before each registry call; false makes the call fail. Null, as it is outside of tests: all calls go
-/// on.
-using RegistryCallHook = bool (*)();
-inline std::atomic<RegistryCallHook> registryCallHook{nullptr};
-
 class RegistryKey {
   public:
     static constexpr REGSAM kQuery = KEY_QUERY_VALUE;

@@ -53,7 +53,7 @@ nsresult ButtonListener<Self>::HandleEvent(nsISupports* event) {
 template class ButtonListener<CBtnMouseListener>;
 template class ButtonListener<CElementUnloadListener>;
 
-CDownloadMediaBtn::CDownloadMediaBtn(nsISupports* document, const MediaPage& page)
+CDownloadMediaBtn::CDownloadMediaBtn(nsISupports* document, const OpenPage& page)
     : document_(page.document),
       bonds_{referenceTo(document), {}, {}, {}},
       plan_{page.browserWindow, page.controller, {}, page.document.id, page.url} {}

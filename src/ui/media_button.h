@@ -48,7 +48,7 @@ class CElementUnloadListener final : public ButtonListener<CElementUnloadListene
 class CDownloadMediaBtn : public std::enable_shared_from_this<CDownloadMediaBtn> {
   public:
     /// Holds the document and its window until close().
-    CDownloadMediaBtn(nsISupports* document, const MediaPage& page);
+    CDownloadMediaBtn(nsISupports* document, const OpenPage& page);
     ~CDownloadMediaBtn() { close(); }
     CDownloadMediaBtn(const CDownloadMediaBtn&) = delete;
     CDownloadMediaBtn& operator=(const CDownloadMediaBtn&) = delete;

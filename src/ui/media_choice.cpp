@@ -11,8 +11,6 @@
 namespace zab {
 namespace {
 
-constexpr std::string_view kFlv = "flv";
-
 std::vector<const std::string*> linksNamed(const std::string& url, const SelectedLinks& selection) {
     std::vector<const std::string*> links;
     for (const std::string& link : selection.links)
@@ -95,7 +93,7 @@ std::vector<TransferRecord> newestTransfers(std::span<const MediaEntry> entries,
     std::vector<TransferRecord> transfers;
     for (std::size_t left = entries.size(); left > 0 && transfers.size() < most; --left) {
         TransferRecord& record = transfers.emplace_back(transferOf(entries[left - 1]));
-        if (equalsIgnoringCase(record.typeHint, kFlv)) record.typeHint = kFlv;
+        if (equalsIgnoringCase(record.typeHint, kFlvExtension)) record.typeHint = kFlvExtension;
     }
     return transfers;
 }

@@ -16,7 +16,7 @@ class ButtonsAndPanel final : public MediaDisplay {
     bool sendEntry(WindowHandle controller, std::unique_ptr<MediaEntry> entry) override {
         return zab::sendEntry(controller, std::move(entry));
     }
-    void mediaChanged(nsISupports* document, const MediaPage& page) override {
+    void mediaChanged(nsISupports* document, const OpenPage& page) override {
         pageButtons().mediaChanged(document, page);
     }
 };

@@ -63,7 +63,7 @@ void PageButtons::settle() {
     for (const auto& button : buttons) button->settle(*manager);
 }
 
-void PageButtons::mediaChanged(nsISupports* document, const MediaPage& page) {
+void PageButtons::mediaChanged(nsISupports* document, const OpenPage& page) {
     if (document == nullptr || page.browserWindow == 0 || page.controller == 0) return;
     const auto entries = entriesOf(page.document.id);
     IZABButtonManager* const manager = buttonManager();

@@ -35,7 +35,7 @@ class PageButtons {
     void settle();
     /// The page has new entries, and its button may show them; makes the button when there is none. `document`
     /// is the page's own.
-    void mediaChanged(nsISupports* document, const MediaPage& page);
+    void mediaChanged(nsISupports* document, const OpenPage& page);
 
   private:
     bool add(const std::shared_ptr<CDownloadMediaBtn>& button);

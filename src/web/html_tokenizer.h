@@ -150,7 +150,6 @@ class HtmlTokenizer {
     bool takeMarkupDeclarationOpen(char c);
 
     void beginTag(bool isEnd);
-    void beginAttribute();
     void nameAttribute() noexcept;
     void addToValue(std::string_view piece);
     void endAttribute();

@@ -30,7 +30,7 @@ void CLinkProcessor::setBase(std::string_view written) {
     }
 }
 
-std::optional<std::string> CLinkProcessor::addressOf(std::string_view written) const {
+std::optional<std::string> CLinkProcessor::absolute(std::string_view written) const {
     if (written.size() > kMostUrlBytes) return std::nullopt;
     const std::string cleaned = cleanedReference(schemeOf(base_), written);
     if (cleaned.empty()) return std::nullopt;  // the page itself, which nobody means
@@ -44,7 +44,7 @@ std::optional<std::string> CLinkProcessor::addressOf(std::string_view written) c
 }
 
 std::optional<std::size_t> CLinkProcessor::add(const Found& found) {
-    auto url = addressOf(found.written);
+    auto url = absolute(found.written);
     if (!url) return std::nullopt;
     const auto [place, isNew] = known_.try_emplace(std::string(withoutFragment(*url)), known_.size());
     if (!isNew) {

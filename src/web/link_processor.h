@@ -47,7 +47,7 @@ class CLinkProcessor {
     [[nodiscard]] const CLinksArray& links() const noexcept { return links_; }
 
   private:
-    [[nodiscard]] std::optional<std::string> addressOf(std::string_view written) const;
+    [[nodiscard]] std::optional<std::string> absolute(std::string_view written) const;
 
     std::string page_;  // without its fragment
     std::string base_;

@@ -33,56 +33,6 @@ TEST(CodePages, AnsiTextStaysAnsiAndEverythingElseBecomesUtf8) {
     for (const auto& row : rows) EXPECT_EQ(narrowPreferringAnsi(row.text), row.narrow) << row.why;
 }
 
-TEST(CodePages, SetFromWideLeavesTheStringWhereNothingCanBeConverted) {
-    MyStrClass text;
-    text.SetFromWide(u"\u00E4", kUtf8CodePage);
-    EXPECT_EQ(text.view(), "\xC3\xA4");
-    text.SetFromWide(u"", kUtf8CodePage);
-    EXPECT_EQ(text.view(), "\xC3\xA4") << "empty text";
-    text.SetFromWide(nullptr, kUtf8CodePage);
-    EXPECT_EQ(text.view(), "\xC3\xA4") << "no text";
-    text.SetFromWide(u"b", 65432);
-    EXPECT_EQ(text.view(), "\xC3\xA4") << "a code page that does not exist";
-    text.SetFromWide(u"b", kAnsiCodePage);
-    EXPECT_EQ(text.view(), "b");
-}
-
-/// Plays the string half of a runtime: a browser string is the address of a standard one.
-class PlayedRuntime {
-  public:
-    PlayedRuntime() {
-        auto& record = runtimeRecord();
-        record.NS_StringGetData = [](const nsAString* text, const char16_t** data, std::uint32_t*) {
-            const auto& string = *reinterpret_cast<const std::u16string_view*>(text);
-            *data = string.data();
-            return static_cast<std::uint32_t>(string.size());
-        };
-        record.NS_CStringSetData = [](nsACString* text, const char* data, std::uint32_t length) {
-            reinterpret_cast<std::string*>(text)->assign(data, length);
-            return NS_OK;
-        };
-    }
-    ~PlayedRuntime() { runtimeRecord() = before_; }
-
-  private:
-    XpcomRuntime before_ = runtimeRecord();
-};
-
-TEST(CodePages, ToNarrowPreferAnsiWritesTheBrowsersString) {
-    const PlayedRuntime played;
-    std::string result = "before";
-    const auto narrow = [&](std::u16string_view text) {
-        return ToNarrowPreferAnsi(reinterpret_cast<const nsAString*>(&text),
-                                  reinterpret_cast<nsACString*>(&result));
-    };
-    EXPECT_FALSE(narrow(u"")) << "an empty read";
-    EXPECT_EQ(result, "before");
-    // A part of a larger, unterminated buffer: only its own characters may be read.
-    EXPECT_TRUE(narrow(kJapanese.substr(0, 2)));
-    EXPECT_EQ(result, "\xE6\x97\xA5\xE6\x9C\xAC");
-    EXPECT_FALSE(ToNarrowPreferAnsi(nullptr, reinterpret_cast<nsACString*>(&result)));
-}
-
 TEST(VersionResource, TellsTheTextsOfAFileThatHasOne) {
     wchar_t folder[MAX_PATH];
     ASSERT_NE(GetSystemDirectoryW(folder, MAX_PATH), 0u);
@@ -102,11 +52,12 @@ TEST(RuntimeBinding, FindsTheVersionOfAnExecutableWithoutAResourceUnknown) {
 }
 
 TEST(RuntimeBinding, LooksUpTheEntriesOfALibraryThatItHolds) {
-    const PlayedRuntime restoresTheRecord;
+    const XpcomRuntime before = runtimeRecord();
     runtimeRecord().module = GetModuleHandleW(L"kernel32.dll");
     EXPECT_EQ(BindXpcomRuntime(), 1);
     EXPECT_EQ(runtime().module, GetModuleHandleW(L"kernel32.dll")) << "no other library is looked for";
     EXPECT_EQ(runtime().NS_StringGetData, nullptr) << "an entry that is not exported is null";
+    runtimeRecord() = before;
 }
 
 TEST(Libraries, AreFoundInTheSystemFolderAndTheirExportsByName) {

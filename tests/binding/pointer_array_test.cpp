@@ -10,8 +10,8 @@ namespace {
 
 nsISupports* document(std::uintptr_t number) { return reinterpret_cast<nsISupports*>(number); }
 
-TEST(DocumentsArray, IsASetInTheOrderOfAddition) {
-    CDocumentsISupportArray documents;
+TEST(GrowingArray, IsASetInTheOrderOfAddition) {
+    GrowingArray<nsISupports*, 10> documents;
     EXPECT_EQ(documents.capacity(), 10);
     for (std::uintptr_t i = 1; i <= 10; ++i) EXPECT_TRUE(documents.Add(document(i)));
     EXPECT_FALSE(documents.Add(document(3))) << "already there";

@@ -16,7 +16,6 @@ inline constexpr nsresult NS_ERROR_NO_INTERFACE = 0x80004002;
 inline constexpr nsresult NS_ERROR_NULL_POINTER = 0x80004003;
 inline constexpr nsresult NS_ERROR_FAILURE = 0x80004005;
 inline constexpr nsresult NS_ERROR_UNEXPECTED = 0x8000FFFF;
-inline constexpr nsresult NS_ERROR_OUT_OF_MEMORY = 0x8007000E;
 inline constexpr nsresult NS_ERROR_NOT_AVAILABLE = 0x80040111;
 /// No published code; a failure like any other. The status of a transfer that the module took over, and the
 /// answer where the service manager cannot be had.

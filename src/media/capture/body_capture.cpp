@@ -61,7 +61,11 @@ std::vector<MediaEntry> captureResponse(const Decision& decision, std::uint32_t 
                                         const CaptureContext& context, CapturePage& page) {
     if (!mayBeEntry(decision, loadFlags, context.url)) return {};
     CaptureRun run(context, page);
-    decision.offer ? offerOwnEntry(run) : offerPlayback(run);
+    if (decision.offer) {
+        offerOwnEntry(run);
+    } else {
+        offerPlayback(run);
+    }
     return run.takeEntries();
 }
 

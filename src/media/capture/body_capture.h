@@ -51,17 +51,17 @@ class LocalPage final : public CapturePage {
     explicit LocalPage(EntryPage identity = {}) : identity_(std::move(identity)) {}
 
     const EntryPage* identity() override { return &identity_; }
-    bool ask(const std::function<bool(const PageMedia&)>& question) override { return question(media_); }
-    void change(const std::function<void(PageMedia&)>& change) override { change(media_); }
+    bool ask(const std::function<bool(const OfferedMedia&)>& question) override { return question(media_); }
+    void change(const std::function<void(OfferedMedia&)>& change) override { change(media_); }
 
     void take(std::vector<MediaEntry> entries) {
         for (MediaEntry& entry : entries) media_.offer(std::move(entry));
     }
-    [[nodiscard]] const PageMedia& media() const noexcept { return media_; }
+    [[nodiscard]] const OfferedMedia& media() const noexcept { return media_; }
 
   private:
     EntryPage identity_;
-    PageMedia media_;
+    OfferedMedia media_;
 };
 
 }  // namespace zab

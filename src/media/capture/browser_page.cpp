@@ -63,14 +63,14 @@ const EntryPage* BrowserPage::identity() {
     return state_ == State::known ? &identity_ : nullptr;
 }
 
-bool BrowserPage::ask(const std::function<bool(const PageMedia&)>& question) {
+bool BrowserPage::ask(const std::function<bool(const OfferedMedia&)>& question) {
     if (identity() == nullptr) return false;
     const SharedListLock lock(OnTimeout::skip);
     const auto* record = lock ? mediaPages().find(page_.document.id) : nullptr;
     return record != nullptr && question(record->media);
 }
 
-void BrowserPage::change(const std::function<void(PageMedia&)>& change) {
+void BrowserPage::change(const std::function<void(OfferedMedia&)>& change) {
     if (identity() == nullptr) return;
     findWindows();
     const SharedListLock lock(OnTimeout::skip);

@@ -20,8 +20,8 @@ class BrowserPage final : public CapturePage {
     explicit BrowserPage(const KeptResponse& response);
 
     const EntryPage* identity() override;
-    bool ask(const std::function<bool(const PageMedia&)>& question) override;
-    void change(const std::function<void(PageMedia&)>& change) override;
+    bool ask(const std::function<bool(const OfferedMedia&)>& question) override;
+    void change(const std::function<void(OfferedMedia&)>& change) override;
 
     /// The page went away, when it is this one: there is none from now on.
     void forget(const DocumentKey& document) noexcept;
@@ -43,7 +43,7 @@ class BrowserPage final : public CapturePage {
     State state_ = State::toBeAsked;
     InterfacePtr<nsISupports> channel_;  // while the document is to be asked for
     InterfacePtr<nsISupports> document_;
-    MediaPage page_;
+    OpenPage page_;
     bool windowsKnown_ = false;
     EntryPage identity_;
     OBJECTREQUESTSARRAY_ITEM examined_;  // the response

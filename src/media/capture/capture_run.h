@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "page/media_entry.h"
-#include "page/page_media.h"
+#include "page/offered_media.h"
 
 namespace zab {
 
@@ -65,9 +65,9 @@ class CapturePage {
     /// The page, looked for when it is first needed. Null: there is none, and its entries have no place.
     virtual const EntryPage* identity() = 0;
     /// False too when the page's media cannot be had now.
-    virtual bool ask(const std::function<bool(const PageMedia&)>& question) = 0;
+    virtual bool ask(const std::function<bool(const OfferedMedia&)>& question) = 0;
     /// Left out when the page's media cannot be had now.
-    virtual void change(const std::function<void(PageMedia&)>& change) = 0;
+    virtual void change(const std::function<void(OfferedMedia&)>& change) = 0;
 
   protected:
     ~CapturePage() = default;
@@ -100,7 +100,7 @@ class CaptureRun {
   private:
     const CaptureContext& context_;
     CapturePage& page_;
-    PageMedia found_;
+    OfferedMedia found_;
     std::size_t offers_ = 0;
 };
 

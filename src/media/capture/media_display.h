@@ -33,7 +33,7 @@ class MediaDisplay {
     virtual bool sendEntry(WindowHandle controller, std::unique_ptr<MediaEntry> entry) = 0;
 
     /// The page has new entries, and its button may show them. `document` is the page's own.
-    virtual void mediaChanged(nsISupports* document, const MediaPage& page) = 0;
+    virtual void mediaChanged(nsISupports* document, const OpenPage& page) = 0;
 
   protected:
     ~MediaDisplay() = default;

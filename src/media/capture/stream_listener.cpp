@@ -6,6 +6,7 @@
 
 #include "binding/guard.h"
 #include "binding/never_destroyed.h"
+#include "page/module_state.h"
 
 namespace zab {
 namespace {
@@ -28,7 +29,11 @@ IMDBaseStreamListener::~IMDBaseStreamListener() {
     std::erase(listeners(), this);
 }
 
-void IMDBaseStreamListener::finish() { page_.take(capture_.finish(page_), kind_ == MediaKind::sniff); }
+void IMDBaseStreamListener::finish() {
+    std::vector<MediaEntry> entries = capture_.finish(page_);
+    if (!entries.empty() && isSiteKind(kind_)) moduleState().siteMediaFiled = true;
+    page_.take(std::move(entries), kind_ == MediaKind::sniff);
+}
 
 nsresult IMDBaseStreamListener::WantsMoreData(uint32_t* wants) {
     if (wants == nullptr) return NS_ERROR_NULL_POINTER;

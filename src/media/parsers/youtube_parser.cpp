@@ -17,7 +17,7 @@ constexpr std::u16string_view kStreamMap = u"url_encoded_fmt_stream_map";
 constexpr std::u16string_view kAdaptiveMap = u"adaptive_fmts";
 constexpr std::u16string_view kAdaptiveMapInPage = u"\"adaptive_fmts\":";
 
-// Deliberate: 46, WebM too, does not count here.
+// Deliberate: 46, WebM too, does not count here. Held by YoutubeCatalogue.FindsTheEntryOfALaterRequest.
 constexpr bool isWebMItag(std::uint32_t itag) noexcept { return itag >= 43 && itag <= 45; }
 
 /// The first entry that `fits`, or null.

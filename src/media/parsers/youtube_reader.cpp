@@ -22,7 +22,7 @@ constexpr View kEscapedQuote = u"\\\"";
 constexpr View kEncodedQuote = u"%22";
 constexpr View kMediaPath = u"videoplayback";
 // In streaming data the numbers below are progressive formats. Deliberate: 43 to 46, progressive too, count as
-// adaptive there.
+// adaptive there. Held by YoutubeStreamingData.IsReadUrlByUrl.
 constexpr std::uint32_t kFirstAdaptiveItag = 39;
 
 struct StreamingMarker {

@@ -97,7 +97,7 @@ inline void checkHandler(zab::MediaKind kind, std::string_view url, std::string_
         return page.media().entries();
     };
     const auto entries = entriesOf();
-    must(entries.size() <= zab::PageMedia::kMostEntries);
+    must(entries.size() <= zab::OfferedMedia::kMostEntries);
     for (const auto& entry : entries) must(!zab::addressOf(entry.link).empty());
     must(shown(entries) == shown(entriesOf()));
 }

@@ -58,7 +58,7 @@ TEST(CaptureHls, OffersVariantsOrTheOnePlaylist) {
 
 TEST(CaptureHls, KnowsPlaylistsAndSegmentsOfThePage) {
     zab::LocalPage local;
-    const zab::PageMedia& page = local.media();
+    const zab::OfferedMedia& page = local.media();
     const auto read = [&local](std::string_view url, std::string_view body) {
         const zab::CaptureContext context = contextFor(url);
         zab::CaptureRun run(context, local);
@@ -219,7 +219,7 @@ TEST(CaptureYouTube, OffersAStreamThatNoCatalogueKnows) {
         if (withCatalogue) {
             auto catalogue = std::make_unique<zab::CYoutubeParser>();
             catalogue->addEntry(u"http://g.googlevideo.com/videoplayback?id=1&itag=18", 18, false);
-            page.change([&](zab::PageMedia& media) { media.addCatalogue(std::move(catalogue)); });
+            page.change([&](zab::OfferedMedia& media) { media.addCatalogue(std::move(catalogue)); });
         }
         const auto context = contextFor(url);
         zab::CaptureRun run(context, page);
@@ -320,8 +320,8 @@ TEST(CaptureWithCompanions, DescribesWhatTheyTell) {
     EXPECT_EQ(sniffed("http://h/m", dash), "") << "XML of another kind is no entry";
 }
 
-TEST(PageMedia, HoldsEachStreamOnceAndAHundred) {
-    zab::PageMedia page;
+TEST(OfferedMedia, HoldsEachStreamOnceAndAHundred) {
+    zab::OfferedMedia page;
     zab::MediaEntry entry;
     entry.link = "hlstozab://";
     page.offer(entry);
@@ -337,7 +337,7 @@ TEST(PageMedia, HoldsEachStreamOnceAndAHundred) {
     page.offer(entry);
     EXPECT_EQ(page.entries().front().size, 5u) << "what is known stays";
 
-    zab::PageMedia large;
+    zab::OfferedMedia large;
     entry.page.url.assign(1 << 20, 'u');
     for (int i = 0; i < 50; ++i) {
         entry.link = "http://h/" + std::to_string(i);

@@ -15,7 +15,7 @@ void offerHdsFragment(CaptureRun& run) {
     if (!fragment) return;
     const auto nameBegin = static_cast<std::size_t>(name.data() - url.data());
     const std::string_view before = url.substr(0, nameBegin + fragment->begin);
-    if (run.page().ask([before](const PageMedia& media) { return media.holdsFragmentsOf(before); })) return;
+    if (run.page().ask([before](const OfferedMedia& media) { return media.holdsFragmentsOf(before); })) return;
 
     MediaEntry entry = run.entry();
     entry.link = std::string(textOf(LinkScheme::hdsFragment))

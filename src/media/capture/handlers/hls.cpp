@@ -18,7 +18,7 @@ class Playlist {
   public:
     Playlist(std::string_view url, bool asIs) : url_(url), asIs_(asIs || url.starts_with(kAsIsPlaylists)) {}
 
-    [[nodiscard]] std::string addressOf(std::string_view uri) const {
+    [[nodiscard]] std::string absolute(std::string_view uri) const {
         return asIs_ ? std::string(uri) : resolveUrl(url_, uri);
     }
 
@@ -42,8 +42,8 @@ MediaEntry variantEntry(const CaptureRun& run, const Playlist& playlist, const C
     MediaEntry entry = run.entry();
     const bool hasAudio = !stream.audioUri.empty();
     entry.link = textOf(hasAudio ? LinkScheme::hlsWithAudio : LinkScheme::hls);
-    entry.link += playlist.addressOf(stream.uri);
-    if (hasAudio) entry.secondUrl = playlist.addressOf(stream.audioUri);
+    entry.link += playlist.absolute(stream.uri);
+    if (hasAudio) entry.secondUrl = playlist.absolute(stream.audioUri);
     entry.height = entryNumber(stream.height);
     entry.bitrate = static_cast<std::uint32_t>(leadingDigits(stream.bandwidth, INT32_MAX).value_or(0));
     const std::string name = stream.height.empty() ? std::string(stemOf(splitReference(stream.uri).path))
@@ -69,10 +69,10 @@ void offerHls(std::string_view body, CaptureRun& run) {
     const Playlist playlist(url, run.context().hlsAsIs);
     const bool isMedia = parser.kind == CM3UParser::kMedia;
     if (isMedia && !parser.media.segments.empty()) {
-        const std::string segment = playlist.addressOf(parser.media.segments[0].uri);
-        run.page().change([&](PageMedia& media) { media.addSegmentPlace(segment); });
+        const std::string segment = playlist.absolute(parser.media.segments[0].uri);
+        run.page().change([&](OfferedMedia& media) { media.addSegmentPlace(segment); });
     }
-    const auto isHeld = [url](const PageMedia& media) { return media.holdsAddress(url); };
+    const auto isHeld = [url](const OfferedMedia& media) { return media.holdsAddress(url); };
     if (isMedia && run.page().ask(isHeld)) return;
 
     const std::string_view extension = parser.hasNonTsSegments != 0 ? "mp4" : "ts";

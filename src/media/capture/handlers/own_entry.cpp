@@ -12,10 +12,8 @@
 namespace zab {
 namespace {
 
-constexpr std::string_view kFlv = "flv";
-
 bool isFlv(const CaptureContext& context) noexcept {
-    return equalsIgnoringCase(ClassifyMimeType(context.contentType), kFlv) ||
+    return equalsIgnoringCase(ClassifyMimeType(context.contentType), kFlvExtension) ||
            endsWithIgnoringCase(pathOf(context.url), ".flv");
 }
 
@@ -23,10 +21,10 @@ bool isFlv(const CaptureContext& context) noexcept {
 
 void offerOwnEntry(CaptureRun& run) {
     const CaptureContext& context = run.context();
-    if (run.page().ask([&](const PageMedia& media) { return media.isSegment(context.url); })) return;
+    if (run.page().ask([&](const OfferedMedia& media) { return media.isSegment(context.url); })) return;
     MediaEntry entry = run.plainEntry(withoutRange(context.url));
     if (const auto name = withoutNamePrefix(context.fileName); !name.empty()) entry.description = name;
-    entry.extension = isFlv(context) ? std::string(kFlv) : lowered(context.extension);
+    entry.extension = isFlv(context) ? std::string(kFlvExtension) : lowered(context.extension);
     entry.kind = entryKindOf(entry.extension);
     entry.size = static_cast<std::uint64_t>(std::max<std::int64_t>(context.contentLength, 0));
     run.offer(std::move(entry));

@@ -18,9 +18,9 @@ namespace zab {
 namespace {
 
 /// The audio address that goes with the videos of an itag, looked for once for each.
-class AudioOfItags {
+class CatalogueAudio {
   public:
-    explicit AudioOfItags(const CYoutubeParser& catalogue) : catalogue_(catalogue) {}
+    explicit CatalogueAudio(const CYoutubeParser& catalogue) : catalogue_(catalogue) {}
 
     /// Nothing when the catalogue has no audio for it.
     const std::optional<std::string>& operator()(std::uint32_t itag) {
@@ -38,7 +38,7 @@ class AudioOfItags {
 
 void offerCatalogue(std::unique_ptr<CYoutubeParser> catalogue, CaptureRun& run) {
     if (catalogue->entries().empty()) return;
-    AudioOfItags audioOf(*catalogue);
+    CatalogueAudio audioOf(*catalogue);
     for (const YoutubeStreamEntry& stream : catalogue->entries()) {
         if (stream.adaptive != 0 && stream.hasProgressiveTwin != 0) continue;
         ItagDescription itag;
@@ -49,7 +49,7 @@ void offerCatalogue(std::unique_ptr<CYoutubeParser> catalogue, CaptureRun& run) 
         if (stream.adaptive != 0 && audio) entry.secondUrl = *audio;
         if (!run.offer(std::move(entry))) break;
     }
-    run.page().change([&](PageMedia& media) { media.addCatalogue(std::move(catalogue)); });
+    run.page().change([&](OfferedMedia& media) { media.addCatalogue(std::move(catalogue)); });
 }
 
 /// Looks for the stream in a catalogue, and marks it as one that the browser plays.
@@ -92,7 +92,7 @@ void offerPlayback(CaptureRun& run) {
     const std::u16string wideUrl = utf16FromUtf8(url);
     const auto knows = [&](const auto& catalogue) { return markStream(*catalogue, wideUrl); };
     const auto knowsVideo = [&](const auto& catalogue) { return catalogue->hasSameId(wideUrl); };
-    const auto isKnown = [&](const PageMedia& media) {
+    const auto isKnown = [&](const OfferedMedia& media) {
         return std::ranges::any_of(media.catalogues(), knows) ||
                std::ranges::any_of(media.catalogues(), knowsVideo);
     };

@@ -86,9 +86,9 @@ struct Audio {
 };
 
 /// Looks for it once for each itag.
-class AudioOfItags {
+class ManifestAudio {
   public:
-    explicit AudioOfItags(const CYoutubeDashXMLParser& manifest) : manifest_(manifest) {}
+    explicit ManifestAudio(const CYoutubeDashXMLParser& manifest) : manifest_(manifest) {}
 
     const Audio& operator()(std::uint32_t itag) {
         const auto [known, isNew] = known_.try_emplace(itag);
@@ -117,7 +117,7 @@ std::string liveLink(std::string_view video, std::string_view sequence, const Au
 void offerYouTubeDash(std::string_view body, CaptureRun& run) {
     CYoutubeDashXMLParser parser;
     if (!parser.parse(body)) return;
-    AudioOfItags audioOf(parser);
+    ManifestAudio audioOf(parser);
     for (const DashRepresentation& video : parser.representations) {
         const auto number = static_cast<std::uint32_t>(video.itag);
         if (isAdaptiveVideo(number, -1) != 1) continue;

@@ -1,4 +1,4 @@
-#include "page/page_media.h"
+#include "page/offered_media.h"
 
 #include <algorithm>
 #include <functional>
@@ -44,7 +44,7 @@ std::string_view directoryOf(std::string_view url) noexcept {
 
 }  // namespace
 
-void PageMedia::offer(MediaEntry entry) {
+void OfferedMedia::offer(MediaEntry entry) {
     if (addressOf(entry.link).empty()) return;
     const std::size_t hash = hashOf(entry);
     for (std::size_t i = 0; i < entries_.size(); ++i) {
@@ -64,19 +64,19 @@ void PageMedia::offer(MediaEntry entry) {
     entryBytes_ += bytes;
 }
 
-std::vector<MediaEntry> PageMedia::takeEntries() noexcept {
+std::vector<MediaEntry> OfferedMedia::takeEntries() noexcept {
     hashes_.clear();
     entryBytes_ = 0;
     return std::exchange(entries_, {});
 }
 
-bool PageMedia::holdsAddress(std::string_view url) const noexcept {
+bool OfferedMedia::holdsAddress(std::string_view url) const noexcept {
     return std::ranges::any_of(entries_, [url](const MediaEntry& entry) {
         return addressOf(entry.link) == url || entry.secondUrl == url;
     });
 }
 
-bool PageMedia::holdsFragmentsOf(std::string_view streamBase) const noexcept {
+bool OfferedMedia::holdsFragmentsOf(std::string_view streamBase) const noexcept {
     return std::ranges::any_of(entries_, [streamBase](const MediaEntry& entry) {
         if (!entry.link.starts_with(textOf(LinkScheme::hdsFragment))) return false;
         const std::string_view held = addressOf(entry.link);
@@ -87,12 +87,12 @@ bool PageMedia::holdsFragmentsOf(std::string_view streamBase) const noexcept {
     });
 }
 
-void PageMedia::addCatalogue(std::unique_ptr<CYoutubeParser> catalogue) {
+void OfferedMedia::addCatalogue(std::unique_ptr<CYoutubeParser> catalogue) {
     if (catalogues_.size() >= kMostCatalogues) catalogues_.erase(catalogues_.begin());
     catalogues_.push_back(std::move(catalogue));
 }
 
-void PageMedia::addSegmentPlace(std::string_view segmentUrl) {
+void OfferedMedia::addSegmentPlace(std::string_view segmentUrl) {
     if (segmentUrl.size() > kLongestPlace) return;
     SegmentPlace place{std::string(directoryOf(segmentUrl)), lowered(extensionOf(lastSegmentOf(segmentUrl)))};
     if (std::ranges::find(segmentPlaces_, place) != segmentPlaces_.end()) return;
@@ -100,7 +100,7 @@ void PageMedia::addSegmentPlace(std::string_view segmentUrl) {
     segmentPlaces_.push_back(std::move(place));
 }
 
-bool PageMedia::isSegment(std::string_view url) const noexcept {
+bool OfferedMedia::isSegment(std::string_view url) const noexcept {
     const std::string_view extension = extensionOf(lastSegmentOf(url));
     return std::ranges::any_of(segmentPlaces_, [=](const SegmentPlace& place) {
         return place.directory == directoryOf(url) && equalsIgnoringCase(place.extension, extension);

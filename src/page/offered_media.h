@@ -15,7 +15,7 @@
 
 namespace zab {
 
-class PageMedia {
+class OfferedMedia {
   public:
     static constexpr std::size_t kMostEntries = 100;
     /// Of all texts of the entries. Each repeats the page's address, which alone may be 1 MiB long.

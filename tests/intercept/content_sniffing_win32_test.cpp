@@ -1,0 +1,48 @@
+#include "intercept/content_sniffing.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+namespace zab {
+namespace {
+
+using namespace std::string_literals;
+
+std::optional<std::string> sniffed(const std::string& bytes) {
+    MyStrClass classCode;
+    classCode.Set("before");
+    const bool told = SniffContentType(reinterpret_cast<const std::uint8_t*>(bytes.data()),
+                                       static_cast<std::uint32_t>(bytes.size()), classCode);
+    if (!told) {
+        EXPECT_EQ(classCode.view(), "before");
+        return std::nullopt;
+    }
+    return std::string(classCode.view());
+}
+
+TEST(ContentSniffing, TellsWhatTheFirstBytesReveal) {
+    const std::string zeros(64, '\0');
+    const struct {
+        std::string bytes;
+        std::optional<std::string> classCode;
+        const char* why;
+    } rows[] = {
+        {"%PDF-1.4\n" + zeros, "PDF", "a type of the table"},
+        {"GIF89a" + zeros, "GIF", "another one"},
+        {"RIFF\x10\0\0\0WAVEfmt "s + zeros, "WAV", "one that looks like nothing at first"},
+        {"\xFF\xD8" + zeros, "", "a type that has no row is told without a code"},
+        {"only some words", std::nullopt, "text says nothing"},
+        {"<html><body>a page", std::nullopt, "neither does a page"},
+        {zeros, std::nullopt, "nor do some bytes"},
+        {std::string(256, 'a') + "\0\x01\x02"s, std::nullopt, "what stands behind 256 bytes is not looked at"},
+        {"", std::nullopt, "nothing"},
+    };
+    for (const auto& row : rows) EXPECT_EQ(sniffed(row.bytes), row.classCode) << row.why;
+    MyStrClass classCode;
+    EXPECT_FALSE(SniffContentType(nullptr, 5, classCode));
+}
+
+}  // namespace
+}  // namespace zab
