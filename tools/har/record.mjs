@@ -1,10 +1,12 @@
-// Records what real browsers exchange with the loopback site, as HAR captures with bodies.
+// Records what real browsers exchange with the loopback site and with sites that show streams, as HAR captures with
+// bodies.
 //
-//   npm ci && node record.mjs ZAB_SITE FOLDER [BROWSER...]
+//   npm ci && node record.mjs ZAB_SITE FOLDER [WHAT...]
 //
-// ZAB_SITE is the built site; the captures go to FOLDER (tests/data/har). BROWSER is "chromium" or "firefox" (Debian's
-// packages chromium and firefox-esr; both when none is named). They are rewritten to one port and without
-// the server's address, so that they say nothing of the machine that made them, and keep bodies of text and small ones.
+// ZAB_SITE is the built site; the captures go to FOLDER (tests/data/har). WHAT is "chromium" or "firefox" (the loopback
+// site in Debian's packages chromium and firefox-esr) or "streams" (the sites of stream_sites.mjs in chromium); all when
+// none is named. They are rewritten to one port and without the server's address, so that they say nothing of the
+// machine that made them, and keep bodies of text and small ones.
 
 import { spawn } from 'node:child_process';
 import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
@@ -12,25 +14,28 @@ import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { createInterface } from 'node:readline';
 import { chromium, firefox } from 'playwright-core';
+import { kStreamPages, serveStreamSites } from './stream_sites.mjs';
 
 const kPort = 8080;       // in the captures
 const kClickLimit = 5000; // milliseconds
 const kLargestBinary = 1000; // bytes
+const kStreamText = /mpegurl|dash\+xml/; // text whose type does not say so
 const kOfOneRun = ['serverIPAddress', '_serverPort', '_securityDetails', '_frameref', '_monotonicTime', 'connection'];
 
 const browsers = {
-    chromium: () => chromium.launch({
+    chromium: (more = []) => chromium.launch({
         executablePath: '/usr/bin/chromium',
         args: ['--no-sandbox', '--headless', '--disable-gpu', '--disable-quic', '--no-first-run',
-            '--disable-background-networking', '--disable-component-update', '--disable-sync'],
+            '--disable-background-networking', '--disable-component-update', '--disable-sync', ...more],
     }),
     // The channel makes it WebDriver BiDi, which an unchanged Firefox speaks.
     firefox: () => firefox.launch({ channel: 'moz-firefox', executablePath: '/usr/bin/firefox-esr' }),
 };
 
 const [siteProgram, folder, ...wanted] = process.argv.slice(2);
-if (!folder || wanted.some((name) => !browsers[name])) {
-    console.error(`usage: record.mjs ZAB_SITE FOLDER [${Object.keys(browsers).join('|')}]...`);
+const recordings = { chromium: recordSite, firefox: recordSite, streams: recordStreams };
+if (!folder || wanted.some((name) => !recordings[name])) {
+    console.error(`usage: record.mjs ZAB_SITE FOLDER [${Object.keys(recordings).join('|')}]...`);
     process.exit(2);
 }
 
@@ -56,7 +61,7 @@ async function open(page, url) {
     await page.waitForLoadState('networkidle', { timeout: kClickLimit }).catch(() => null);
 }
 
-/** Each story gets a context, so a cookie of one is unknown to the next. */
+/** Stories of the loopback site. Each gets a context, so a cookie of one is unknown to the next. */
 const stories = {
     // The start page with all that it embeds, and pages that a click leads to.
     async pages(page, start) {
@@ -103,43 +108,59 @@ function portable(text, port) {
     for (const entry of log.entries) {
         for (const key of kOfOneRun) delete entry[key];
         const { content } = entry.response;
-        if (content.encoding === 'base64' && content.size > kLargestBinary) {
-            delete content.text;
-            delete content.encoding;
-        }
+        if (content.encoding !== 'base64') continue;
+        const isText = kStreamText.test(content.mimeType);
+        if (isText) content.text = Buffer.from(content.text, 'base64').toString();
+        else if (content.size > kLargestBinary) delete content.text;
+        if (isText || !content.text) delete content.encoding;
     }
     const { entries, ...rest } = log;
     const lines = entries.map((entry) => JSON.stringify(entry)).join(',\n');
     return `{"log":${JSON.stringify(rest).slice(0, -1)},"entries":[\n${lines}\n]}}\n`;
 }
 
-/** Tells every story to one browser; a capture for each. */
-async function record(name, port, scratch) {
+/** Tells one story to a browser that knows nothing yet, and writes its capture. */
+async function record(browser, file, story, { port = kPort, ...options }) {
+    const path = join(scratch, file);
+    const context = await browser.newContext({ recordHar: { path, content: 'embed', mode: 'full' }, ...options });
+    await story(await context.newPage());
+    await context.close();
+    const capture = portable(readFileSync(path, 'utf8'), port);
+    writeFileSync(join(folder, file), capture);
+    console.log(`${file}: ${JSON.parse(capture).log.entries.length} entries, ${capture.length} bytes`);
+}
+
+/** Tells every story of the loopback site to one browser. */
+async function recordSite(name) {
+    const { site, port } = await startSite();
     const browser = await browsers[name]();
     try {
-        for (const [title, story] of Object.entries(stories)) {
-            const file = `${name}-${title}.har`;
-            const path = join(scratch, file);
-            const context = await browser.newContext({
-                recordHar: { path, content: 'embed', mode: 'full' },
-                httpCredentials: { username: 'visitor', password: 'open:sesame' },
-            });
-            await story(await context.newPage(), `http://127.0.0.1:${port}/`);
-            await context.close();
-            const capture = portable(readFileSync(path, 'utf8'), port);
-            writeFileSync(join(folder, file), capture);
-            console.log(`${file}: ${JSON.parse(capture).log.entries.length} entries, ${capture.length} bytes`);
-        }
+        for (const [title, story] of Object.entries(stories))
+            await record(browser, `${name}-${title}.har`, (page) => story(page, `http://127.0.0.1:${port}/`),
+                { port, httpCredentials: { username: 'visitor', password: 'open:sesame' } });
     } finally {
         await browser.close();
+        site.kill();
     }
 }
 
-const { site, port } = await startSite();
+/** Opens the page of every stream. */
+async function recordStreams() {
+    const sites = await serveStreamSites(scratch);
+    const rules = `MAP *.example:80 127.0.0.1:${sites.plain},MAP *.example:443 127.0.0.1:${sites.secure}`;
+    const browser = await browsers.chromium([`--host-resolver-rules=${rules}`]);
+    try {
+        for (const [title, url] of Object.entries(kStreamPages))
+            await record(browser, `streams-${title}.har`, (page) => open(page, url), { ignoreHTTPSErrors: true });
+    } finally {
+        await browser.close();
+        sites.close();
+    }
+}
+
 const scratch = mkdtempSync(join(tmpdir(), 'zab-har-'));
 try {
-    for (const name of wanted.length ? wanted : Object.keys(browsers)) await record(name, port, scratch);
+    for (const name of wanted.length ? wanted : Object.keys(recordings)) await recordings[name](name);
 } finally {
-    site.kill();
     rmSync(scratch, { recursive: true });
 }
