@@ -19,8 +19,26 @@ InterfacePtr<Stream> queryEither(nsISupports* object, const nsIID& first, const 
     return stream ? std::move(stream) : query<Stream>(object, second);
 }
 
-InterfacePtr<nsISeekableStream> seekable(nsISupports* stream) noexcept {
-    return queryEither<nsISeekableStream>(stream, nsISeekableStream::kIID, nsISeekableStream::kIIDBefore17);
+/// Where a stream stands, and the way back from there.
+struct Position {
+    InterfacePtr<nsISeekableStream> stream;
+    std::int64_t sent = 0;  // bytes that were read from it
+
+    bool windBack() const noexcept { return !failed(stream->Seek(nsISeekableStream::kSeekSet, 0)); }
+};
+
+/// Nothing for a stream that cannot be wound back: what is read of it, the browser cannot send any more.
+std::optional<Position> positionOf(nsISupports* stream) noexcept {
+    Position position{
+        queryEither<nsISeekableStream>(stream, nsISeekableStream::kIID, nsISeekableStream::kIIDBefore17)};
+    if (!position.stream || failed(position.stream->Tell(&position.sent))) return std::nullopt;
+    return position;
+}
+
+CapturedPost notCaptured() {
+    CapturedPost post;
+    post.unavailable = true;
+    return post;
 }
 
 bool isPost(iZABHelper5& helper, nsISupports* channel) {
@@ -49,11 +67,8 @@ std::optional<std::uint64_t> available(nsIInputStream& stream) noexcept {
 
 /// Reads what the stream says it has. A stream may say more or less than it gives; what it gives counts.
 CapturedPost readBody(nsIInputStream& stream, std::uint64_t count) {
+    if (count > kLargestPostBody) return notCaptured();
     CapturedPost post;
-    if (count > kLargestPostBody) {
-        post.unavailable = true;
-        return post;
-    }
     std::string buffer(static_cast<std::size_t>(count), '\0');
     std::uint32_t bytesRead = 0;
     if (failed(stream.Read(buffer.data(), static_cast<std::uint32_t>(count), &bytesRead))) return post;
@@ -69,14 +84,12 @@ CapturedPost readBody(nsIInputStream& stream, std::uint64_t count) {
 CapturedPost CapturePostBodyForResponse(iZABHelper5& helper, nsISupports* channel) {
     const auto stream = uploadStream(helper, channel);
     if (!stream) return {};
+    const auto position = positionOf(stream.get());
+    if (!position) return notCaptured();
     auto count = available(*stream.get());
     if (count == 0) {
-        const auto position = seekable(stream.get());
-        std::int64_t sent = 0;
-        if (!position || failed(position->Tell(&sent))) return {};
-        if (sent > static_cast<std::int64_t>(kLargestPostBody))
-            return {.body = {}, .contentType = {}, .unavailable = true};
-        if (failed(position->Seek(nsISeekableStream::kSeekSet, 0))) return {};
+        if (position->sent > static_cast<std::int64_t>(kLargestPostBody)) return notCaptured();
+        if (!position->windBack()) return {};
         count = available(*stream.get());
     }
     return count.value_or(0) == 0 ? CapturedPost{} : readBody(*stream.get(), *count);
@@ -85,11 +98,12 @@ CapturedPost CapturePostBodyForResponse(iZABHelper5& helper, nsISupports* channe
 CapturedPost CapturePostBodyForRequest(iZABHelper5& helper, nsISupports* channel, std::string_view url) {
     const auto stream = uploadStream(helper, channel);
     if (!stream) return {};
+    const auto position = positionOf(stream.get());
+    if (!position) return notCaptured();
     CapturedPost post;
     if (const auto count = available(*stream.get()).value_or(0); count != 0) {
         post = readBody(*stream.get(), count);
-        const auto position = post.unavailable ? InterfacePtr<nsISeekableStream>{} : seekable(stream.get());
-        if (position) position->Seek(nsISeekableStream::kSeekSet, 0);
+        if (!post.unavailable) position->windBack();
     }
     if (post.body.empty() && isOnStorageHost(url)) post.unavailable = true;
     return post;

@@ -1,7 +1,8 @@
 // The body of a POST request, read from the channel's upload stream without taking it away from the browser.
 //
-// Bodies of more than 50,000 bytes are never read. Every call of the browser that fails ends the capture
-// quietly with what is known so far.
+// Bodies of more than 50,000 bytes are never read, and neither is a stream that cannot be wound back: the
+// browser would send what is left of it. Every call of the browser that fails ends the capture quietly with
+// what is known so far.
 #pragma once
 
 #include <string>
