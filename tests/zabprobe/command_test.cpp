@@ -55,6 +55,8 @@ TEST(Zabprobe, AnswersOrSaysInOneLineWhyNot) {
         {"har --extensions zip", har, 0, "\"transfer\""},
         {"har", "{\"log\":{", 2, ""},
         {"har", std::string(100'000, '['), 2, ""},
+        {"decide", R"([{"url":"https://r1.googlevideo.com/videoplayback?itag=18","status":200}])", 0,
+         "\"offer\":1"},
         {"decide", "null", 1, "[]"},
         {"decide", "{\"url\":", 2, ""},
         {"hls /no/such/file", "", 2, "/no/such/file"},

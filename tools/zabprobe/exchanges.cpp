@@ -36,10 +36,17 @@ zab::GivenSettings settingsOf(const Arguments& arguments) {
     return settings;
 }
 
-void addDecision(Json& json, const zab::Decision& decision) {
+/// Whether the response itself becomes an entry of its page. A request for a part of a stream is no file of its
+/// own, yet it becomes one where nothing else lists the stream.
+bool isOffered(const KeptExchange& exchange) {
+    return exchange.decision.offer ||
+           (exchange.decision.outcome == zab::Outcome::browser && !capturedEntries(exchange, {}).empty());
+}
+
+void addDecision(Json& json, const zab::Decision& decision, bool offered) {
     json["outcome"] = zab::outcomeName(decision.outcome);
     json["reason"] = zab::wellFormedUtf8(zab::sentenceOf(decision));
-    json["offer"] = decision.offer ? 1 : 0;
+    json["offer"] = offered ? 1 : 0;
     json["extension"] = zab::wellFormedUtf8(decision.extension);
     json["listener"] = zab::mediaKindName(decision.listener);
     json["fileName"] = zab::wellFormedUtf8(decision.fileName);
@@ -52,7 +59,8 @@ Answer runDecide(const Arguments& arguments) {
     zab::CapturedHeaders scratch;
     Json decisions = Json::array();
     const bool read = visitExchanges(arguments.bytes(), [&](const Exchange& exchange) {
-        addDecision(decisions.emplace_back(), decideExchange(exchange, settings, scratch));
+        const zab::Decision decision = decideExchange(exchange, settings, scratch);
+        addDecision(decisions.emplace_back(), decision, isOffered({decision, scratch, exchange.loadFlags}));
     });
     if (!read) return {false, Json::array()};
     return {true, std::move(decisions)};
@@ -61,14 +69,14 @@ Answer runDecide(const Arguments& arguments) {
 /// The table for people: one line per entry, and what it came to.
 class Table {
   public:
-    void add(const Exchange& exchange, const zab::Decision& decision) {
+    void add(const Exchange& exchange, const zab::Decision& decision, bool offered) {
         ++counts_[static_cast<std::size_t>(decision.outcome)];
-        if (decision.offer) ++offered_;
+        if (offered) ++offered_;
         const std::string status = std::to_string(exchange.status);
         line(zab::outcomeName(decision.outcome), status, shownUrl(exchange.url), zab::sentenceOf(decision));
         if (decision.listener != zab::MediaKind::none)
             text_.append(" Its body is read for media (").append(zab::mediaKindName(decision.listener)) += ").";
-        if (decision.offer) text_ += " It is offered as media of its page.";
+        if (offered) text_ += " It is offered as media of its page.";
     }
 
     [[nodiscard]] std::string text() const {
@@ -131,13 +139,14 @@ Answer runHar(const Arguments& arguments) {
     Table table;
     const bool read = visitHarEntries(arguments.bytes(), [&](const Exchange& exchange) {
         const zab::Decision decision = decideExchange(exchange, settings, scratch);
-        if (arguments.explain) return table.add(exchange, decision);
+        const KeptExchange kept{decision, scratch, exchange.loadFlags};
+        const bool offered = isOffered(kept);
+        if (arguments.explain) return table.add(exchange, decision, offered);
         Json& entry = decisions.emplace_back();
         entry["url"] = exchange.url;
         entry["status"] = exchange.status;
-        addDecision(entry, decision);
-        if (exchange.responseBody)
-            entry["entries"] = capturedEntries({decision, scratch, exchange.loadFlags}, *exchange.responseBody);
+        addDecision(entry, decision, offered);
+        if (exchange.responseBody) entry["entries"] = capturedEntries(kept, *exchange.responseBody);
     });
     if (!read) return {false, Json::array()};
     return {true, std::move(decisions), arguments.explain ? std::optional(table.text()) : std::nullopt};
