@@ -23,6 +23,7 @@
 #include "transfer/transfer.h"
 #include "web/encoding.h"
 #include "web/url.h"
+#include "web/url_resolve.h"
 
 namespace zab {
 namespace {
@@ -49,7 +50,8 @@ bool worthTelling(const Decision& decision) noexcept {
         case Reason::integrationOff:
         case Reason::preventKeyHeld:
         case Reason::serverExcepted:
-        case Reason::transferFailed: return true;
+        case Reason::transferFailed:
+        case Reason::keptByBrowserToo: return true;
         default: return decision.outcome == Outcome::transfer || decision.outcome == Outcome::cancel;
     }
 }
@@ -136,10 +138,11 @@ OBJECTREQUESTSARRAY_ITEM requestRecord(const CapturedHeaders& headers, const Cap
     return record;
 }
 
-void followRedirect(const std::string& from, std::string location) {
-    NormalizeDefaultPort(location);
+void followRedirect(const std::string& from, const std::string& location) {
+    std::string to = resolveUrl(from, location);
+    NormalizeDefaultPort(to);
     const SharedListLock lock(OnTimeout::skip);
-    if (lock) requestLists().rename(from, location);
+    if (lock) requestLists().rename(from, to);
 }
 
 /// Takes an FTP download away from a redirect, which then leads to the sentinel.
@@ -303,8 +306,10 @@ void ContentObserver::take(const Channel& channel, const ResponseFacts& scratchF
     fillFromPage(record, pageOf(channel.helper(), channel.get()));
     record.contentType = headers.contentType;
     record.flags = transferFlagsOf(facts);
-    if (transfer(channel, headers.url, record, decision) && channel.cancel()) return;
-    const Decision kept = afterFailedTransfer(facts, RegistrySettings{});
+    const bool made = transfer(channel, headers.url, record, decision);
+    if (made && channel.cancel()) return;
+    const RegistrySettings settings;
+    const Decision kept = made ? afterFailedCancel(facts, settings) : afterFailedTransfer(facts, settings);
     tell(kept);
     captureMedia({channel.get(), headers, kept, facts.loadFlags});
 }

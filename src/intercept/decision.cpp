@@ -18,6 +18,7 @@ constexpr std::int64_t kLongTextBytes = 256'001;       // text this long may be 
 constexpr std::int64_t kSmallMp4LimitBytes = 256'000;  // an MP4 below it is a sound effect or an advertisement
 
 constexpr std::string_view kDynamicPages[] = {"asp", "jsp", "php", "cgi", "pl"};
+constexpr std::string_view kPageTypes[] = {"text/html", "application/xhtml+xml"};
 constexpr std::string_view kBinaryTypes[] = {"application/octet-stream", "application/x-sdlc",
                                              "binary/octet-stream"};
 
@@ -32,6 +33,8 @@ struct Examined {
     std::string_view beforeQueryExtension;  // of a URL with a query; empty: none that can be one
 
     [[nodiscard]] bool isDocumentLoad() const noexcept { return (facts.loadFlags & kDocumentLoad) != 0; }
+    /// A page about a file has the file's name in its address, and is a page all the same.
+    [[nodiscard]] bool isPage() const noexcept { return startsWithOneOf(facts.contentType, kPageTypes); }
 };
 
 std::string_view recordExtension(std::string_view own, bool fromUrl, std::string_view classCode) noexcept {
@@ -52,7 +55,7 @@ Examined examine(const ResponseFacts& facts) noexcept {
     const std::string_view own = extensionOf(fromUrl ? lastSegmentOf(facts.url) : fileName);
     return {facts,
             fileName,
-            facts.isGzip ? 0 : facts.contentLength,
+            facts.isEncoded ? 0 : facts.contentLength,
             classCode,
             own,
             recordExtension(own, fromUrl, classCode),
@@ -83,7 +86,7 @@ bool takenAsLongText(const Examined& response, CatchList& list) {
 }
 
 bool takenAsDocument(const Examined& response, CatchList& list) {
-    return response.fileName.empty() && response.isDocumentLoad() &&
+    return response.fileName.empty() && response.isDocumentLoad() && !response.isPage() &&
            acceptsFileName(lastSegmentOf(response.facts.url), NumberedParts::allowed, list);
 }
 
@@ -108,7 +111,9 @@ Reason reasonNotToTake(const Examined& response, const CatchList& list) noexcept
     if (list.foundNone()) return Reason::noCatchList;
     const bool nameCounted = !response.fileName.empty() || response.isDocumentLoad();
     if (!nameCounted && !list.wasAsked()) return Reason::partOfPage;
-    return response.ownExtension.empty() ? Reason::withoutExtension : Reason::notInCatchList;
+    if (response.ownExtension.empty()) return Reason::withoutExtension;
+    const bool judgedAsPage = response.fileName.empty() && response.isPage() && !list.wasAsked();
+    return judgedAsPage ? Reason::page : Reason::notInCatchList;
 }
 
 /// What keeps a download with the browser although it is in the list. These concern transfers only.
@@ -243,7 +248,7 @@ ResponseFacts factsOf(const CapturedHeaders& headers, std::uint32_t status, std:
             headers.contentType,
             headers.contentLength,
             headers.isAttachment,
-            headers.isGzip,
+            headers.isEncoded,
             headers.postBodyUnavailable};
 }
 
@@ -271,6 +276,10 @@ Decision decide(const ResponseFacts& facts, const SettingsView& settings) {
 
 Decision afterFailedTransfer(const ResponseFacts& facts, const SettingsView& settings) {
     return staysWithBrowser(examine(facts), Reason::transferFailed, settings);
+}
+
+Decision afterFailedCancel(const ResponseFacts& facts, const SettingsView& settings) {
+    return staysWithBrowser(examine(facts), Reason::keptByBrowserToo, settings);
 }
 
 std::uint32_t transferFlagsOf(const ResponseFacts& facts) noexcept {

@@ -48,9 +48,11 @@ enum class Reason : std::uint8_t {
     notInCatchList,
     withoutExtension,
     partOfPage,
+    page,
     notClicked,
     handedOverBefore,
     transferFailed,
+    keptByBrowserToo,
 };
 
 struct Decision {
@@ -114,7 +116,7 @@ struct ResponseFacts {
     std::string_view contentType;
     std::int64_t contentLength = 0;  // bytes
     bool isAttachment = false;
-    bool isGzip = false;  // the length is that of the packed body and tells nothing
+    bool isEncoded = false;  // the length is that of the packed body and tells nothing
     bool postBodyUnavailable = false;
 };
 
@@ -126,6 +128,9 @@ Decision decide(const ResponseFacts& facts, const SettingsView& settings);
 
 /// What is left of a response whose transfer failed: the browser keeps it, and it may still be media.
 Decision afterFailedTransfer(const ResponseFacts& facts, const SettingsView& settings);
+
+/// The same of one whose transfer was made, but which the browser could not be made to drop.
+Decision afterFailedCancel(const ResponseFacts& facts, const SettingsView& settings);
 
 /// The flags of its transfer; to be asked again once the POST body was, or could not be, captured.
 std::uint32_t transferFlagsOf(const ResponseFacts& facts) noexcept;

@@ -13,6 +13,7 @@ constexpr std::string_view kAttachment = "attachment";
 constexpr std::string_view kInline = "inline";
 constexpr std::string_view kFileNameParameter = "filename";
 constexpr std::string_view kGzip = "gzip";
+constexpr std::string_view kNoCoding = "identity";
 constexpr std::string_view kBasic = "Basic ";
 constexpr std::string_view kBlankLine = "\r\n\r\n";
 constexpr std::string_view kContentTypeLine = "Content-Type:";
@@ -44,6 +45,8 @@ void takeContentLength(CapturedHeaders& record, std::string_view value) {
 
 void takeContentEncoding(CapturedHeaders& record, std::string_view value) {
     if (startsWithIgnoringCase(value, kGzip)) record.isGzip = true;
+    const std::string_view codings = trim(value);
+    if (!codings.empty() && !equalsIgnoringCase(codings, kNoCoding)) record.isEncoded = true;
 }
 
 /// The total of a partial response outweighs its content length, whichever comes first.
@@ -128,7 +131,8 @@ std::string_view contentTypeLineOf(std::string_view block) noexcept {
 }  // namespace
 
 void CapturedHeaders::clear() noexcept {
-    visitRequestHeaders = isAttachment = lengthFromRange = isInline = isGzip = postBodyUnavailable = false;
+    visitRequestHeaders = isAttachment = lengthFromRange = isInline = isGzip = isEncoded = postBodyUnavailable =
+        false;
     contentLength = 0;
     for (std::string* text : {&url, &referer, &cookie, &authorization, &userAgent, &fileName, &contentTypeName,
                               &contentType, &postContentType})

@@ -16,6 +16,7 @@ struct CapturedHeaders {
     bool lengthFromRange = false;  // `contentLength` is the total of Content-Range and stays
     bool isInline = false;         // "inline" stands before any file name
     bool isGzip = false;
+    bool isEncoded = false;  // by any content coding, gzip among them: the length is not that of the file
     bool postBodyUnavailable = false;  // there is a POST body and it could not be captured
     std::string url;
     std::string referer;

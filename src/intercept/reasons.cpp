@@ -50,15 +50,18 @@ constexpr ReasonRow kReasons[] = {
      "The name of the file has no extension, so the list of extensions cannot name it."},
     {Reason::partOfPage,
      "It is a part of a page: nobody opened it, and the server did not name a file to save."},
+    {Reason::page, "It is a page, whatever its address ends in: its content type says so."},
     {Reason::notClicked, "The page was not opened by a click, so its address alone does not decide."},
     {Reason::handedOverBefore, "The download manager has this download already."},
     {Reason::transferFailed, "The download manager could not be reached, so the browser keeps the download."},
+    {Reason::keptByBrowserToo,
+     "The download manager has this download, but the browser could not be made to drop its own."},
 };
 
 constexpr bool rowsStandInTheOrderOfTheirReasons() noexcept {
     for (std::size_t i = 0; i < std::size(kReasons); ++i)
         if (kReasons[i].reason != static_cast<Reason>(i)) return false;
-    return std::size(kReasons) == static_cast<std::size_t>(Reason::transferFailed) + 1;
+    return std::size(kReasons) == static_cast<std::size_t>(Reason::keptByBrowserToo) + 1;
 }
 static_assert(rowsStandInTheOrderOfTheirReasons());
 

@@ -78,9 +78,12 @@ TEST(Decide, WhichResponsesAreTaken) {
         {{"http://h/a.iso", "text/plain", kEmbedded, "", "", 256'001}, Reason::partOfPage, "without a query"},
 
         {{"http://h/a.zip", "", kTop}, Reason::caughtAsDocument, "a link that was opened"},
-        {{"http://h/a.zip?x#y", "text/html", kFrame}, Reason::caughtAsDocument, "in a frame, with a query"},
+        {{"http://h/a.zip?x#y", "", kFrame}, Reason::caughtAsDocument, "in a frame, with a query"},
         {{"http://h/a.zip#b.txt", "", kTop}, Reason::caughtAsDocument, "a fragment"},
         {{"http://h/a.rar.01", "", kTop}, Reason::caughtAsDocument, "a numbered part"},
+        {{"http://h/blob/a.zip", "Text/HTML", kTop}, Reason::page, "a page about a file is a page"},
+        {{"http://h/File:a.zip", "application/xhtml+xml", kTop}, Reason::page, "of either kind"},
+        {{"http://h/x", "text/html", kTop, "a.zip"}, Reason::caughtByFileName, "but a named file is a file"},
         {{"http://h.zip", "", kTop}, Reason::withoutExtension, "a host is no file"},
         {{"http://h/d.zip/x", "", kTop}, Reason::withoutExtension, "nor is a folder"},
         {{"http://h/a.zip", "", kTopLevelLoad}, Reason::partOfPage, "the document flag decides"},
@@ -196,7 +199,7 @@ TEST(Decide, FlagsAndLength) {
     ResponseFacts facts = Response{"http://h/a.zip", "", kTop, "", "", 77}.facts();
     EXPECT_EQ(decide(facts, settings).flags, 8u);
     EXPECT_EQ(decide(facts, settings).contentLength, 77);
-    facts.isGzip = true;
+    facts.isEncoded = true;
     EXPECT_EQ(decide(facts, settings).contentLength, 0) << "the length of the packed body tells nothing";
     facts.contentTypeName = "a.zip";
     EXPECT_EQ(decide(facts, settings).flags, 8u) << "a name of Content-Type is not the server's choice";
@@ -222,8 +225,8 @@ TEST(Decide, AResponseThatNoListCouldCatchReadsNoSetting) {
         {{"http://h/f.woff2?x", "font/woff2"}, 0, "a font"},
         {{"http://h/a.css?v=2", "text/css"}, 1, "a list may hold \"css\": it is read once"},
         {{"http://h/folder/", "text/html", kFrame}, 0, "a page without a name"},
-        {{"http://h/page.html", "text/html", kFrame}, 1, "a page with one"},
-        {{"http://h/page.html", "text/html", kTop}, 2, "on top: the list, and whether pages are read"},
+        {{"http://h/page.html", "text/html", kFrame}, 0, "a page with one"},
+        {{"http://h/page.html", "text/html", kTop}, 1, "on top: whether pages are read"},
         {{"http://h/a.rar.001", "", kTop}, 4, "a part: the list once, and what spares transfers"},
     };
     for (const auto& row : rows) {

@@ -106,6 +106,10 @@ TEST(HeaderVisitor, TypeAndEncoding) {
     }
     EXPECT_TRUE(visited({{"Content-Encoding", "GZIP, br"}}).isGzip);
     EXPECT_FALSE(visited({{"Content-Encoding", "br, gzip"}}).isGzip);
+    for (const std::string_view packed : {"gzip", "br", "zstd", "identity, br"})
+        EXPECT_TRUE(visited({{"Content-Encoding", packed}}).isEncoded) << packed;
+    for (const std::string_view plain : {" Identity ", ""})
+        EXPECT_FALSE(visited({{"Content-Encoding", plain}}).isEncoded) << plain;
 }
 
 TEST(HeaderVisitor, AFreshExaminationSeesNothingOfTheLast) {
@@ -115,7 +119,7 @@ TEST(HeaderVisitor, AFreshExaminationSeesNothingOfTheLast) {
     EXPECT_LT(record.fileName.capacity(), 8192u) << "an enormous header is not kept for ever";
     visitHeader(record, "Content-Length", "5");
     EXPECT_EQ(record.contentLength, 5) << "lengthFromRange was cleared";
-    EXPECT_FALSE(record.isGzip || record.isAttachment);
+    EXPECT_FALSE(record.isGzip || record.isEncoded || record.isAttachment);
     EXPECT_EQ(record.fileName, "");
 }
 

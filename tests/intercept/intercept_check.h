@@ -105,7 +105,7 @@ inline void checkDecide(std::string_view bytes) {
     facts.status = (flags & 1) != 0 ? 200 : 206;
     facts.loadFlags = ((flags & 2) != 0 ? zab::kDocumentLoad : 0) | ((flags & 4) != 0 ? zab::kTopLevelLoad : 0);
     facts.isAttachment = (flags & 8) != 0;
-    facts.isGzip = (flags & 16) != 0;
+    facts.isEncoded = (flags & 16) != 0;
     facts.postBodyUnavailable = (flags & 32) != 0;
     facts.contentLength = std::int64_t{size} << (size & 31);
     facts.url = fields.next();
@@ -119,7 +119,7 @@ inline void checkDecide(std::string_view bytes) {
     must((on.outcome == zab::Outcome::transfer) == (on.flags != 0));
     must((on.outcome == zab::Outcome::listen) == (on.listener != zab::MediaKind::none));
     must(!(on.offer && on.outcome != zab::Outcome::browser));
-    must(on.contentLength == (facts.isGzip ? 0 : facts.contentLength));
+    must(on.contentLength == (facts.isEncoded ? 0 : facts.contentLength));
     must(!zab::sentenceOf(on).empty());
 
     settings.integration = false;

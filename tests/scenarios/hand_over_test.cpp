@@ -1,4 +1,5 @@
 // What goes wrong around a hand-over: the browser keeps the download and goes on, and the user is told.
+#include <algorithm>
 #include <chrono>
 
 #include "binding/utf.h"
@@ -96,6 +97,16 @@ TEST_F(HandOver, ThatFailsLeavesTheDownloadAndIsTold) {
     }
     ASSERT_TRUE(manager.isRegistered(true));
     for (const auto& way : kWays) EXPECT_TRUE(way.taken(browser, page, "")) << "it is back: " << way.name;
+}
+
+TEST_F(HandOver, ThatTheBrowserDoesNotLetGoOfIsToldAsThat) {
+    browser.faults().failAll("helper5.61");
+    browser.takesDebugLines();
+    EXPECT_FALSE(kWays[0].taken(browser, browser.opensPage("http://h.example/page.html"), ""));
+    browser.faults().none();
+    EXPECT_TRUE(std::ranges::any_of(browser.takesDebugLines(), [](const std::string& line) {
+        return line.find("The download manager has this download") != std::string::npos;
+    }));
 }
 
 TEST_F(HandOver, HoldsTheBrowserNoLongerThanItsCall) {
