@@ -1,10 +1,12 @@
-// What a response costs a browser that has the module: one table of the whole, of what runs in the module, and
-// of the calls that it makes. Times are the best of many; those of the registry are its calls times the time of
-// one.
+// What the module costs a browser: its size and its start, then for each kind of response the whole, what runs
+// in the module, and the calls that it makes. Times are the best of many; those of the registry are its calls
+// times the time of one.
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <filesystem>
+#include <string>
 #include <string_view>
 
 #include "binding/wide_win32.h"
@@ -42,6 +44,35 @@ const struct {
 constexpr const char* kRegistryCalls[] = {"RegOpenKeyExA",    "RegOpenKeyExW",    "RegCreateKeyExA",
                                           "RegQueryValueExA", "RegQueryValueExW", "RegSetValueExA",
                                           "RegEnumKeyExA"};
+
+/// Each time in a copy of the module that nobody has started yet. Loading binds the browser's runtime.
+void printStart() {
+    constexpr int kStarts = 20;
+    char program[MAX_PATH];
+    GetModuleFileNameA(nullptr, program, MAX_PATH);
+    const auto module = std::filesystem::path(program).replace_filename(BrowserOptions{}.module);
+    auto load = Clock::duration::max(), init = load, observe = load;
+    const auto timed = [](Clock::duration& best, const auto& work) {
+        const auto begin = Clock::now();
+        work();
+        best = std::min(best, Clock::now() - begin);
+    };
+    for (int start = 0; start < kStarts; ++start) {
+        Browser browser({.debuggerPresent = false});
+        auto& host = browser.make<BedObject>("extension");
+        const auto copy =
+            std::filesystem::temp_directory_path() / ("zab_cost" + std::to_string(start) + ".dll");
+        copy_file(module, copy, std::filesystem::copy_options::overwrite_existing);
+        timed(load, [&] { ModuleExports::load(copy.string()); });
+        timed(init, [&] { browser.intoModule([&] { return browser.module().InitCC(host.asSupports()); }); });
+        timed(observe, [&] {
+            browser.intoModule([&] { return browser.module().Observe(nullptr, "profile-after-change"); });
+        });
+    }
+    std::printf("module: %ju bytes; microseconds: load %.0f, ZABMzCC_InitCC %.1f, ZABMzCC_Observe %.1f\n\n",
+                static_cast<std::uintmax_t>(file_size(module)), microseconds(load), microseconds(init),
+                microseconds(observe));
+}
 
 double oneRegistryCall() {
     HKEY key = nullptr;
@@ -97,4 +128,7 @@ void printCosts() {
 }  // namespace
 }  // namespace zab::testbed
 
-int main() { zab::testbed::printCosts(); }
+int main() {
+    zab::testbed::printStart();
+    zab::testbed::printCosts();
+}

@@ -41,6 +41,9 @@ TEST(VersionResource, TellsTheTextsOfAFileThatHasOne) {
     EXPECT_FALSE(versionResourceText(shell, u"ProductName").value_or(u"").empty());
     EXPECT_FALSE(versionResourceText(shell, u"NoSuchText"));
     EXPECT_FALSE(versionResourceText(shell + u".none", u"FileVersion")) << "no such file";
+    std::u16string module = executablePath().value_or(u"");
+    module.replace(module.rfind(u'\\') + 1, module.npos, u"zabcchandler7_64.dll");
+    EXPECT_EQ(versionResourceText(module, u"OriginalFilename"), u"zabcchandler7_64.dll") << "the module itself";
 }
 
 TEST(RuntimeBinding, FindsTheVersionOfAnExecutableWithoutAResourceUnknown) {
