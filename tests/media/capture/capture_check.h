@@ -85,9 +85,9 @@ class EchoingLibraries final : public zab::CompanionLibraries {
 };
 
 /// For the fuzz targets of the handlers: bounded, with an address behind every scheme, and the same each time.
-inline void checkHandler(zab::MediaKind kind, std::string_view url, std::string_view body) {
+inline void checkHandler(zab::MediaKind kind, std::string_view body) {
     EchoingLibraries libraries;
-    zab::CaptureContext context = contextFor(url);
+    zab::CaptureContext context = contextFor("http://manifest.googlevideo.com/api/manifest/aSeg1-Frag2?q");
     context.companions = &libraries;
     const auto entriesOf = [&] {
         zab::LocalPage page;

@@ -1,15 +1,18 @@
-// A claim that ends the process when it fails: seen alike by a unit test, a fuzzer and a debugger.
+// A claim that a unit test and a fuzzer share: one that does not hold ends its check.
 #pragma once
 
-#include <cstdio>
-#include <cstdlib>
+#include <stdexcept>
+#include <string>
 
 namespace zabtest {
 
+/// A failure of the test that is running; a fuzzer's program ends.
+struct ClaimFailed : std::logic_error {
+    using std::logic_error::logic_error;
+};
+
 inline void must(bool claim, const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
-    if (claim) return;
-    std::fprintf(stderr, "%s:%d: a claim does not hold\n", file, line);
-    std::abort();
+    if (!claim) throw ClaimFailed(std::string(file) + ":" + std::to_string(line) + ": a claim does not hold");
 }
 
 }  // namespace zabtest

@@ -1,0 +1,85 @@
+#include "fuzz/targets.h"
+
+#include "intercept/intercept_check.h"
+#include "media/capture/capture_check.h"
+#include "media/parsers/dash_check.h"
+#include "media/parsers/hds_check.h"
+#include "media/parsers/hls_check.h"
+#include "media/parsers/mp4_check.h"
+#include "media/parsers/scanner_checks.h"
+#include "media/parsers/site_checks.h"
+#include "settings/data_file_check.h"
+#include "settings/exception_list_check.h"
+#include "settings/language_file_check.h"
+#include "ui/media_request_check.h"
+#include "web/encoding_check.h"
+#include "web/html_check.h"
+#include "web/link_processor_check.h"
+#include "web/script_links_check.h"
+#include "zabprobe/exchange_check.h"
+
+namespace zabfuzz {
+namespace {
+
+using namespace zabtest;
+using zab::MediaKind;
+
+/// A check that takes numbers.
+template <auto kCheck>
+void onBytes(std::string_view bytes) {
+    kCheck({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+}
+
+/// The handler of a kind of body, as a response at an address of that kind.
+template <MediaKind kKind>
+void handle(std::string_view bytes) {
+    checkHandler(kKind, bytes);
+}
+
+constexpr Target kTargets[] = {
+    {"attribute_list", checkAttributeList},
+    {"box_reader", onBytes<checkBoxReader>},
+    {"capture", checkCapture},
+    {"capture_dash", handle<MediaKind::dash>},
+    {"capture_facebook", handle<MediaKind::facebook>},
+    {"capture_fragment_manifest", handle<MediaKind::fragmentManifest>},
+    {"capture_hds", handle<MediaKind::hds>},
+    {"capture_hds_fragment", handle<MediaKind::hdsFragment>},
+    {"capture_hls", handle<MediaKind::hls>},
+    {"capture_link_text", handle<MediaKind::linkText>},
+    {"capture_page", handle<MediaKind::page>},
+    {"capture_sniff", handle<MediaKind::sniff>},
+    {"capture_video_info", handle<MediaKind::youtubeVideoInfo>},
+    {"capture_vimeo", handle<MediaKind::vimeoPlayer>},
+    {"capture_watch_page", handle<MediaKind::youtubeWatchPage>},
+    {"capture_youtube_dash", handle<MediaKind::youtubeDash>},
+    {"dash", checkDash},
+    {"data_file", onBytes<checkDataFile>},
+    {"decide", checkDecide},
+    {"encoding", checkEncoding},
+    {"exception_list", checkExceptionList},
+    {"facebook", checkFacebook},
+    {"har", checkExchanges},
+    {"hds", checkHds},
+    {"header_line", checkHeaderLine},
+    {"header_visitor", checkHeaderVisitor},
+    {"hls", checkHls},
+    {"html", checkHtml},
+    {"language_file", checkLanguageFile},
+    {"link_processor", checkLinkProcessor},
+    {"media_request", onBytes<checkMediaRequest>},
+    {"mp4", onBytes<checkMp4>},
+    {"same_stream", checkSameStream},
+    {"script_links", checkScriptLinks},
+    {"tag_scanner", checkTagScanner},
+    {"url", checkUrl},
+    {"url_unescape", checkUrlUnescape},
+    {"vimeo", checkVimeo},
+    {"youtube", checkYoutube},
+};
+
+}  // namespace
+
+std::span<const Target> targets() noexcept { return kTargets; }
+
+}  // namespace zabfuzz

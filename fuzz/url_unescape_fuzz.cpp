@@ -1,6 +1,0 @@
-#include "fuzz/target.h"
-#include "media/parsers/site_checks.h"
-
-ZAB_FUZZ_TARGET(url_unescape) {
-    zabtest::checkUrlUnescape({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
-}

@@ -1,4 +1,0 @@
-#include "fuzz/target.h"
-#include "media/parsers/site_checks.h"
-
-ZAB_FUZZ_TARGET(vimeo) { zabtest::checkVimeo({reinterpret_cast<const char*>(bytes.data()), bytes.size()}); }

@@ -1,4 +1,0 @@
-#include "fuzz/target.h"
-#include "media/parsers/site_checks.h"
-
-ZAB_FUZZ_TARGET(youtube) { zabtest::checkYoutube({reinterpret_cast<const char*>(bytes.data()), bytes.size()}); }
