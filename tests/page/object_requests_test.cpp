@@ -78,6 +78,18 @@ TEST(ObjectRequests, TheOldestGoFirst) {
     EXPECT_EQ(list.count(), 2u) << "what was removed no longer counts";
 
     const std::string half(CObjectRequestsArray::kMostTextBytes / 2, 'x');
+    CObjectRequestsArray again;
+    for (int i = 0; i < 6; ++i) {
+        auto large = request("http://h/" + std::to_string(i), half, 7);
+        large.postBody.assign(CObjectRequestsArray::kMostPostBytes / 2, 'x');
+        again.add(std::move(large));
+        again.renameFirst("http://h/" + std::to_string(i), "renamed");
+        i % 2 == 0 ? again.removeFirst("renamed") : again.removeOfDocument(nullptr, 7);
+    }
+    for (int i = 0; i < 3; ++i)
+        again.add(request("small", std::string(CObjectRequestsArray::kMostTextBytes / 4, 'x')));
+    EXPECT_EQ(again.count(), 3u) << "what was given back leaves its whole room";
+
     list.add(request("long", half));
     list.renameFirst("long", half);
     EXPECT_EQ(list.count(), 1u) << "a new URL counts like an old one";

@@ -15,6 +15,8 @@ TEST(Passwords, BelongToSchemeHostAndPort) {
     } rows[] = {
         {"http://h.example/elsewhere?q", true, "the same origin"},
         {"HTTP://x@H.Example:80", true, "the scheme's own port, in any letter case"},
+        {"http://a@b@h.example/", true, "the user ends at the last at sign"},
+        {"http://h.example@b@x.example/", false, "the host does not end at the first"},
         {"https://h.example/", false, "another scheme"},
         {"http://h.example:8080/", false, "another port"},
         {"http://www.h.example/", false, "another host"},

@@ -71,6 +71,17 @@ TEST(CaptureHls, KnowsPlaylistsAndSegmentsOfThePage) {
     EXPECT_TRUE(page.isSegment("http://h/v/s/2.ts?y/z")) << "beside the first segment";
     EXPECT_FALSE(page.isSegment("http://h/v/s/2.mp4")) << "another extension";
     EXPECT_FALSE(page.isSegment("http://h/v/2.ts")) << "another directory";
+    const auto itself = [&local](std::string_view url) {
+        const zab::CaptureContext context = contextFor(url);
+        zab::CaptureRun run(context, local);
+        zab::offerOwnEntry(run);
+        return shown(run.takeEntries());
+    };
+    EXPECT_EQ(itself("http://h/v/s/2.ts?y"), "") << "a segment is no file of its own";
+    EXPECT_NE(itself("http://h/v/2.ts"), "") << "what lies elsewhere is";
+    read("http://h/v/a.m3u8", "#EXT-X-STREAM-INF:X=1\nb.m3u8\n");
+    EXPECT_EQ(page.entries().size(), 2u)
+        << "of a master playlist the variants count, whatever its own address is";
 }
 
 TEST(CaptureHds, OffersOneEntryForEachHeight) {
@@ -278,6 +289,8 @@ TEST(CaptureItself, OffersAMediaFile) {
               "http://h/a%C3%A4.MP3?x#f | a\u00e4.MP3 | mp3 | audio | size 7\n");
     EXPECT_EQ(itself("http://h/a.FLV", "utf-8''n.mp4", "video/mp4", "mp4"),
               "http://h/a.FLV | n.mp4 | flv | size 7\n");
+    EXPECT_EQ(itself("http://h/a.x", "", "", "MP3"), "http://h/a.x | a.x | mp3 | audio | size 7\n")
+        << "audio by the extension of the response";
 }
 
 class Library final : public zab::CompanionLibraries {
@@ -349,6 +362,48 @@ TEST(OfferedMedia, HoldsEachStreamOnceAndAHundred) {
     EXPECT_EQ(large.entries().size(), 1u) << "and room again for others";
 }
 
+TEST(OfferedMedia, ForgetsWhatItLearntFirst) {
+    using Page = zab::OfferedMedia;
+    Page page;
+    const auto place = [](std::size_t i) { return "http://h/" + std::to_string(i) + "/s.ts"; };
+    for (std::size_t i = 0; i < Page::kMostSegmentPlaces; ++i) page.addSegmentPlace(place(i));
+    page.addSegmentPlace(place(1));
+    EXPECT_TRUE(page.isSegment(place(0))) << "exactly as many as are kept, each once";
+    page.addSegmentPlace("http://h/" + std::string(Page::kLongestPlace - 9, 'x'));
+    EXPECT_FALSE(page.isSegment(place(0)));
+    EXPECT_TRUE(page.isSegment(place(1)));
+    page.addSegmentPlace("http://h/" + std::string(Page::kLongestPlace - 8, 'x'));
+    EXPECT_TRUE(page.isSegment(place(1))) << "an address that is too long is not noted";
+    for (std::size_t i = 0; i <= Page::kMostCatalogues; ++i) {
+        EXPECT_EQ(page.catalogues().size(), i);
+        page.addCatalogue(std::make_unique<zab::CYoutubeParser>(i == 1 ? u"second" : u""));
+    }
+    EXPECT_EQ(page.catalogues().size(), Page::kMostCatalogues);
+    EXPECT_TRUE(page.catalogues().front()->pageUrl() == u"second");
+
+    zab::MediaEntry entry;
+    entry.link = "dhs2tozab://http://h/d/v_Seg%ld-Frag%ld?q";
+    page.offer(entry);
+    entry.link = "dhs2tozab://http://h/d/other";
+    page.offer(entry);
+    EXPECT_TRUE(page.holdsFragmentsOf("http://h/d/v_"));
+    EXPECT_FALSE(page.holdsFragmentsOf("http://h/d/v")) << "the whole beginning";
+    EXPECT_FALSE(page.holdsFragmentsOf("http://h/d/other"));
+    entry = {};
+    entry.link = "http://h/same";
+    for (const bool told : {false, true}) {
+        if (told) entry.size = entry.duration = entry.width = entry.height = 3;
+        page.offer(entry);
+    }
+    EXPECT_TRUE(shown(page.entries()).ends_with("size 3 | duration 3 | width 3 | height 3\n"));
+    for (std::string zab::MediaEntry::*part : {&zab::MediaEntry::secondUrl, &zab::MediaEntry::extra}) {
+        entry.*part = "x";
+        page.offer(entry);
+    }
+    EXPECT_EQ(page.entries().size(), 5u) << "another stream of the same address";
+    EXPECT_TRUE(page.holdsAddress("x")) << "a second address is one too";
+}
+
 TEST(BodyCollector, TakesABodyAsFarAsItCounts) {
     const std::string link = "http://a/x", playlist = "#EXTINF:1\na\n", long2Mb(2'000'000, '\n');
     const struct {
@@ -362,6 +417,9 @@ TEST(BodyCollector, TakesABodyAsFarAsItCounts) {
         {MediaKind::linkText, 11, link, false, "a known length that is not reached"},
         {MediaKind::linkText, 0, link + std::string(2037, ' '), true, "a list of 2,047 bytes"},
         {MediaKind::linkText, 0, link + std::string(2038, ' '), false, "and one byte too many"},
+        {MediaKind::linkText, zab::BodyCollector::kMostKnownBytes + 1, link, false, "claims too much"},
+        {MediaKind::facebook, 0, "videoData:hd_src:'http://f/h'" + long2Mb, true,
+         "a page that is cut still counts"},
         {MediaKind::hls, 99, playlist, true, "a playlist counts although it ended early"},
         {MediaKind::hls, 0, playlist + long2Mb, false, "cut without its end"},
         {MediaKind::hls, 0, playlist + "#EXT-X-ENDLIST" + long2Mb, true, "cut behind its end"},
@@ -375,7 +433,41 @@ TEST(BodyCollector, TakesABodyAsFarAsItCounts) {
             << row.why;
 }
 
-// Chunks are how a network felt, and nothing of them may show.
+// Chunks are how a network felt, and nothing of them may show: not where something ends in the middle of one.
+TEST(Capture, IsTheSameWhereverABodyIsCut) {
+    const struct {
+        MediaKind kind;
+        std::string body;
+        const char* entries;
+    } rows[] = {
+        {MediaKind::facebook, "videoData: sd_src:'http://f/s' </html> hd_src:'http://f/h'",
+         "http://f/s |  | mp4\n"},
+        {MediaKind::facebook, "videoData: sd_src:'http://f/s' </htm</html>hd_src:'http://f/h'",
+         "http://f/s |  | mp4\n"},
+        {MediaKind::page, "<video src=a.mp4></video></html><video src=b.mp4>",
+         "http://h/d/a.mp4 | a.mp4 | mp4\nhttp://h/d/b.mp4 | b.mp4 | mp4\n"},
+        {MediaKind::linkText, "http://a/b.mp3 http://a/c.mp3",
+         "http://a/b.mp3 | b.mp3 | mp3 | audio\n"
+         "http://a/c.mp3 | c.mp3 | mp3 | audio\n"},
+        {MediaKind::hls, "#EXTINF:9,\ns.ts\n#EXT-X-ENDLIST\n#EXTINF:8,\nt.ts\n",
+         "hlstozab://http://h/d/vSeg1-Frag1 | vSeg1-Frag1 | ts | duration 17\n"},
+        {MediaKind::hdsFragment, box("afra", "x") + box("mdat", tag(9) + tag(8)) + box("mdat", tag(9)),
+         "dhs2tozab://http://h/d/vSeg%ld-Frag%ld | v | flv\n"},
+        {MediaKind::hdsFragment, box("afra", "x") + box("mdat", tag(9)) + box("mdat", tag(9) + tag(0x29)), ""},
+    };
+    for (const auto& row : rows) {
+        for (std::size_t first = 1; first <= row.body.size(); ++first) {
+            for (const std::size_t then : {std::size_t{1}, row.body.size()}) {
+                std::size_t size = 0;
+                const auto next = [&] { return std::exchange(size, then) == 0 ? first : then; };
+                ASSERT_EQ(zabtest::capture(row.kind, contextFor("http://h/d/vSeg1-Frag1"), row.body, next),
+                          row.entries)
+                    << zab::mediaKindName(row.kind) << " cut behind " << first;
+            }
+        }
+    }
+}
+
 TEST(Capture, NeverDependsOnTheChunks) {
     constexpr std::string_view kPieces[] = {
         "#EXTINF:9,\ns.ts\n",
@@ -401,7 +493,7 @@ TEST(Capture, NeverDependsOnTheChunks) {
         "\t\0\0\0\0\0\0\0\0\0\0\0\0\0\x0B"sv,
         "\0"sv,
     };
-    std::mt19937 random(20261124);
+    zabtest::Random random(20261124);
     int offered = 0;
     for (int round = 0; round < 400; ++round) {
         const std::string body = zabtest::strungTogether(random, kPieces, 1 + static_cast<int>(random() % 12));

@@ -120,7 +120,7 @@ constexpr std::string_view kPieces[] = {"<Representation",
                                         std::string_view("\0", 1)};
 
 TEST(Dash, AgreesWithTheNaiveReadingOnGeneratedBodies) {
-    std::mt19937 random(21);
+    zabtest::Random random(21);
     for (int round = 0; round < 3000; ++round) {
         const std::string body = zabtest::strungTogether(random, kPieces, 4 + static_cast<int>(random() % 40));
         zabtest::onExactBlock(body, zabtest::checkDash);

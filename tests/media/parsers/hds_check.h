@@ -103,8 +103,11 @@ inline void checkHds(std::string_view body) {
             laterEqual |= later->height == m->height;
         must((m->hidden != 0) == (m->height.empty() || laterEqual));
     }
+    parser->parse(
+        "<manifest><drmAdditionalHeader/><pv-2.0/><baseURL>u</baseURL><duration>1</duration><bootstrapInfo>b"
+        "</bootstrapInfo><media url='v' height='1'/><media url='w' height='1'/></manifest>");
     parser->parse(body);
-    must(records == hdsRecords(*parser.get()));
+    must(records == hdsRecords(*parser.get()));  // nothing of the earlier manifest is left
 }
 
 }  // namespace zabtest

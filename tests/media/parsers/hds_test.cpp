@@ -192,7 +192,7 @@ constexpr std::string_view kPieces[] = {"<bootstrapInfo id=\"b\">",
                                         std::string_view("\0", 1)};
 
 TEST(Hds, AgreesWithTheNaiveReadingOnGeneratedBodies) {
-    std::mt19937 random(22);
+    zabtest::Random random(22);
     for (int round = 0; round < 3000; ++round) {
         const std::string body = zabtest::strungTogether(random, kPieces, 4 + static_cast<int>(random() % 40));
         zabtest::onExactBlock(body, zabtest::checkHds);

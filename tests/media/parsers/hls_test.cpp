@@ -269,7 +269,7 @@ constexpr std::string_view kPieces[] = {"#EXTM3U",
                                         "\xff"};
 
 TEST(Hls, EveryPrefixOfGeneratedBodiesKeepsItsBounds) {
-    std::mt19937 random(20);
+    zabtest::Random random(20);
     for (int round = 0; round < 40; ++round) {
         const std::string body = zabtest::strungTogether(random, kPieces, 60);
         for (std::size_t size = 0; size <= body.size(); size += 1 + random() % 9)

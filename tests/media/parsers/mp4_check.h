@@ -15,7 +15,7 @@ inline void checkMp4(zab::Bytes buffer) {
         must(reader.moov >= buffer.data());
         must(reader.moovSize <= static_cast<std::size_t>(buffer.data() + buffer.size() - reader.moov));
     }
-    zab::CMp4DashReader again;
+    zab::CMp4DashReader again = reader;
     again.read(buffer);
     must(again.timescale == reader.timescale && again.duration == reader.duration &&
          again.height == reader.height && again.fragmentDuration == reader.fragmentDuration &&

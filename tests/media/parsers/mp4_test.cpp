@@ -135,7 +135,7 @@ TEST(Mp4, EveryPrefixAndMutationStaysInBounds) {
                              box("moov", mvhd(1000, 5000) + trak(tkhd(0, 640, 360)) +
                                              trak(tkhd(0, 1280, 720, 1)) + mehd(0, u32(9000))) +
                              box("mdat", zeros(20));
-    std::mt19937 random(23);
+    zabtest::Random random(23);
     for (std::size_t size = 0; size <= file.size(); ++size)
         zabtest::onExactBlock(file.substr(0, size),
                               [](std::string_view block) { zabtest::checkMp4(bytesOf(block)); });

@@ -13,7 +13,7 @@ constexpr std::string_view kPieces[] = {
     " ",     "\n",  "z",    "_-:9", "                                                                       "};
 
 TEST(TagScanner, ReadsListsThatShareAttributesAsIfEachStoodAlone) {
-    std::mt19937 random(24);
+    zabtest::Random random(24);
     for (int round = 0; round < 300; ++round)
         zabtest::onExactBlock(zabtest::strungTogether(random, kPieces, 60), zabtest::checkTagScanner);
 }

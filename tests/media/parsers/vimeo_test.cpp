@@ -89,7 +89,7 @@ constexpr std::string_view kPieces[] = {"<title>",
                                         std::string_view("\0", 1)};
 
 TEST(Vimeo, EveryPrefixOfGeneratedTextsKeepsItsBounds) {
-    std::mt19937 random(67);
+    zabtest::Random random(67);
     for (int round = 0; round < 30; ++round) {
         const std::string text = "\"progressive\":" + zabtest::strungTogether(random, kPieces, 60);
         for (std::size_t size = 0; size <= text.size(); size += 1 + random() % 9)
