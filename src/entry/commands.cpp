@@ -11,12 +11,21 @@
 #include "transfer/transfer.h"
 #include "ui/media_choice.h"
 #include "web/html_parser.h"
-#include "web/web_address.h"
 
 namespace zab {
 namespace {
 
-std::string narrow(std::u16string_view text) { return narrowPreferringAnsi(text).value_or(""); }
+std::string narrow(const nsAString* text) { return narrowPreferringAnsi(viewOf(text)).value_or(""); }
+std::string utf8(const nsAString* text) { return utf8FromUtf16(viewOf(text)); }
+
+/// What a page names, which passed these cookies as its own.
+TransferRecord recordOf(const std::string& page, const std::string& cookies) {
+    TransferRecord record;
+    record.referrer = page;
+    record.cookies = cookies;
+    record.cookiesFrom = page;
+    return record;
+}
 
 /// Whether the user's command went through; when no call can be made just now, nobody has told the user yet.
 bool sent(TransferResult result) noexcept {
@@ -26,19 +35,13 @@ bool sent(TransferResult result) noexcept {
 
 /// Hands the links over one by one; how many arrived.
 std::size_t sendAll(const CLinksArray& links, const std::string& pageUrl, const std::string& cookies) {
-    const auto page = webAddressOf(pageUrl);
     TransferSession session;
-    TransferRecord record;
-    record.referrer = pageUrl;
+    TransferRecord record = recordOf(pageUrl, cookies);
     record.pageUrl = pageUrl;
     std::size_t count = 0;
     for (const PageLink& link : links) {
-        record.url = narrow(utf16FromUtf8(link.url));
-        // The page's cookies are its own host's secrets.
-        const auto target = webAddressOf(record.url);
-        const bool sameHost = page && target && page->origin.host == target->origin.host;
-        record.cookies = sameHost ? cookies : std::string{};
-        if (!sent(session.send(record))) break;
+        record.url = link.url;
+        if (!sent(session.sendAsBrowser(record))) break;
         ++count;
     }
     return count;
@@ -55,23 +58,21 @@ std::vector<TransferRecord> newestOf(DocumentId document, std::size_t most) {
 
 nsresult downloadLink(const nsAString* url, const nsAString* referrer, const nsAString* cookies,
                       const nsAString* description) {
-    TransferRecord record;
-    record.url = narrow(viewOf(url));
-    record.referrer = narrow(viewOf(referrer));
-    record.cookies = narrow(viewOf(cookies));
-    record.description = narrow(viewOf(description));
+    TransferRecord record = recordOf(utf8(referrer), narrow(cookies));
+    record.url = utf8(url);
+    record.description = utf8(description);
     record.flags = transfer_flags::kLinkCommand;
-    return sent(sendToDownloadManager(record)) ? NS_OK : NS_ERROR_FAILURE;
+    return sent(TransferSession().sendAsBrowser(record)) ? NS_OK : NS_ERROR_FAILURE;
 }
 
 nsresult downloadAll(const nsAString* markup, const nsAString* pageUrl, const nsAString* cookies) {
     CLinksArray links;
-    harvestPage(utf8FromUtf16(viewOf(markup)), utf8FromUtf16(viewOf(pageUrl)), links);
+    harvestPage(utf8(markup), utf8(pageUrl), links);
     if (links.count() == 0) {
         reportNoLinksFound();
         return NS_ERROR_FAILURE;
     }
-    return sendAll(links, narrow(viewOf(pageUrl)), narrow(viewOf(cookies))) > 0 ? NS_OK : NS_ERROR_FAILURE;
+    return sendAll(links, utf8(pageUrl), narrow(cookies)) > 0 ? NS_OK : NS_ERROR_FAILURE;
 }
 
 nsresult downloadNewestMedia(const nsAString* documentId, std::size_t most) {
@@ -82,9 +83,8 @@ nsresult downloadNewestMedia(const nsAString* documentId, std::size_t most) {
     }
     TransferSession session;
     std::size_t count = 0;
-    for (TransferRecord& record : transfers) {
-        makeNarrow(record);
-        if (!sent(session.send(record))) break;
+    for (const TransferRecord& record : transfers) {
+        if (!sent(session.sendAsBrowser(record))) break;
         ++count;
     }
     return count > 0 ? NS_OK : NS_ERROR_FAILURE;

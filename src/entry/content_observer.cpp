@@ -18,6 +18,7 @@
 #include "page/passwords.h"
 #include "page/platform.h"
 #include "page/request_lists.h"
+#include "page/user_agent.h"
 #include "settings/settings_store.h"
 #include "settings/shared_list_lock.h"
 #include "transfer/transfer.h"
@@ -115,11 +116,12 @@ void fillFromDecision(TransferRecord& record, const Decision& decision) {
     }
 }
 
-/// Reads the request's headers into the record and remembers the login that they show.
+/// Reads the request's headers into the record and remembers the login and the user agent that they show.
 void visitRequest(const Channel& channel, nsISupports* visitor, CapturedHeaders& headers) {
     headers.visitRequestHeaders = true;
     channel.helper().VisitRequestHeaders(channel.get(), visitor);
     passwords().rememberAuthorization(headers.url, headers.authorization);
+    noteUserAgent(headers.userAgent);
 }
 
 OBJECTREQUESTSARRAY_ITEM requestRecord(const CapturedHeaders& headers, const CapturedPost& post,

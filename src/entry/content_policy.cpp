@@ -10,11 +10,9 @@
 #include "intercept/load_types.h"
 #include "page/handed_over.h"
 #include "page/module_state.h"
-#include "page/passwords.h"
 #include "page/platform.h"
 #include "page/request_lists.h"
 #include "settings/shared_list_lock.h"
-#include "transfer/cookies.h"
 #include "transfer/transfer.h"
 #include "web/url.h"
 #include "web/web_address.h"
@@ -41,17 +39,11 @@ void recordObjectRequest(const PolicyQuestion& question) {
     if (lock) requestLists().requested.add(std::move(record));
 }
 
-/// What the request would have carried, as far as it can be known before there is one.
 TransferRecord transferOf(const PolicyQuestion& question, const Decision& decision) {
     TransferRecord record;
     record.url = question.url;
     record.referrer = pageAddress(question.origin);
     record.pageUrl = record.referrer;
-    record.cookies = cookiesOf(question.url);
-    if (auto login = passwords().find(question.url)) {
-        record.user = std::move(login->user);
-        record.password = std::move(login->password);
-    }
     record.flags = decision.flags;
     return record;
 }
@@ -63,7 +55,7 @@ std::int32_t answerNavigation(const PolicyQuestion& question) {
         decidePolicy({question.type, question.url, clicked, question.takesClicks}, RegistrySettings{});
     if (decision.outcome != Outcome::transfer) return kPolicyAccept;
     const TransferRecord record = transferOf(question, decision);
-    if (sendToDownloadManager(record) != TransferResult::made) return kPolicyAccept;
+    if (TransferSession().sendAsBrowser(record) != TransferResult::made) return kPolicyAccept;
     handedOver().policyTransferred(record.url, std::chrono::steady_clock::now());
     writeDebuggerText("**********Policy transfer: " + sentenceOf(decision) + "\r\n");
     return kPolicyReject;

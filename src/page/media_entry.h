@@ -24,6 +24,7 @@ struct EntryPage {
     std::string referrer;
     std::string cookies;
     std::string userAgent;
+    std::string namedBy;  // the address of the response that named it, for whose host the cookies are
 };
 
 struct MediaEntry {

@@ -21,9 +21,9 @@ std::size_t hashOf(const MediaEntry& entry) noexcept {
 
 std::size_t textBytesOf(const MediaEntry& entry) noexcept {
     std::size_t bytes = 0;
-    for (const std::string* text :
-         {&entry.link, &entry.secondUrl, &entry.extra, &entry.description, &entry.extension, &entry.page.url,
-          &entry.page.title, &entry.page.referrer, &entry.page.cookies, &entry.page.userAgent})
+    for (const std::string* text : {&entry.link, &entry.secondUrl, &entry.extra, &entry.description,
+                                    &entry.extension, &entry.page.url, &entry.page.title, &entry.page.referrer,
+                                    &entry.page.cookies, &entry.page.userAgent, &entry.page.namedBy})
         bytes += text->size();
     return bytes;
 }

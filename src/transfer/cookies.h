@@ -5,24 +5,55 @@
 // cookie manager there are none. Cookies are secrets: they go to the download manager and nowhere else.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "binding/interface_ptr.h"
+#include "binding/interfaces/cookies.h"
+#include "web/web_address.h"
 
 namespace zab {
 
-/// The cookies for `url` at `nowSeconds` (since 1970), as "name=value" joined by "; " in the browser's order;
-/// empty when there are none. Asks the browser's cookie service.
-std::string cookiesOf(std::string_view url, std::uint64_t nowSeconds);
+/// The browser's cookies as they are when it is made, for one address or for thousands: each cookie is asked
+/// for its host once, and for the rest once when an address of that host is asked about. For the browser's main
+/// thread.
+class CookieJar {
+  public:
+    CookieJar();
 
-/// The same, now.
+    /// The cookies for an address at `nowSeconds` (since 1970), as "name=value" joined by "; " in the browser's
+    /// order; empty when there are none.
+    std::string of(const WebAddress& address, std::uint64_t nowSeconds);
+
+  private:
+    struct Contents {
+        std::string path, pair;
+        bool secure;
+        std::uint64_t expires;  // seconds since 1970; 0: with the session
+    };
+    struct Cookie {
+        InterfacePtr<nsICookie> object;  // until it is read
+        std::optional<Contents> contents;
+    };
+    using Places = std::vector<std::size_t>;  // in `cookies_`, growing
+
+    static std::optional<Contents> read(nsICookie& cookie);
+    void add(InterfacePtr<nsICookie> cookie);
+    const Places& ofHost(const std::string& host);
+
+    std::vector<Cookie> cookies_;  // in the browser's order
+    std::unordered_map<std::string, Places> byDomain_, byHost_;
+};
+
+/// The cookies for `url` now.
 std::string cookiesOf(std::string_view url);
 
-// The rules, as they are tested. Hosts in lower case or not; paths compared exactly.
-
-/// `domain` is a host of its own, or begins with a dot and covers that host and all below it.
-bool domainCovers(std::string_view domain, std::string_view host) noexcept;
-/// `folder` is `path` or stands above it: "/a" covers "/a" and "/a/b", not "/ab".
-bool folderCovers(std::string_view folder, std::string_view path) noexcept;
+/// Seconds since 1970.
+std::uint64_t cookieClock() noexcept;
 
 }  // namespace zab

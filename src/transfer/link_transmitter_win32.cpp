@@ -7,8 +7,6 @@
 #include "binding/browser_thread.h"
 #include "binding/guard.h"
 #include "binding/text.h"
-#include "page/passwords.h"
-#include "transfer/cookies.h"
 #include "transfer/extra_data.h"
 #include "transfer/failure_report.h"
 #include "transfer/failure_report_win32.h"
@@ -48,21 +46,13 @@ SafeArray safeArrayOf(const TransferExtraData& elements) noexcept {
     });
 }
 
-PageAccess pageAccessOf(std::string_view url) {
-    PageAccess access;
-    if (url.empty()) return access;
-    if (onBrowserThread()) access.cookies = cookiesOf(url);
-    access.login = passwords().find(url);
-    return access;
-}
-
 /// Everything that the call needs is copied before it, since the browser goes on running during it.
 HRESULT call(LinkTransmitterSession& session, const MethodTexts& texts, std::uint32_t flags,
              ExtraDataSource& source) {
     const HRESULT connected = session.connect();
     if (FAILED(connected)) return connected;
-    source.page = pageAccessOf(source.pageUrl);
-    source.second = pageAccessOf(source.secondUrl);
+    source.page = session.access().of(source.pageUrl);
+    source.second = session.access().of(source.secondUrl);
     const SafeArray array = safeArrayOf(extraDataOf(source));
 
     VARIANT extraData{};  // does not own: `array` does

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "transfer/browser_access.h"
 #include "transfer/com_win32.h"
 
 namespace zab {
@@ -23,8 +24,11 @@ class LinkTransmitterSession {
     [[nodiscard]] InterfacePtr<ILinkTransmitter> server() const noexcept { return server_.another(); }
     /// For a server that died: the next `connect` looks for another one.
     void forgetServer() noexcept { server_.reset(); }
+    /// What the browser holds for the addresses of these transfers.
+    [[nodiscard]] BrowserAccess& access() noexcept { return access_; }
 
   private:
+    BrowserAccess access_;
     std::optional<ComApartment> apartment_;
     InterfacePtr<ILinkTransmitter> server_;  // given back before COM ends
 };

@@ -29,6 +29,8 @@ class TransferSession {
     TransferSession& operator=(const TransferSession&) = delete;
 
     TransferResult send(const TransferRecord& record) noexcept;
+    /// For a record of which no request was seen, in UTF-8: asks as the browser would (see BrowserAccess).
+    TransferResult sendAsBrowser(TransferRecord record) noexcept;
 
   private:
     std::unique_ptr<class LinkTransmitterSession> session_;

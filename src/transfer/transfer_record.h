@@ -29,6 +29,7 @@ struct TransferRecord {
     std::string url;  // a fragment is cut before it is sent
     std::string referrer;
     std::string cookies;
+    std::string cookiesFrom;  // without a request of its own: the address for whose host `cookies` are known
     std::string userAgent;
     std::string user;      // of Basic credentials
     std::string password;  // of Basic credentials
@@ -46,5 +47,8 @@ struct TransferRecord {
     bool bodyOffered = false;     // offer the browser's local copy of the body, when it has exactly `sizeBytes`
     std::uint32_t flags = transfer_flags::kPlain;
 };
+
+/// From UTF-8, in which pages and entries have their texts; what is no UTF-8 is narrow already.
+void makeNarrow(TransferRecord& record);
 
 }  // namespace zab

@@ -1,3 +1,4 @@
+#include "binding/guard.h"
 #include "transfer/link_transmitter_win32.h"
 #include "transfer/transfer.h"
 
@@ -33,6 +34,14 @@ TransferSession::~TransferSession() = default;
 
 TransferResult TransferSession::send(const TransferRecord& record) noexcept {
     return zab::send(record, *session_);
+}
+
+TransferResult TransferSession::sendAsBrowser(TransferRecord record) noexcept {
+    return guarded(TransferResult::notMade, [&] {
+        session_->access().complete(record);
+        makeNarrow(record);
+        return send(record);
+    });
 }
 
 }  // namespace zab

@@ -77,6 +77,7 @@ TransferRecord transferOf(const MediaEntry& entry) {
     record.url = entry.link;
     record.referrer = entry.page.referrer;
     record.cookies = entry.page.cookies;
+    record.cookiesFrom = entry.page.namedBy;
     record.userAgent = entry.page.userAgent;
     record.typeHint = entry.extension;
     record.pageTitle = entry.page.title;
@@ -120,7 +121,7 @@ void prepare(Choice& choice, const ChoiceLists& lists) {
     for (const MediaEntry* entry : media.entries) choice.transfers.push_back(transferOf(*entry));
     for (const std::string* link : media.links) choice.transfers.push_back(transferOf(*link, lists.selection));
     if (media.object != nullptr) choice.transfers.push_back(transferOf(choice.request, *media.object));
-    choice.looksUpCookies = !media.links.empty();
+    choice.requestSeen = media.object != nullptr;
 }
 
 }  // namespace zab

@@ -19,15 +19,11 @@
 
 namespace zab {
 
-/// Texts as the entry has them; see makeNarrow.
+/// In UTF-8, for a transfer that asks as the browser would.
 TransferRecord transferOf(const MediaEntry& entry);
 
 /// The newest entries, the newest first; FLV is told as "flv" however the page writes it.
 std::vector<TransferRecord> newestTransfers(std::span<const MediaEntry> entries, std::size_t most);
-
-/// Entries are UTF-8 as far as a reader sees them; the download manager is told the narrow text of other
-/// transfers.
-void makeNarrow(TransferRecord& record);
 
 /// Where a choice is looked up.
 struct ChoiceLists {
@@ -58,7 +54,7 @@ NamedMedia named(const MediaRequest& request, ChoiceOrigin origin, const ChoiceL
 struct Choice {
     MediaRequest request;
     ChoiceOrigin origin = ChoiceOrigin::pageController;
-    bool looksUpCookies = false;           // the transfers need the browser's cookies for their addresses
+    bool requestSeen = false;              // the transfers tell what the browser's own request told
     bool ready = false;                    // `transfers` is made
     std::deque<TransferRecord> transfers;  // what is still to be sent
     int retries = 0;

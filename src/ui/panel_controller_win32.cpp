@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "binding/browser_thread.h"
 #include "binding/guard.h"
 #include "binding/handle_win32.h"
 #include "binding/never_destroyed.h"
@@ -15,7 +14,6 @@
 #include "media/capture/media_capture.h"
 #include "settings/shared_list_lock.h"
 #include "transfer/com_win32.h"
-#include "transfer/cookies.h"
 #include "ui/in_flight.h"
 #include "ui/media_choice.h"
 #include "ui/panel_messages.h"
@@ -111,11 +109,11 @@ LRESULT resolve(const Message& message) {
     return 0;
 }
 
-TransferResult transfer(TransferSession& session, TransferRecord& record, bool looksUpCookies) {
-    // The browser's cookies can be had on its own thread alone.
-    if (looksUpCookies && onBrowserThread()) record.cookies = cookiesOf(record.url);
-    makeNarrow(record);
-    return session.send(record);
+TransferResult transfer(TransferSession& session, const TransferRecord& record, bool requestSeen) {
+    if (!requestSeen) return session.sendAsBrowser(record);
+    TransferRecord narrow = record;
+    makeNarrow(narrow);
+    return session.send(narrow);
 }
 
 LRESULT resolved(const Message& message) {
@@ -128,7 +126,7 @@ LRESULT resolved(const Message& message) {
     }
     TransferSession session;
     const auto progress = sendChoice(
-        *choice, [&](TransferRecord& record) { return transfer(session, record, choice->looksUpCookies); });
+        *choice, [&](const TransferRecord& record) { return transfer(session, record, choice->requestSeen); });
     if (progress == ChoiceProgress::later) post(message.window, kResolved, std::move(choice));
     if (progress == ChoiceProgress::givenUp) reportNoCallsNow();
     return 0;

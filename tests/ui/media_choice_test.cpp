@@ -122,7 +122,7 @@ TEST(MediaChoice, NamesEntriesThenWhatThePageRequested) {
         for (const TransferRecord& record : choice.transfers)
             urls.push_back(record.url + " " + record.extraData);
         EXPECT_EQ(urls, row.urls) << row.why;
-        EXPECT_EQ(choice.looksUpCookies, !media.links.empty()) << row.why;
+        EXPECT_EQ(choice.requestSeen, media.object != nullptr) << row.why;
     }
 }
 
@@ -172,7 +172,7 @@ TEST(MediaChoice, AnEntryGoesOutWhole) {
     whole.description = "Film 720p";
     whole.extension = "FLV";
     whole.size = 5'000'000'000;
-    whole.page = {7, "page", "title", "referrer", "c=1", "agent"};
+    whole.page = {7, "page", "title", "referrer", "c=1", "agent", "http://h.example/"};
     const TransferRecord record = transferOf(whole);
     const std::string told[] = {record.url,      record.secondUrl, record.extraData, record.description,
                                 record.typeHint, record.pageUrl,   record.pageTitle, record.referrer,

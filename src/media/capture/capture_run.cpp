@@ -15,6 +15,7 @@ const EntryPage& CaptureRun::pageIdentity() const {
 MediaEntry CaptureRun::entry() const {
     MediaEntry entry;
     entry.page = pageIdentity();
+    entry.page.namedBy = context_.url;
     return entry;
 }
 

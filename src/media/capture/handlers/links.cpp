@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <utility>
 
 #include "binding/text.h"
 #include "media/capture/handlers/handlers.h"
@@ -33,6 +34,13 @@ std::size_t addressLength(std::string_view text) noexcept {
     return text.size();
 }
 
+/// An entry that the body names as a page names its links.
+MediaEntry linkedEntry(std::string link, const CaptureRun& run) {
+    MediaEntry entry = run.plainEntry(std::move(link));
+    entry.page.referrer = run.context().url;
+    return entry;
+}
+
 /// How long the scheme is that `text` ends with; 0: none.
 std::size_t schemeLength(std::string_view text) noexcept {
     const auto scheme = std::ranges::find_if(
@@ -50,7 +58,7 @@ void offerLinkText(std::string_view body, CaptureRun& run) {
         const std::size_t rest = scheme == 0 ? 0 : addressLength(text.substr(behind));
         const std::string_view link = text.substr(mark - scheme, scheme + kSchemeMark.size() + rest);
         text.remove_prefix(behind + rest);
-        if (rest != 0 && !run.offer(run.plainEntry(std::string(link)))) return;
+        if (rest != 0 && !run.offer(linkedEntry(std::string(link), run))) return;
     }
 }
 
@@ -61,7 +69,7 @@ void offerPage(std::string_view body, CaptureRun& run) {
     parser.finish();
     for (const PageLink& source : parser.mediaSources()) {
         if (!source.playable || !isMediaExtension(extensionOf(lastSegmentOf(source.url)))) continue;
-        if (!run.offer(run.plainEntry(withoutRange(source.url)))) return;
+        if (!run.offer(linkedEntry(withoutRange(source.url), run))) return;
     }
 }
 
