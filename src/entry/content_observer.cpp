@@ -10,6 +10,7 @@
 #include "entry/registry_settings.h"
 #include "intercept/channel.h"
 #include "intercept/decision.h"
+#include "intercept/load_types.h"
 #include "intercept/post_body.h"
 #include "media/capture/media_capture.h"
 #include "page/handed_over.h"
@@ -37,6 +38,8 @@ bool isResponseTopic(std::string_view topic) noexcept {
         if (topic == known) return true;
     return false;
 }
+
+HandedOver::Time now() { return std::chrono::steady_clock::now(); }
 
 /// On the first start in this browser without a download manager, the user is told once.
 void registerBrowserOnce() {
@@ -161,19 +164,21 @@ void takeFtpRedirect(const Channel& channel, const std::string& from, const std:
     }
 }
 
-void examineRedirect(const Channel& channel, const std::string& url, const SettingsView& settings) {
+/// `failedBefore`: the download manager could not be told of this navigation, and is not asked again.
+void examineRedirect(const Channel& channel, const std::string& url, bool failedBefore,
+                     const SettingsView& settings) {
     const std::string location = channel.responseHeader("Location").value_or("");
     const Decision decision = decideRedirect(location, settings);
     if (decision.outcome == Outcome::transfer) {
         // A copy: the call dispatches messages, and the next notification may reuse the record that `url` lies
         // in.
-        takeFtpRedirect(channel, std::string(url), location, decision);
+        if (!failedBefore) takeFtpRedirect(channel, std::string(url), location, decision);
         return;
     }
     tell(decision);
-    if (decision.reason == Reason::redirectFollowed) {
-        followRedirect(url, location);
-    }
+    if (decision.reason != Reason::redirectFollowed) return;
+    followRedirect(url, location);
+    if (failedBefore) handedOver().redirected(channel.get(), url, resolveUrl(url, location), now());
 }
 
 /// The download manager has this download, and the browser goes on with it all the same.
@@ -228,11 +233,16 @@ nsresult ContentObserver::withChannel(nsISupports* subject, nsresult (ContentObs
 }
 
 nsresult ContentObserver::modify(const Channel& channel) {
-    if (handedOver().requestStarts(channel.get(), scratch_.url, std::chrono::steady_clock::now())) {
+    using State = HandedOver::State;
+    const std::uint32_t flags = channel.loadFlags();
+    const State state = (flags & kTopLevelLoad) == 0
+                            ? State::notYet
+                            : handedOver().loadStarts(channel.get(), scratch_.url, now());
+    if (state == State::made) {
         leaveToManager(channel);
         return NS_OK;
     }
-    const Decision decision = decideRequest({scratch_.url, channel.loadFlags()}, RegistrySettings{});
+    const Decision decision = decideRequest({scratch_.url, flags}, RegistrySettings{});
     if (decision.outcome == Outcome::cancel) {
         tell(decision);
         channel.cancel();
@@ -245,7 +255,7 @@ nsresult ContentObserver::modify(const Channel& channel) {
     if (const SharedListLock lock(OnTimeout::skip); lock)
         requestLists().requested.addRequest(std::move(request));
 
-    if (decision.outcome != Outcome::transfer) return NS_OK;
+    if (decision.outcome != Outcome::transfer || state == State::failed) return NS_OK;
     TransferRecord record;
     fillFromRequest(record, scratch_);
     fillFromPost(record, std::move(post));
@@ -260,9 +270,10 @@ nsresult ContentObserver::modify(const Channel& channel) {
 }
 
 nsresult ContentObserver::examine(const Channel& channel) {
-    const auto state = handedOver().stateOf(channel.get(), scratch_.url);
-    if (state == HandedOver::State::made) leaveToManager(channel);
-    if (state != HandedOver::State::notYet) return NS_OK;
+    using State = HandedOver::State;
+    const State state = handedOver().stateOf(channel.get(), scratch_.url);
+    if (state == State::made) leaveToManager(channel);
+    if (state == State::made || state == State::underWay) return NS_OK;
     std::uint32_t httpStatus = 0;
     if (const nsresult status = channel.readStatus(httpStatus); failed(status)) return status;
     switch (examinationOf(httpStatus)) {
@@ -270,20 +281,22 @@ nsresult ContentObserver::examine(const Channel& channel) {
             tell(decide(factsOf(scratch_, httpStatus, 0), RegistrySettings{}));
             dropRequestRecord(scratch_.url);
             break;
-        case Examination::redirect: examineRedirect(channel, scratch_.url, RegistrySettings{}); break;
-        case Examination::content: examineContent(channel, httpStatus); break;
+        case Examination::redirect:
+            examineRedirect(channel, scratch_.url, state == State::failed, RegistrySettings{});
+            break;
+        case Examination::content: examineContent(channel, httpStatus, state == State::failed); break;
     }
     return NS_OK;
 }
 
-void ContentObserver::examineContent(const Channel& channel, std::uint32_t httpStatus) {
+void ContentObserver::examineContent(const Channel& channel, std::uint32_t httpStatus, bool failedBefore) {
     channel.helper().VisitResponseHeaders(channel.get(), identity());
     const RegistrySettings settings;
     const ResponseFacts facts = factsOf(scratch_, httpStatus, channel.loadFlags());
-    const Decision decision = decide(facts, settings);
+    Decision decision = decide(facts, settings);
     if (decision.outcome == Outcome::transfer) {
-        take(channel, facts, decision);
-        return;
+        if (!failedBefore) return take(channel, facts, decision);
+        decision = afterFailedTransfer(facts, settings);
     }
     tell(decision);
     if (!isMediaOfPage(decision, facts.loadFlags, facts.url)) return;

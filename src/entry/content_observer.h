@@ -39,7 +39,8 @@ class ContentObserver final : public BrowserObject<ContentObserver, nsIObserver,
     nsresult withChannel(nsISupports* subject, nsresult (ContentObserver::*work)(const Channel&));
     nsresult modify(const Channel& channel);
     nsresult examine(const Channel& channel);
-    void examineContent(const Channel& channel, std::uint32_t httpStatus);
+    /// `failedBefore`: the download manager could not be told of this navigation, and is not asked again.
+    void examineContent(const Channel& channel, std::uint32_t httpStatus, bool failedBefore);
     void take(const Channel& channel, const ResponseFacts& scratchFacts, const Decision& decision);
 
     CapturedHeaders scratch_;

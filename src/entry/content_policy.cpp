@@ -55,8 +55,9 @@ std::int32_t answerNavigation(const PolicyQuestion& question) {
         decidePolicy({question.type, question.url, clicked, question.takesClicks}, RegistrySettings{});
     if (decision.outcome != Outcome::transfer) return kPolicyAccept;
     const TransferRecord record = transferOf(question, decision);
-    if (TransferSession().sendAsBrowser(record) != TransferResult::made) return kPolicyAccept;
-    handedOver().policyTransferred(record.url, std::chrono::steady_clock::now());
+    const bool made = TransferSession().sendAsBrowser(record) == TransferResult::made;
+    handedOver().policyTried(record.url, made, std::chrono::steady_clock::now());
+    if (!made) return kPolicyAccept;
     writeDebuggerText("**********Policy transfer: " + sentenceOf(decision) + "\r\n");
     return kPolicyReject;
 }

@@ -14,22 +14,30 @@ void HandedOver::policyAsked(std::string_view url) noexcept {
     });
 }
 
-void HandedOver::policyTransferred(std::string_view url, Time now) {
-    add({nullptr, std::string(withoutFragment(url)), now, State::made});
+void HandedOver::policyTried(std::string_view url, bool made, Time now) {
+    add({nullptr, std::string(withoutFragment(url)), now, made ? State::made : State::failed});
 }
 
 void HandedOver::channelStarts(const nsISupports* channel) noexcept {
     std::erase_if(navigations_, [&](const Navigation& navigation) { return navigation.channel == channel; });
 }
 
-bool HandedOver::requestStarts(const nsISupports* channel, std::string_view url, Time now) noexcept {
+HandedOver::State HandedOver::loadStarts(const nsISupports* channel, std::string_view url, Time now) noexcept {
     std::erase_if(navigations_, [&](const Navigation& navigation) {
         return navigation.channel == nullptr && now - navigation.at > kPatience;
     });
     const auto found = find(nullptr, url);
-    if (found == navigations_.end()) return false;
+    if (found == navigations_.end()) return State::notYet;
     found->channel = channel;
-    return true;
+    return found->state;
+}
+
+void HandedOver::redirected(const nsISupports* channel, std::string_view url, std::string_view location,
+                            Time now) {
+    const auto found = find(channel, url);
+    if (found == navigations_.end()) return;
+    navigations_.erase(found);
+    add({nullptr, std::string(withoutFragment(location)), now, State::failed});
 }
 
 void HandedOver::begins(const nsISupports* channel, std::string_view url) {
@@ -38,12 +46,7 @@ void HandedOver::begins(const nsISupports* channel, std::string_view url) {
 
 void HandedOver::ends(const nsISupports* channel, std::string_view url, bool made) noexcept {
     const auto found = find(channel, url);
-    if (found == navigations_.end()) return;
-    if (made) {
-        found->state = State::made;
-    } else {
-        navigations_.erase(found);
-    }
+    if (found != navigations_.end()) found->state = made ? State::made : State::failed;
 }
 
 HandedOver::State HandedOver::stateOf(const nsISupports* channel, std::string_view url) noexcept {

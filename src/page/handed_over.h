@@ -1,10 +1,11 @@
-// Which navigations the download manager has already, so that none is handed over twice.
+// Which navigations the download manager was asked to take already, so that none is handed over twice, and one
+// that it could not be told of is not tried again.
 //
 // One navigation passes several hooks: the content policy knows its address only; the request, and the response
-// in its three forms, know its channel. What the policy handed over is matched by address, once, by the next
-// request that starts soon after; from then on, and for what is handed over later, the channel says which
-// navigation it is. Whatever starts anew (the policy asked again, another request) is another navigation and is
-// handed over again.
+// in its three forms, know its channel. What the policy tried is matched by address, once, by the next
+// top-level load that starts soon after; from then on, and for what is tried later, the channel says which
+// navigation it is. A redirect leads to another channel, which is matched like that too. Whatever starts anew
+// (the policy asked again, another request) is another navigation and is tried again.
 //
 // For the browser's main thread. Channels are compared, never called.
 #pragma once
@@ -24,7 +25,7 @@ class HandedOver {
   public:
     using Time = std::chrono::steady_clock::time_point;
 
-    /// A navigation that the policy refused, but the browser makes all the same, starts within this time.
+    /// What was tried without a channel goes on as a request within this time.
     static constexpr std::chrono::seconds kPatience{5};
     /// More than are ever under way, in number and in bytes of their addresses; beyond either the oldest are
     /// forgotten. The newest always stays: the browser's own limit for one address is 1 MiB.
@@ -33,19 +34,23 @@ class HandedOver {
 
     /// The policy is asked about a load of `url`: a new navigation, whatever was before.
     void policyAsked(std::string_view url) noexcept;
-    /// And handed it over, with the transfer ending at `now`.
-    void policyTransferred(std::string_view url, Time now);
+    /// And tried to hand it over, with the transfer ending at `now`.
+    void policyTried(std::string_view url, bool made, Time now);
 
     /// A channel is new, whatever stood at its address before. To be called before anything about it can fail.
     void channelStarts(const nsISupports* channel) noexcept;
-    /// A request starts, and `channel` stands for it from now on; true when the policy handed it over.
-    [[nodiscard]] bool requestStarts(const nsISupports* channel, std::string_view url, Time now) noexcept;
-
     enum class State : std::uint8_t {
         notYet,
         underWay,  // the call into the download manager, which may bring the next notification, has not ended
         made,
+        failed,  // the user is told: the browser keeps it
     };
+    /// A top-level document load starts, and `channel` stands for it from now on; gives what was tried before.
+    [[nodiscard]] State loadStarts(const nsISupports* channel, std::string_view url, Time now) noexcept;
+
+    /// A navigation that failed goes on as a load of `location`.
+    void redirected(const nsISupports* channel, std::string_view url, std::string_view location, Time now);
+
     /// The request or its response is being handed over; ends() says how that went.
     void begins(const nsISupports* channel, std::string_view url);
     void ends(const nsISupports* channel, std::string_view url, bool made) noexcept;
@@ -53,9 +58,9 @@ class HandedOver {
 
   private:
     struct Navigation {
-        const nsISupports* channel;  // null: from the policy, and no request of it was seen
+        const nsISupports* channel;  // null: no request of it was seen yet
         std::string url;             // without its fragment
-        Time at;                     // of the policy's transfer
+        Time at;                     // since when it is without a channel
         State state;
     };
     using Navigations = std::vector<Navigation>;  // oldest first; takes no memory while it is empty

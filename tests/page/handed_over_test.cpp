@@ -22,21 +22,21 @@ constexpr const char* kUrl = "http://h/a";
 
 TEST(HandedOver, ANavigationOfThePolicyIsOneRequest) {
     HandedOver record;
-    record.policyTransferred(kUrl, kNow);
-    EXPECT_FALSE(record.requestStarts(channel(0), "http://h/b", kNow)) << "another address";
-    EXPECT_TRUE(record.requestStarts(channel(1), "http://h/a#x", kNow))
+    record.policyTried(kUrl, true, kNow);
+    EXPECT_EQ(record.loadStarts(channel(0), "http://h/b", kNow), State::notYet) << "another address";
+    EXPECT_EQ(record.loadStarts(channel(1), "http://h/a#x", kNow), State::made)
         << "a fragment makes no other navigation";
     EXPECT_EQ(record.stateOf(channel(1), kUrl), State::made) << "and no response of it is taken again";
-    EXPECT_FALSE(record.requestStarts(channel(2), kUrl, kNow)) << "the page asks again";
+    EXPECT_EQ(record.loadStarts(channel(2), kUrl, kNow), State::notYet) << "the page asks again";
 }
 
 TEST(HandedOver, WhatThePolicyIsAskedAnewIsANewNavigation) {
     HandedOver record;
-    record.policyTransferred(kUrl, kNow);
+    record.policyTried(kUrl, true, kNow);
     record.policyAsked(kUrl);
-    EXPECT_FALSE(record.requestStarts(channel(0), kUrl, kNow)) << "this time it let the browser";
-    record.policyTransferred(kUrl, kNow);
-    EXPECT_FALSE(record.requestStarts(channel(0), kUrl, kNow + HandedOver::kPatience + seconds(1)))
+    EXPECT_EQ(record.loadStarts(channel(0), kUrl, kNow), State::notYet) << "this time it let the browser";
+    record.policyTried(kUrl, true, kNow);
+    EXPECT_EQ(record.loadStarts(channel(0), kUrl, kNow + HandedOver::kPatience + seconds(1)), State::notYet)
         << "too late to be the refused one";
 }
 
@@ -54,7 +54,17 @@ TEST(HandedOver, AChannelIsHandedOverOnceUntilItServesAgain) {
 
     record.begins(channel(0), kUrl);
     record.ends(channel(0), kUrl, false);
-    EXPECT_EQ(record.stateOf(channel(0), kUrl), State::notYet) << "a transfer that failed is none";
+    EXPECT_EQ(record.stateOf(channel(0), kUrl), State::failed) << "which is not tried again";
+}
+
+TEST(HandedOver, AFailedNavigationStaysSoWhereverItLeads) {
+    HandedOver record;
+    record.policyTried(kUrl, false, kNow);
+    EXPECT_EQ(record.loadStarts(channel(0), kUrl, kNow), State::failed);
+    record.redirected(channel(0), kUrl, "http://h/b#x", kNow);
+    EXPECT_EQ(record.loadStarts(channel(1), "http://h/b", kNow), State::failed) << "on the redirect's channel";
+    EXPECT_EQ(record.stateOf(channel(1), "http://h/b"), State::failed);
+    EXPECT_EQ(record.loadStarts(channel(2), "http://h/b", kNow), State::notYet) << "asked for anew";
 }
 
 TEST(HandedOver, RemembersABoundedNumber) {
