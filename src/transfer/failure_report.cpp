@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "binding/pieces.h"
 #include "binding/text.h"
 
 namespace zab {
@@ -21,6 +22,13 @@ constexpr std::string_view kNotRegisteredText =
 
 constexpr std::string_view kRunsAsAdministrator = "RUNASADMIN";
 constexpr std::string_view kBlankLine = "\r\n\r\n";
+
+/// In a list such as "~ RUNASADMIN HIGHDPIAWARE".
+bool hasWord(std::string_view list, std::string_view word) noexcept {
+    for (const std::string_view piece : piecesOf(list, ' '))
+        if (piece == word) return true;
+    return false;
+}
 
 std::string upperHex(std::uint32_t value) {
     char digits[8];
@@ -51,9 +59,22 @@ FailureBox failureBoxFor(std::uint32_t status, const FailureReportFacts& facts, 
     using Kind = FailureBox::Kind;
     if (status == transfer_failure::kMissingAtStart) return {Kind::question, std::string(kMissingAtStartText)};
     if (!facts.exePath) return {Kind::question, std::string(kNotInstalledText)};
-    if (facts.compatibilityLayer == kRunsAsAdministrator)
+    if (hasWord(facts.compatibilityLayer, kRunsAsAdministrator))
         return {Kind::information, std::string(texts[TextId::managerRunsElevated].view())};
     return {Kind::information, messageFor(status, texts)};
+}
+
+bool SharedBox::opens(Time now) noexcept {
+    const std::lock_guard hold(mutex_);
+    if (open_ > 0 && now - told_ < kTogether) return false;
+    ++open_;
+    told_ = now;
+    return true;
+}
+
+void SharedBox::closed() noexcept {
+    const std::lock_guard hold(mutex_);
+    --open_;
 }
 
 }  // namespace zab

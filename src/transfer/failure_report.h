@@ -3,7 +3,9 @@
 // Texts are UTF-8. Facts in, a box out; showing it is the edge's work.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,7 +29,7 @@ inline constexpr std::uint32_t kNoCallsNow = 0x8001010D;  // inside a message se
 
 struct FailureReportFacts {
     std::optional<std::string> exePath;  // the download manager's program; absent: it is not installed
-    std::string compatibilityLayer;      // the system's setting for that program; empty: none
+    std::string compatibilityLayer;      // the system's settings for that program, blank-separated words
 };
 
 struct FailureBox {
@@ -41,6 +43,23 @@ struct FailureBox {
 };
 
 FailureBox failureBoxFor(std::uint32_t status, const FailureReportFacts& facts, const MessageTexts& texts);
+
+/// Failures that come together are told once: one that meets an open box, and comes soon after the failure that
+/// the box tells, is told by it. For any thread.
+class SharedBox {
+  public:
+    using Time = std::chrono::steady_clock::time_point;
+    static constexpr std::chrono::seconds kTogether{5};
+
+    /// A failure happens; false when the open box tells it. Else the caller opens a box and closes it.
+    [[nodiscard]] bool opens(Time now) noexcept;
+    void closed() noexcept;
+
+  private:
+    std::mutex mutex_;
+    int open_ = 0;
+    Time told_{};  // when the newest box's failure happened
+};
 
 /// Whether a call to the download manager failed on its way (its process died, the connection is gone) and so
 /// was not made: a code of the RPC facility, or an RPC error of the system. What the download manager itself

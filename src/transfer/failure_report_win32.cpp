@@ -4,6 +4,7 @@
 #include <shellapi.h>
 
 #include "binding/guard.h"
+#include "binding/never_destroyed.h"
 #include "binding/this_module_win32.h"
 #include "binding/utf.h"
 #include "settings/settings_store.h"
@@ -32,6 +33,16 @@ void show(const FailureBox& box) {
         ShellExecuteA(nullptr, "open", kInstallationPage, nullptr, nullptr, SW_SHOWNORMAL);
 }
 
+SharedBox& sharedBox() noexcept {
+    static NeverDestroyed<SharedBox> box;
+    return box.get();
+}
+
+void reportTransferFailure(void* status) {
+    ReportTransferFailure(status);
+    sharedBox().closed();
+}
+
 void tellNoLinksFound(void*) { tell(messageTexts()[TextId::noLinksFound].view(), kFailureBoxTitle); }
 
 void tellNoMediaFound(void*) {
@@ -50,11 +61,16 @@ DWORD WINAPI ReportTransferFailure(void* status) noexcept {
 }
 
 void startTransferFailureReport(std::uint32_t status) noexcept {
-    startThread(moduleThread<ReportTransferFailure>,
-                reinterpret_cast<void*>(static_cast<std::uintptr_t>(status)));
+    if (!sharedBox().opens(std::chrono::steady_clock::now())) return;
+    if (startThread(moduleThread<reportTransferFailure>,
+                    reinterpret_cast<void*>(static_cast<std::uintptr_t>(status))) == 0)
+        sharedBox().closed();
 }
 
-void reportMissingManagerAtStart() noexcept { startTransferFailureReport(transfer_failure::kMissingAtStart); }
+void reportMissingManagerAtStart() noexcept {
+    constexpr void* kStatus = nullptr;  // as ReportTransferFailure takes kMissingAtStart
+    startThread(moduleThread<ReportTransferFailure>, kStatus);
+}
 
 void reportNoCallsNow() noexcept { startTransferFailureReport(transfer_failure::kNoCallsNow); }
 

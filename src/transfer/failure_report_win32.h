@@ -11,7 +11,8 @@ namespace zab {
 /// pointer's place; 0 says at start-up that the download manager is missing.
 DWORD WINAPI ReportTransferFailure(void* status) noexcept;
 
-/// Runs `ReportTransferFailure` and does not wait for it. Without a thread there is no report.
+/// Runs `ReportTransferFailure` and does not wait for it, unless an open box tells this failure (see
+/// SharedBox). Without a thread there is no report.
 void startTransferFailureReport(std::uint32_t status) noexcept;
 
 }  // namespace zab

@@ -35,10 +35,11 @@ TEST(FailureReport, SaysWhatWentWrongInItsOwnWords) {
           "download and install Zabrion?"},
          "not installed, whatever the error"},
         {0x80040154, {kExe, "RUNASADMIN"}, {Kind::information, "elevated"}, "that text and nothing else"},
+        {0x80080005, {kExe, "~ RUNASADMIN"}, {Kind::information, "elevated"}, "one word of several"},
         {0x80080005,
-         {kExe, "~ RUNASADMIN"},
+         {kExe, "NORUNASADMIN RUNASADMINS"},
          {Kind::information, "failed \xC3\xA9\r\nError 0x80080005"},
-         "another layer text is another setting"},
+         "other words"},
         {0x800702E4,
          {kExe, ""},
          {Kind::information, "failed \xC3\xA9\r\n\r\nprivileges\r\n\r\nbrowser"},
@@ -63,6 +64,18 @@ TEST(FailureReport, SaysWhatWentWrongInItsOwnWords) {
             "failed \xC3\xA9\r\n\r\nThe required ZAB components are not registered/found. Please reinstall "
             "Zabrion with Administrator rights")
             << std::hex << status;
+}
+
+TEST(FailureReport, FailuresThatComeTogetherShareABox) {
+    SharedBox box;
+    const SharedBox::Time now{};
+    EXPECT_TRUE(box.opens(now));
+    EXPECT_FALSE(box.opens(now + SharedBox::kTogether / 2)) << "the open box tells it";
+    EXPECT_TRUE(box.opens(now + SharedBox::kTogether)) << "much later, while nobody is there to answer";
+    box.closed();
+    EXPECT_FALSE(box.opens(now + SharedBox::kTogether)) << "one is still open";
+    box.closed();
+    EXPECT_TRUE(box.opens(now + SharedBox::kTogether)) << "the user has answered";
 }
 
 TEST(FailureReport, TellsAFailureOnTheWayFromAnAnswer) {
