@@ -1,12 +1,15 @@
 #include "entry/commands.h"
 
+#include <deque>
+#include <memory>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "binding/browser_string.h"
 #include "binding/browser_text_win32.h"
 #include "binding/utf.h"
 #include "page/media_pages.h"
+#include "page/platform.h"
 #include "settings/shared_list_lock.h"
 #include "transfer/transfer.h"
 #include "ui/media_choice.h"
@@ -27,31 +30,39 @@ TransferRecord recordOf(const std::string& page, const std::string& cookies) {
     return record;
 }
 
-/// Whether the user's command went through; when no call can be made just now, nobody has told the user yet.
-bool sent(TransferResult result) noexcept {
-    if (result == TransferResult::retryLater) reportNoCallsNow();
-    return result == TransferResult::made;
+/// The transfers of one command.
+struct Batch {
+    std::deque<TransferRecord> left;
+    std::size_t made = 0;
+    int repeats = 0;  // of the first one that is left
+};
+
+/// Sends one after the other, up to the first that is not made. When no call can be made just now, the rest is
+/// tried again from the browser's message loop.
+nsresult send(const std::shared_ptr<Batch>& batch) {
+    TransferSession session;
+    for (; !batch->left.empty(); batch->left.pop_front()) {
+        const TransferResult result = session.sendAsBrowser(batch->left.front());
+        if (result == TransferResult::retryLater) {
+            if (batch->repeats++ < kMostRetries && runSoon([batch] { send(batch); })) return NS_OK;
+            reportNoCallsNow();
+        }
+        if (result != TransferResult::made) break;
+        ++batch->made;
+        batch->repeats = 0;
+    }
+    return batch->made > 0 ? NS_OK : NS_ERROR_FAILURE;
 }
 
-/// Hands the links over one by one; how many arrived.
-std::size_t sendAll(const CLinksArray& links, const std::string& pageUrl, const std::string& cookies) {
-    TransferSession session;
-    TransferRecord record = recordOf(pageUrl, cookies);
-    record.pageUrl = pageUrl;
-    std::size_t count = 0;
-    for (const PageLink& link : links) {
-        record.url = link.url;
-        if (!sent(session.sendAsBrowser(record))) break;
-        ++count;
-    }
-    return count;
+nsresult send(std::deque<TransferRecord> records) {
+    return send(std::make_shared<Batch>(Batch{std::move(records)}));
 }
 
 /// Copies: no lock is held while they are sent.
-std::vector<TransferRecord> newestOf(DocumentId document, std::size_t most) {
+std::deque<TransferRecord> newestOf(DocumentId document, std::size_t most) {
     const SharedListLock lock(OnTimeout::skip);
     const auto* page = lock ? mediaPages().find(document) : nullptr;
-    return page != nullptr ? newestTransfers(page->media.entries(), most) : std::vector<TransferRecord>{};
+    return page != nullptr ? newestTransfers(page->media.entries(), most) : std::deque<TransferRecord>{};
 }
 
 }  // namespace
@@ -62,32 +73,31 @@ nsresult downloadLink(const nsAString* url, const nsAString* referrer, const nsA
     record.url = utf8(url);
     record.description = utf8(description);
     record.flags = transfer_flags::kLinkCommand;
-    return sent(TransferSession().sendAsBrowser(record)) ? NS_OK : NS_ERROR_FAILURE;
+    return send({std::move(record)});
 }
 
 nsresult downloadAll(const nsAString* markup, const nsAString* pageUrl, const nsAString* cookies) {
     CLinksArray links;
-    harvestPage(utf8(markup), utf8(pageUrl), links);
+    const std::string page = utf8(pageUrl);
+    harvestPage(utf8(markup), page, links);
     if (links.count() == 0) {
         reportNoLinksFound();
         return NS_ERROR_FAILURE;
     }
-    return sendAll(links, utf8(pageUrl), narrow(cookies)) > 0 ? NS_OK : NS_ERROR_FAILURE;
+    TransferRecord record = recordOf(page, narrow(cookies));
+    record.pageUrl = page;
+    std::deque<TransferRecord> records;
+    for (const PageLink& link : links) records.emplace_back(record).url = link.url;
+    return send(std::move(records));
 }
 
 nsresult downloadNewestMedia(const nsAString* documentId, std::size_t most) {
-    std::vector<TransferRecord> transfers = newestOf(documentIdOf(viewOf(documentId)), most);
+    std::deque<TransferRecord> transfers = newestOf(documentIdOf(viewOf(documentId)), most);
     if (transfers.empty()) {
         reportNoMediaFound();
         return NS_ERROR_FAILURE;
     }
-    TransferSession session;
-    std::size_t count = 0;
-    for (const TransferRecord& record : transfers) {
-        if (!sent(session.sendAsBrowser(record))) break;
-        ++count;
-    }
-    return count > 0 ? NS_OK : NS_ERROR_FAILURE;
+    return send(std::move(transfers));
 }
 
 }  // namespace zab

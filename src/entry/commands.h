@@ -1,7 +1,9 @@
 // The commands of the extension's menus: one link, all links of a page, or its newest media, for the download
 // manager.
 //
-// Texts are the browser's own strings and are copied before the first call into the download manager.
+// Texts are the browser's own strings and are copied before the first call into the download manager. Where no
+// call can be made just now, the rest of a command is tried again from the browser's message loop, three times
+// for each transfer, before the user is told; it counts as going through.
 #pragma once
 
 #include <cstddef>

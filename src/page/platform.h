@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,6 +26,10 @@ std::optional<ScreenPoint> cursorPosition() noexcept;
 
 /// Asks a window to close and waits for its answer; nothing happens when it is gone already.
 void closeWindow(WindowHandle window) noexcept;
+
+/// Runs `work` soon from the message loop of the browser's main thread, which calls this; false: it will not
+/// run. What it throws is swallowed.
+bool runSoon(std::function<void()> work);
 
 /// Tells processes that the browser starts from now on that the integration works here.
 void announceIntegration() noexcept;

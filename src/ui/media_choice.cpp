@@ -90,8 +90,8 @@ TransferRecord transferOf(const MediaEntry& entry) {
     return record;
 }
 
-std::vector<TransferRecord> newestTransfers(std::span<const MediaEntry> entries, std::size_t most) {
-    std::vector<TransferRecord> transfers;
+std::deque<TransferRecord> newestTransfers(std::span<const MediaEntry> entries, std::size_t most) {
+    std::deque<TransferRecord> transfers;
     for (std::size_t left = entries.size(); left > 0 && transfers.size() < most; --left) {
         TransferRecord& record = transfers.emplace_back(transferOf(entries[left - 1]));
         if (equalsIgnoringCase(record.typeHint, kFlvExtension)) record.typeHint = kFlvExtension;

@@ -23,7 +23,7 @@ namespace zab {
 TransferRecord transferOf(const MediaEntry& entry);
 
 /// The newest entries, the newest first; FLV is told as "flv" however the page writes it.
-std::vector<TransferRecord> newestTransfers(std::span<const MediaEntry> entries, std::size_t most);
+std::deque<TransferRecord> newestTransfers(std::span<const MediaEntry> entries, std::size_t most);
 
 /// Where a choice is looked up.
 struct ChoiceLists {

@@ -36,6 +36,8 @@ std::wstring programPath() {
     return path;
 }
 
+bool isMute() { return numberOf(L"TestbedMute", 0) != 0; }
+
 Behaviour readBehaviour() {
     Behaviour behaviour;
     behaviour.logFile = textOf(L"TestbedLog");

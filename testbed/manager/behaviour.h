@@ -18,6 +18,9 @@ struct Behaviour {
 
 Behaviour readBehaviour();
 
+/// "TestbedMute": a started process never registers its class.
+bool isMute();
+
 /// Full path of this program.
 std::wstring programPath();
 

@@ -191,6 +191,10 @@ void stopServer() {
 
 int serve() {
     if (FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED))) return 1;
+    if (isMute()) {
+        Sleep(60000);  // longer than anybody waits for it
+        return 1;
+    }
     static Factory factory;
     const HRESULT status = CoRegisterClassObject(__uuidof(LinkTransmitter), &factory, CLSCTX_LOCAL_SERVER,
                                                  REGCLS_MULTIPLEUSE, &g_registration);

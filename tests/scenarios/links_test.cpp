@@ -3,6 +3,7 @@
 
 #include "browser/browser.h"
 #include "browser/desktop.h"
+#include "browser/hands.h"
 #include "scenarios/import_hook.h"
 #include "transfer/manager_process_win32.h"
 
@@ -170,7 +171,9 @@ TEST_F(Links, AForcedNavigationIsHandedOverOnce) {
     EXPECT_EQ(asksPolicy(kDocument, "http://site.example/view?id=1"), kReject);
     EXPECT_EQ(manager.received(0)["flags"], 0x804);
     EXPECT_EQ(manager.received(0)["referrer"], kPage);
-    // A browser that goes on all the same.
+    // A browser that goes on all the same, behind a picture of the same address.
+    EXPECT_FALSE(
+        browser.requests({.url = "http://site.example/view?id=1", .loadFlags = kEmbedded}).cancelled());
     const auto& channel = goesOn("http://site.example/view?id=1");
     EXPECT_TRUE(channel.cancelled());
     // The user asks again, and then a page asks without the policy.
@@ -180,6 +183,36 @@ TEST_F(Links, AForcedNavigationIsHandedOverOnce) {
     EXPECT_EQ(manager.received(1)["url"], "http://site.example/view?id=1");
     EXPECT_EQ(manager.received(2)["url"], "http://site.example/view?id=1");
     EXPECT_EQ(manager.received(3)["url"], "http://site.example/last") << "and nothing came in between";
+}
+
+TEST_F(Links, AForcedNavigationThatFailsIsTriedOnceAndToldOnce) {
+    const struct {
+        bool registered;
+        DWORD mute, answer;
+        const char* why;
+    } rows[] = {
+        {false, 0, 0, "there is none"},
+        {true, 1, 0, "it starts and is never ready"},
+        {true, 0, static_cast<DWORD>(RPC_E_SERVERCALL_RETRYLATER), "it is busy"},
+        {true, 0, static_cast<DWORD>(RPC_E_CANTCALLOUT_ININPUTSYNCCALL), "no call can be made now"},
+    };
+    static constexpr HookedImport kConnects[] = {{"CoCreateInstance", kCannotFail}};
+    const ImportHook hook(browser, kConnects);
+    const HeldKeys keys({VK_CONTROL});
+    for (const auto& row : rows) {
+        ASSERT_TRUE(manager.isRegistered(false));  // none is running
+        ASSERT_TRUE(manager.isRegistered(row.registered));
+        manager.set("TestbedMute", row.mute);
+        manager.set("TestbedAnswer", row.answer);
+        browser.faults().none();
+        EXPECT_FALSE(forces("http://site.example/view").cancelled()) << row.why;
+        EXPECT_EQ(browser.faults().countOf("CoCreateInstance"), 1u) << row.why;
+        const bool told = row.answer != static_cast<DWORD>(RPC_E_CANTCALLOUT_ININPUTSYNCCALL);
+        EXPECT_EQ(answerMessageBox(IDOK, std::chrono::milliseconds(told ? 10'000 : 300)).has_value(), told)
+            << row.why;
+        EXPECT_FALSE(messageBoxIsOpen()) << row.why;
+    }
+    ASSERT_TRUE(manager.isRegistered(true));
 }
 
 TEST_F(Links, AResponseIsHandedOverOnceInAllItsForms) {
@@ -208,6 +241,23 @@ TEST_F(Links, ThePolicyTellsTheDebuggerWhoseRequestItIs) {
     browser.takesDebugLines();
     EXPECT_EQ(asksPolicy(kObject, "http://site.example/a.swf", "application/x-shockwave-flash"), kAccept);
     EXPECT_EQ(browser.takesDebugLines(), std::vector<std::string>{"********** docID=17"});
+}
+
+TEST_F(Links, ACommandThatCannotCallNowIsRepeated) {
+    static constexpr HookedImport kConnects[] = {
+        {"CoCreateInstance", static_cast<std::uint32_t>(RPC_E_CANTCALLOUT_ININPUTSYNCCALL)}};
+    const ImportHook hook(browser, kConnects);
+    browser.faults().failNth(1, "CoCreateInstance");
+    EXPECT_EQ(downloadsAll(u"<a href=1><a href=2>"), NS_OK) << "it goes on";
+    EXPECT_EQ(manager.count(), 0u);
+    EXPECT_EQ(meanwhile([&] { return manager.received(1); })["url"], "http://site.example/dir/2");
+    EXPECT_EQ(browser.faults().countOf("CoCreateInstance"), 2u);
+    EXPECT_FALSE(messageBoxIsOpen());
+
+    browser.faults().failAll("CoCreateInstance");
+    EXPECT_EQ(downloadsAll(u"<a href=1>"), NS_OK);
+    EXPECT_TRUE(meanwhile([] { return answerMessageBox(IDOK); })) << "there is no end of it";
+    EXPECT_EQ(browser.faults().countOf("CoCreateInstance"), 4u);
 }
 
 TEST_F(Links, ABatchEndsWithItsConnectionAndIsToldOnce) {

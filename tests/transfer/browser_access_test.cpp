@@ -1,5 +1,6 @@
 #include "transfer/browser_access.h"
 
+#include "binding/browser_thread.h"
 #include "page/passwords.h"
 #include "page/user_agent.h"
 #include "transfer/ascii_host.h"
@@ -18,6 +19,7 @@ using namespace testing;
 
 TEST(BrowserAccess, AsksAsTheBrowserWould) {
     passwords().remember("https://files.example/", {"u", "p"});
+    noteBrowserThread();
     noteUserAgent("Agent/1");
     const struct {
         const char *found, *second, *page, *known, *knownFrom;
@@ -72,6 +74,7 @@ TEST(BrowserAccess, OfABatchReadsTheJarOnce) {
     std::vector<Facts> cookies(kCookies);
     for (std::size_t i = 0; i < kCookies; ++i) cookies[i].host = "h" + std::to_string(i % 1500) + ".example";
     FakeJar jar(std::move(cookies));
+    noteBrowserThread();
     FakeCookie::calls = 0;
     const std::size_t bytes = inBrowserWith(jar, [] {
         BrowserAccess access;

@@ -78,7 +78,7 @@ class ManagerProcess {
 
     static void forget() {
         for (const char* name :
-             {"TestbedLog", "TestbedDownload", "TestbedDie", "TestbedHangMs", "TestbedAnswer", "ExePath"})
+             {"TestbedLog", "TestbedDownload", "TestbedDie", "TestbedHangMs", "TestbedAnswer", "TestbedMute", "ExePath"})
             RegDeleteKeyValueA(HKEY_CURRENT_USER, kKey, name);
         RegDeleteTreeA(HKEY_CURRENT_USER, kLayers);
     }
