@@ -36,9 +36,9 @@ constexpr std::string_view kLinkTextTypes[] = {
     "audio/x-scpls", "audio/x-pn-realaudio", "video/x-ms-asf", "video/x-ms-wvx", "audio/x-ms-wax",
 };
 constexpr std::string_view kHlsTypes[] = {
-    "audio/mpegurl",
-    "application/x-mpegURL",
-    "application/vnd.apple.mpegurl",
+    "audio/mpegurl",   "application/x-mpegURL", "application/vnd.apple.mpegurl",
+    "audio/x-mpegurl", "application/mpegurl",   "video/x-mpegurl",
+    "video/mpegurl",
 };
 constexpr std::string_view kDashTypes[] = {"application/dash+xml", "video/vnd.mpeg.dash.mpd"};
 /// What a page is made of, and what a sniffer for media cannot tell more about.

@@ -39,6 +39,8 @@ struct MediaEntry {
     std::uint32_t width = 0;     // pixels
     std::uint32_t height = 0;
     std::uint32_t bitrate = 0;  // bits per second
+    /// An HLS playlist of segments that no master playlist has named so far.
+    bool isBarePlaylist = false;
     EntryPage page;
 };
 
@@ -53,7 +55,7 @@ constexpr bool isMediaExtension(std::string_view extension) noexcept {
     return isOneOfIgnoringCase(extension, kMediaExtensions);
 }
 
-inline constexpr std::string_view kFlvExtension = "flv";
+inline constexpr std::string_view kFlvExtension = "flv", kMp4Extension = "mp4", kTsExtension = "ts";
 inline constexpr std::string_view kAudioExtensions[] = {"mp3", "wav", "m4a", "aac", "ra", "rm", "wma"};
 
 constexpr bool isAudioExtension(std::string_view extension) noexcept {

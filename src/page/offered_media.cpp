@@ -4,9 +4,7 @@
 #include <functional>
 #include <utility>
 
-#include "binding/text.h"
 #include "page/media_entry.h"
-#include "web/url.h"
 
 namespace zab {
 namespace {
@@ -37,15 +35,47 @@ void fillIn(Number& known, Number told) noexcept {
     if (known == 0) known = told;
 }
 
-std::string_view directoryOf(std::string_view url) noexcept {
-    const std::string_view path = beforeQuery(url);
-    return path.substr(0, path.rfind('/') + 1);  // npos + 1 is 0
-}
+bool isStream(const MediaEntry& entry) noexcept { return addressOf(entry.link).size() != entry.link.size(); }
 
 }  // namespace
 
+std::size_t OfferedMedia::bareAt(std::string_view address) const noexcept {
+    const auto found = std::ranges::find_if(entries_, [address](const MediaEntry& entry) {
+        return entry.isBarePlaylist && addressOf(entry.link) == address;
+    });
+    return static_cast<std::size_t>(found - entries_.begin());
+}
+
+void OfferedMedia::replace(std::size_t index, MediaEntry entry) {
+    MediaEntry& held = entries_[index];
+    fillIn(entry.size, held.size);
+    fillIn(entry.duration, held.duration);
+    if (held.extension == kMp4Extension) entry.extension = held.extension;
+    entryBytes_ = entryBytes_ - textBytesOf(held) + textBytesOf(entry);
+    hashes_[index] = hashOf(entry);
+    held = std::move(entry);
+}
+
+void OfferedMedia::remove(std::size_t index) noexcept {
+    entryBytes_ -= textBytesOf(entries_[index]);
+    entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
+    hashes_.erase(hashes_.begin() + static_cast<std::ptrdiff_t>(index));
+}
+
+bool OfferedMedia::makeRoom(const MediaEntry& entry) {
+    if (entries_.size() < kMostEntries) return true;
+    const auto plain = std::ranges::find_if_not(entries_, isStream);
+    if (!isStream(entry) || plain == entries_.end()) return false;
+    remove(static_cast<std::size_t>(plain - entries_.begin()));
+    return true;
+}
+
 void OfferedMedia::offer(MediaEntry entry) {
-    if (addressOf(entry.link).empty()) return;
+    const std::string_view address = addressOf(entry.link);
+    if (address.empty()) return;
+    if (isStream(entry) && !entry.isBarePlaylist)
+        if (const std::size_t bare = bareAt(address); bare != entries_.size())
+            return replace(bare, std::move(entry));
     const std::size_t hash = hashOf(entry);
     for (std::size_t i = 0; i < entries_.size(); ++i) {
         MediaEntry& held = entries_[i];
@@ -57,11 +87,29 @@ void OfferedMedia::offer(MediaEntry entry) {
         return;
     }
     const std::size_t bytes = textBytesOf(entry);
-    if (entries_.size() >= kMostEntries || bytes > kMostEntryBytes - entryBytes_) return;
+    if (bytes > kMostEntryBytes - entryBytes_ || !makeRoom(entry)) return;
     hashes_.reserve(hashes_.size() + 1);  // the two lists grow together or not at all
     entries_.push_back(std::move(entry));
     hashes_.push_back(hash);
     entryBytes_ += bytes;
+}
+
+bool OfferedMedia::learnFromPlaylist(std::string_view url, std::uint32_t duration, std::string_view extension) {
+    bool isPlayed = false;
+    for (MediaEntry& entry : entries_) {
+        if (!isStream(entry) || (addressOf(entry.link) != url && entry.secondUrl != url)) continue;
+        isPlayed = true;
+        fillIn(entry.duration, duration);
+        if (!extension.empty()) {
+            entryBytes_ = entryBytes_ - entry.extension.size() + extension.size();
+            entry.extension = extension;
+        }
+    }
+    return isPlayed;
+}
+
+void OfferedMedia::dropBarePlaylist(std::string_view url) noexcept {
+    if (const std::size_t bare = bareAt(url); bare != entries_.size()) remove(bare);
 }
 
 std::vector<MediaEntry> OfferedMedia::takeEntries() noexcept {
@@ -70,41 +118,9 @@ std::vector<MediaEntry> OfferedMedia::takeEntries() noexcept {
     return std::exchange(entries_, {});
 }
 
-bool OfferedMedia::holdsAddress(std::string_view url) const noexcept {
-    return std::ranges::any_of(entries_, [url](const MediaEntry& entry) {
-        return addressOf(entry.link) == url || entry.secondUrl == url;
-    });
-}
-
-bool OfferedMedia::holdsFragmentsOf(std::string_view streamBase) const noexcept {
-    return std::ranges::any_of(entries_, [streamBase](const MediaEntry& entry) {
-        if (!entry.link.starts_with(textOf(LinkScheme::hdsFragment))) return false;
-        const std::string_view held = addressOf(entry.link);
-        const std::string_view name = lastSegmentOf(held);
-        const auto fragment = name.find(kHdsFragmentPattern);
-        if (fragment == std::string_view::npos) return false;
-        return held.substr(0, static_cast<std::size_t>(name.data() - held.data()) + fragment) == streamBase;
-    });
-}
-
 void OfferedMedia::addCatalogue(std::unique_ptr<CYoutubeParser> catalogue) {
     if (catalogues_.size() >= kMostCatalogues) catalogues_.erase(catalogues_.begin());
     catalogues_.push_back(std::move(catalogue));
-}
-
-void OfferedMedia::addSegmentPlace(std::string_view segmentUrl) {
-    if (segmentUrl.size() > kLongestPlace) return;
-    SegmentPlace place{std::string(directoryOf(segmentUrl)), lowered(extensionOf(lastSegmentOf(segmentUrl)))};
-    if (std::ranges::find(segmentPlaces_, place) != segmentPlaces_.end()) return;
-    if (segmentPlaces_.size() >= kMostSegmentPlaces) segmentPlaces_.erase(segmentPlaces_.begin());
-    segmentPlaces_.push_back(std::move(place));
-}
-
-bool OfferedMedia::isSegment(std::string_view url) const noexcept {
-    const std::string_view extension = extensionOf(lastSegmentOf(url));
-    return std::ranges::any_of(segmentPlaces_, [=](const SegmentPlace& place) {
-        return place.directory == directoryOf(url) && equalsIgnoringCase(place.extension, extension);
-    });
 }
 
 }  // namespace zab

@@ -8,6 +8,21 @@ namespace {
 
 constexpr std::size_t kDigits = 4;
 
+/// The character of the escape that `text` goes on with, behind its "\\"; `text` loses what was read. False: it
+/// is none.
+bool appendEscaped(std::string& content, std::string_view& text) {
+    constexpr std::string_view kEscapes = "\"\\/bfnrt", kMeanings = "\"\\/\b\f\n\r\t";
+    if (text.empty()) return false;
+    if (const auto known = kEscapes.find(text.front()); known != std::string_view::npos) {
+        content += kMeanings[known];
+        text.remove_prefix(1);
+        return true;
+    }
+    const auto codePoint = text.front() == 'u' ? takeUnicodeEscape(text) : std::nullopt;
+    if (codePoint) appendUtf8(content, *codePoint);
+    return codePoint.has_value();
+}
+
 }  // namespace
 
 std::optional<char32_t> takeUnicodeEscape(std::string_view& text) noexcept {
@@ -22,7 +37,6 @@ std::optional<char32_t> takeUnicodeEscape(std::string_view& text) noexcept {
 }
 
 std::optional<std::string> jsonString(std::string_view text) {
-    constexpr std::string_view kEscapes = "\"\\/bfnrt", kMeanings = "\"\\/\b\f\n\r\t";
     if (!text.starts_with('"')) return std::nullopt;
     text.remove_prefix(1);
     std::string content;
@@ -32,19 +46,25 @@ std::optional<std::string> jsonString(std::string_view text) {
         if (c == '"') return content;
         if (c != '\\') {
             content += c;
-            continue;
+        } else if (!appendEscaped(content, text)) {
+            return std::nullopt;
         }
-        if (text.empty()) break;
-        if (const auto known = kEscapes.find(text.front()); known != std::string_view::npos) {
-            content += kMeanings[known];
-            text.remove_prefix(1);
-            continue;
-        }
-        const auto codePoint = text.front() == 'u' ? takeUnicodeEscape(text) : std::nullopt;
-        if (!codePoint) return std::nullopt;
-        appendUtf8(content, *codePoint);
     }
     return std::nullopt;
+}
+
+std::string withoutJsonEscapes(std::string_view text) {
+    std::string plain;
+    plain.reserve(text.size());
+    while (!text.empty()) {
+        const std::string_view unescaped = upTo(text, '\\');
+        plain += unescaped;
+        text.remove_prefix(unescaped.size());
+        if (text.empty()) break;
+        text.remove_prefix(1);
+        if (!appendEscaped(plain, text)) plain += '\\';
+    }
+    return plain;
 }
 
 }  // namespace zab

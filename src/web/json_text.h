@@ -16,4 +16,7 @@ std::optional<char32_t> takeUnicodeEscape(std::string_view& text) noexcept;
 /// The content of the JSON string that `text` begins with, quote included, in UTF-8; nothing when it is none.
 std::optional<std::string> jsonString(std::string_view text);
 
+/// `text`, a part of such a string, with its escapes undone. What is no escape stays as it stands.
+std::string withoutJsonEscapes(std::string_view text);
+
 }  // namespace zab

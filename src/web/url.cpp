@@ -65,6 +65,11 @@ std::string_view withoutFragment(std::string_view url) noexcept { return upTo(ur
 
 std::string_view beforeQuery(std::string_view url) noexcept { return url.substr(0, url.find_first_of("?#")); }
 
+std::string_view directoryOf(std::string_view url) noexcept {
+    const std::string_view path = beforeQuery(url);
+    return path.substr(0, path.rfind('/') + 1);  // npos + 1 is 0
+}
+
 std::string_view pathOf(std::string_view url) noexcept { return beforeQuery(behindHost(url)); }
 
 std::string_view lastSegmentOf(std::string_view url) noexcept {

@@ -32,6 +32,9 @@ std::string_view withoutFragment(std::string_view url) noexcept;
 /// What stands before query and fragment.
 std::string_view beforeQuery(std::string_view url) noexcept;
 
+/// All up to the last "/" of the path, which is part of it.
+std::string_view directoryOf(std::string_view url) noexcept;
+
 /// The path alone.
 std::string_view pathOf(std::string_view url) noexcept;
 

@@ -46,42 +46,18 @@ TEST(CaptureHls, OffersVariantsOrTheOnePlaylist) {
          "hlstozab://http://h/d/v | v | ts\n", "audio that is in the variant itself"},
         {kUrl, "#EXT-X-STREAM-INF:BANDWIDTH=99999999999\nv.m3u8\n",
          "hlstozab://http://h/d/v.m3u8 | v bitrate  2097151 | ts | bitrate 2147483647\n", "the largest rate"},
-        {kUrl, "#EXT-X-MAP:URI=\"i.mp4\"\n#EXTINF:9.6\na.m4s\n#EXTINF:9.6\nb.m4s\n",
+        {kUrl, "#EXT-X-MAP:URI=\"i.mp4\"\n#EXTINF:9.6\na.m4s\n#EXTINF:9.6\nb.m4s\n#EXT-X-ENDLIST\n",
          "hlstozab://http://h/d/list.m3u8?k#f | list | mp4 | duration 19\n",
          "a media playlist, its whole total cut once"},
+        {kUrl, "#EXT-X-VERSION:3\n#EXTINF:9.6\na.ts\n", "hlstozab://http://h/d/list.m3u8?k#f | list | ts\n",
+         "a window of a live one has no length"},
+        {kUrl, "#EXTM3U\n#EXTINF:-1,Radio\nhttp://radio/live.mp3\n",
+         "http://radio/live.mp3 | live.mp3 | mp3 | audio\n", "a radio list is a list of links"},
         {"https://strm.yandex.ru/d/l.m3u8", "#EXT-X-STREAM-INF:X=1\nv/a.m3u8\n",
          "hlstozab://v/a.m3u8 | a | ts\n", "addresses of this host are taken as they stand"},
         {kUrl, "#EXTM3U\n", "", "no tag of either kind"},
     };
     expectEntries(MediaKind::hls, rows);
-}
-
-TEST(CaptureHls, KnowsPlaylistsAndSegmentsOfThePage) {
-    zab::LocalPage local;
-    const zab::OfferedMedia& page = local.media();
-    const auto read = [&local](std::string_view url, std::string_view body) {
-        const zab::CaptureContext context = contextFor(url);
-        zab::CaptureRun run(context, local);
-        zab::offerHls(body, run);
-        local.take(run.takeEntries());
-    };
-    read("http://h/m.m3u8", "#EXT-X-STREAM-INF:X=1\nv/a.m3u8\n");
-    read("http://h/v/a.m3u8", "#EXTINF:1\ns/1.TS?x\n");
-    EXPECT_EQ(page.entries().size(), 1u) << "a playlist that is offered already";
-    EXPECT_TRUE(page.isSegment("http://h/v/s/2.ts?y/z")) << "beside the first segment";
-    EXPECT_FALSE(page.isSegment("http://h/v/s/2.mp4")) << "another extension";
-    EXPECT_FALSE(page.isSegment("http://h/v/2.ts")) << "another directory";
-    const auto itself = [&local](std::string_view url) {
-        const zab::CaptureContext context = contextFor(url);
-        zab::CaptureRun run(context, local);
-        zab::offerOwnEntry(run);
-        return shown(run.takeEntries());
-    };
-    EXPECT_EQ(itself("http://h/v/s/2.ts?y"), "") << "a segment is no file of its own";
-    EXPECT_NE(itself("http://h/v/2.ts"), "") << "what lies elsewhere is";
-    read("http://h/v/a.m3u8", "#EXT-X-STREAM-INF:X=1\nb.m3u8\n");
-    EXPECT_EQ(page.entries().size(), 2u)
-        << "of a master playlist the variants count, whatever its own address is";
 }
 
 TEST(CaptureHds, OffersOneEntryForEachHeight) {
@@ -365,15 +341,6 @@ TEST(OfferedMedia, HoldsEachStreamOnceAndAHundred) {
 TEST(OfferedMedia, ForgetsWhatItLearntFirst) {
     using Page = zab::OfferedMedia;
     Page page;
-    const auto place = [](std::size_t i) { return "http://h/" + std::to_string(i) + "/s.ts"; };
-    for (std::size_t i = 0; i < Page::kMostSegmentPlaces; ++i) page.addSegmentPlace(place(i));
-    page.addSegmentPlace(place(1));
-    EXPECT_TRUE(page.isSegment(place(0))) << "exactly as many as are kept, each once";
-    page.addSegmentPlace("http://h/" + std::string(Page::kLongestPlace - 9, 'x'));
-    EXPECT_FALSE(page.isSegment(place(0)));
-    EXPECT_TRUE(page.isSegment(place(1)));
-    page.addSegmentPlace("http://h/" + std::string(Page::kLongestPlace - 8, 'x'));
-    EXPECT_TRUE(page.isSegment(place(1))) << "an address that is too long is not noted";
     for (std::size_t i = 0; i <= Page::kMostCatalogues; ++i) {
         EXPECT_EQ(page.catalogues().size(), i);
         page.addCatalogue(std::make_unique<zab::CYoutubeParser>(i == 1 ? u"second" : u""));
@@ -382,14 +349,6 @@ TEST(OfferedMedia, ForgetsWhatItLearntFirst) {
     EXPECT_TRUE(page.catalogues().front()->pageUrl() == u"second");
 
     zab::MediaEntry entry;
-    entry.link = "dhs2tozab://http://h/d/v_Seg%ld-Frag%ld?q";
-    page.offer(entry);
-    entry.link = "dhs2tozab://http://h/d/other";
-    page.offer(entry);
-    EXPECT_TRUE(page.holdsFragmentsOf("http://h/d/v_"));
-    EXPECT_FALSE(page.holdsFragmentsOf("http://h/d/v")) << "the whole beginning";
-    EXPECT_FALSE(page.holdsFragmentsOf("http://h/d/other"));
-    entry = {};
     entry.link = "http://h/same";
     for (const bool told : {false, true}) {
         if (told) entry.size = entry.duration = entry.width = entry.height = 3;
@@ -400,12 +359,12 @@ TEST(OfferedMedia, ForgetsWhatItLearntFirst) {
         entry.*part = "x";
         page.offer(entry);
     }
-    EXPECT_EQ(page.entries().size(), 5u) << "another stream of the same address";
-    EXPECT_TRUE(page.holdsAddress("x")) << "a second address is one too";
+    EXPECT_EQ(page.entries().size(), 3u) << "another stream of the same address";
 }
 
 TEST(BodyCollector, TakesABodyAsFarAsItCounts) {
-    const std::string link = "http://a/x", playlist = "#EXTINF:1\na\n", long2Mb(2'000'000, '\n');
+    const std::string link = "http://a/x", playlist = "#EXT-X-VERSION:1\n#EXTINF:1\na\n",
+                      long2Mb(2'000'000, '\n');
     const struct {
         MediaKind kind;
         std::int64_t length;

@@ -53,7 +53,10 @@ void readMp4Facts(std::string_view body, MediaEntry& entry) {
 
 void offerDash(std::string_view body, CaptureRun& run) {
     const CaptureContext& context = run.context();
-    if (context.companions == nullptr || !isDashManifest(body)) return;
+    if (!isDashManifest(body)) return;
+    run.page().change(
+        [&](OfferedMedia& media) { noteDashPlaces(context.url, upToNul(body), media.streams()); });
+    if (context.companions == nullptr) return;
     const auto streams = context.companions->dashStreams(context.url, upToNul(body));
     if (!streams) return;
     const bool isVideo = !streams->video.empty();
@@ -62,7 +65,7 @@ void offerDash(std::string_view body, CaptureRun& run) {
         MediaEntry entry = run.entry();
         entry.link = std::string(scheme).append(context.url).append("&selected_id=").append(stream.id);
         entry.description = dashDescription(stream, isVideo);
-        entry.extension = "mp4";
+        entry.extension = kMp4Extension;
         entry.kind = isVideo ? EntryKind::video : EntryKind::audio;
         entry.size = stream.size;
         entry.height = isVideo ? stream.height : 0;
@@ -73,7 +76,7 @@ void offerDash(std::string_view body, CaptureRun& run) {
 
 void offerSniffed(std::string_view body, CaptureRun& run) {
     const CaptureContext& context = run.context();
-    if (context.companions == nullptr) return;
+    if (context.companions == nullptr || isPartOfStream(run)) return;
     const SniffedContent sniffed = context.companions->sniff(body);
     if (sniffed.verdict != SniffedContent::Verdict::recognised) return;
     if (equalsIgnoringCase(sniffed.extension, "xml")) {
@@ -91,7 +94,7 @@ void offerSniffed(std::string_view body, CaptureRun& run) {
     entry.width = sniffed.width;
     entry.height = sniffed.height;
     entry.bitrate = sniffed.bitrate;
-    if (entry.extension == "mov" || entry.extension == "mp4") readMp4Facts(body, entry);
+    if (entry.extension == "mov" || entry.extension == kMp4Extension) readMp4Facts(body, entry);
     run.offer(std::move(entry));
 }
 

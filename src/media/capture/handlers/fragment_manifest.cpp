@@ -47,7 +47,7 @@ void offerFragmentManifest(std::string_view body, CaptureRun& run) {
     MediaEntry entry = run.plainEntry(withFirstFragment(resolved));
     entry.extra =
         "<fragments>" + std::to_string(fragments) + "</fragments><template>" + resolved + "</template>";
-    entry.extension = "mp4";
+    entry.extension = kMp4Extension;
     entry.kind = EntryKind::video;
     entry.duration = entryNumber(valueOf(text, "\"duration\""));
     entry.height = entryNumber(valueOf(text, "\"height\""));

@@ -26,6 +26,12 @@ void offerFacebook(std::string_view body, CaptureRun& run);
 void offerDash(std::string_view body, CaptureRun& run);
 void offerSniffed(std::string_view body, CaptureRun& run);
 
+/// Tells the page where the segments of a DASH manifest lie.
+void noteDashPlaces(std::string_view url, std::string_view body, PageStreams& streams);
+
+/// Whether the response is a segment, or another part, of a stream that the page knows: no file of its own.
+bool isPartOfStream(const CaptureRun& run);
+
 /// The stream that a fragment belongs to, once its bytes were found to be playable.
 void offerHdsFragment(CaptureRun& run);
 

@@ -8,6 +8,7 @@
 #include "media/parsers/whole_number.h"
 #include "page/media_entry.h"
 #include "web/url_resolve.h"
+#include "web/xml_text.h"
 
 namespace zab {
 namespace {
@@ -48,18 +49,18 @@ void offerHds(std::string_view body, CaptureRun& run) {
     const InterfacePtr<CF4MParser> parser(new CF4MParser);
     if (!parser->parse(body) || parser->hasDrm != 0 || parser->hasPv != 0) return;
     const std::string& url = run.context().url;
-    const std::string base = parser->baseUrl.empty() ? url : resolveUrl(url, parser->baseUrl);
+    const std::string base = parser->baseUrl.empty() ? url : resolveUrl(url, addressInXml(parser->baseUrl));
     const std::uint32_t duration = secondsOf(parser->duration);
     for (const F4MMedia& media : parser->media) {
         if (media.hidden != 0) continue;
         MediaEntry entry = run.entry();
         entry.link = std::string(textOf(LinkScheme::hds)).append(url);
-        entry.secondUrl = resolveUrl(base, media.url);
+        entry.secondUrl = resolveUrl(base, addressInXml(media.url));
         entry.extra = extraOf(media);
         const std::string name = std::string(media.height) + 'p';
         const std::string rate = media.bitrate.empty() ? "" : "bitrate " + std::string(media.bitrate);
         entry.description = joined({name, rate});
-        entry.extension = "flv";
+        entry.extension = kFlvExtension;
         entry.duration = duration;
         entry.height = entryNumber(media.height);
         entry.bitrate = entryNumber(leadingDigits(media.bitrate, UINT32_MAX).value_or(0) * 1000);

@@ -15,7 +15,11 @@ void offerHdsFragment(CaptureRun& run) {
     if (!fragment) return;
     const auto nameBegin = static_cast<std::size_t>(name.data() - url.data());
     const std::string_view before = url.substr(0, nameBegin + fragment->begin);
-    if (run.page().ask([before](const OfferedMedia& media) { return media.holdsFragmentsOf(before); })) return;
+    const auto isKnown = [before](const OfferedMedia& media) {
+        return media.streams().knowsFragmentsOf(before);
+    };
+    if (run.page().ask(isKnown)) return;
+    run.page().change([before](OfferedMedia& media) { media.streams().addFragmentsOf(before); });
 
     MediaEntry entry = run.entry();
     entry.link = std::string(textOf(LinkScheme::hdsFragment))
@@ -24,7 +28,7 @@ void offerHdsFragment(CaptureRun& run) {
                      .append(url.substr(nameBegin + fragment->end));
     entry.description = trimRight(percentDecoded(name.substr(0, fragment->begin)), "-_");
     if (entry.description.empty()) entry.description = entry.page.title;
-    entry.extension = "flv";
+    entry.extension = kFlvExtension;
     run.offer(std::move(entry));
 }
 

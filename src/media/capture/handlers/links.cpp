@@ -51,6 +51,7 @@ std::size_t schemeLength(std::string_view text) noexcept {
 }  // namespace
 
 void offerLinkText(std::string_view body, CaptureRun& run) {
+    if (body.size() >= mediaKindCapBytes(MediaKind::linkText)) return;
     std::string_view text = upToNul(body);
     for (auto mark = text.find(kSchemeMark); mark != std::string_view::npos; mark = text.find(kSchemeMark)) {
         const std::size_t scheme = schemeLength(text.substr(0, mark));

@@ -19,9 +19,14 @@ bool isFlv(const CaptureContext& context) noexcept {
 
 }  // namespace
 
+bool isPartOfStream(const CaptureRun& run) {
+    const std::string_view url = run.context().url;
+    return run.page().ask([url](const OfferedMedia& media) { return media.streams().isPart(url); });
+}
+
 void offerOwnEntry(CaptureRun& run) {
     const CaptureContext& context = run.context();
-    if (run.page().ask([&](const OfferedMedia& media) { return media.isSegment(context.url); })) return;
+    if (isPartOfStream(run)) return;
     MediaEntry entry = run.plainEntry(withoutRange(context.url));
     if (const auto name = withoutNamePrefix(context.fileName); !name.empty()) entry.description = name;
     entry.extension = isFlv(context) ? std::string(kFlvExtension) : lowered(context.extension);

@@ -6,11 +6,10 @@
 #include "media/capture/handlers/handlers.h"
 #include "media/parsers/facebook.h"
 #include "media/parsers/vimeo.h"
+#include "web/json_text.h"
 
 namespace zab {
 namespace {
-
-constexpr std::string_view kMp4 = "mp4";
 
 /// Of a quality such as "720p"; 0 of any other.
 std::uint32_t heightOf(std::string_view quality) noexcept {
@@ -24,11 +23,12 @@ std::uint32_t heightOf(std::string_view quality) noexcept {
 void offerVimeo(std::string_view body, CaptureRun& run) {
     CVimeoParser parser;
     parser.parse(body);
+    const std::string title = withoutJsonEscapes(parser.title());
     for (const VimeoRendition& rendition : parser.renditions()) {
         MediaEntry entry = run.entry();
-        entry.link = rendition.url;
-        entry.description = joined({parser.title(), rendition.quality});
-        entry.extension = kMp4;
+        entry.link = withoutJsonEscapes(rendition.url);
+        entry.description = joined({title, rendition.quality});
+        entry.extension = kMp4Extension;
         entry.height = heightOf(rendition.quality);
         if (!run.offer(std::move(entry))) return;
     }
@@ -39,9 +39,9 @@ void offerFacebook(std::string_view body, CaptureRun& run) {
     parser.parse(utf16FromUtf8(upToNul(body)));
     for (const FacebookVideoEntry& video : parser.entries()) {
         MediaEntry entry = run.entry();
-        entry.link = utf8FromUtf16(video.url);
+        entry.link = withoutJsonEscapes(utf8FromUtf16(video.url));
         entry.description = joined({entry.page.title, video.isHd != 0 ? "HD" : ""});
-        entry.extension = kMp4;
+        entry.extension = kMp4Extension;
         entry.duration = entryNumber(video.durationSeconds);
         if (!run.offer(std::move(entry))) return;
     }

@@ -11,6 +11,7 @@
 #include "media/parsers/dash.h"
 #include "media/parsers/tag_scanner.h"
 #include "web/url.h"
+#include "web/xml_text.h"
 
 namespace zab {
 namespace {
@@ -107,8 +108,9 @@ std::string liveLink(std::string_view video, std::string_view sequence, const Au
     std::string link(textOf(LinkScheme::youtubeLive));
     link += withStartSequence(video, sequence);
     link += ",au=";
-    link += withStartSequence(audio.record->baseUrl, audio.sequence.empty() ? sequence : audio.sequence);
-    const std::string_view language = languageOf(audio.record->baseUrl);
+    const std::string sound = addressInXml(audio.record->baseUrl);
+    link += withStartSequence(sound, audio.sequence.empty() ? sequence : audio.sequence);
+    const std::string_view language = languageOf(sound);
     return language.empty() ? link : link.append(",asl=").append(language);
 }
 
@@ -125,12 +127,13 @@ void offerYouTubeDash(std::string_view body, CaptureRun& run) {
         if (audio.record == nullptr) continue;
         ItagDescription itag;
         itagDescribe(number, {.adaptive = true, .webm = true}, itag);
-        MediaEntry entry = youtubeEntry(run, video.baseUrl, itag);
+        const std::string address = addressInXml(video.baseUrl);
+        MediaEntry entry = youtubeEntry(run, address, itag);
         const std::string_view sequence = firstSequenceOf(video);
         if (sequence.empty()) {
-            entry.secondUrl = audio.record->baseUrl;
+            entry.secondUrl = addressInXml(audio.record->baseUrl);
         } else {
-            entry.link = liveLink(video.baseUrl, sequence, audio);
+            entry.link = liveLink(address, sequence, audio);
         }
         if (!run.offer(std::move(entry))) return;
     }
