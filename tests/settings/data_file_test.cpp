@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <thread>
-
 #include "settings/data_file_check.h"
 
 namespace zab {
@@ -60,27 +57,6 @@ struct Marked {
     ~Marked() { value = 0; }
     std::uint64_t value = 7;
 };
-
-TEST(Published, ReadersNeverSeeARecordThatIsGone) {
-    Published<Marked> published;
-    std::atomic<bool> stop{false};
-    std::atomic<int> foreign{0};
-    std::vector<std::thread> readers;
-    for (int i = 0; i < 2; ++i) {
-        readers.emplace_back([&] {
-            while (!stop) {
-                const auto reading = published.read();
-                if (reading->value != 7) ++foreign;
-            }
-        });
-    }
-    for (int i = 0; i < 20000; ++i) published.publish(std::make_unique<Marked>());
-    stop = true;
-    for (auto& reader : readers) reader.join();
-    EXPECT_EQ(foreign, 0) << "each freed record is marked, and a sanitizer sees the read itself";
-    published.publish(std::make_unique<Marked>());
-    EXPECT_EQ(published.kept(), 1u) << "with nobody reading, only the current record is left";
-}
 
 TEST(Published, KeepsWhatAReaderHolds) {
     Published<Marked> published;
