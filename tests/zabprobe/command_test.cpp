@@ -90,4 +90,57 @@ TEST(Zabprobe, ExplainsACaptureToPeople) {
     EXPECT_NE(explained.output.find("1 entry: "), std::string::npos) << explained.output;
 }
 
+/// An entry of a capture that has no page names: its start in seconds, address, referrer, type, body.
+nlohmann::json harEntry(int second, const char* url, const char* referrer, const char* type,
+                        const nlohmann::json& body) {
+    const auto headers = [](const char* name, const char* value) {
+        return nlohmann::json::array({{{"name", name}, {"value", value}}});
+    };
+    const bool isPage = std::string_view(referrer).empty();
+    return {{"startedDateTime", "2020-02-29T23:59:0" + std::to_string(second) + ".250+01:00"},
+            {"time", 100},
+            {"_resourceType", isPage ? "document" : "xhr"},
+            {"request", {{"url", url}, {"headers", headers("referer", referrer)}}},
+            {"response",
+             {{"status", 200}, {"headers", headers("Content-Type", type)}, {"content", {{"text", body}}}}}};
+}
+
+TEST(Zabprobe, ShowsTheMenusOfACapturesPages) {
+    constexpr const char *kHls = "application/vnd.apple.mpegurl", *kHtml = "text/html";
+    const char* media = "#EXTM3U\n#EXT-X-TARGETDURATION:9\n#EXTINF:9,\n1.ts\n#EXT-X-ENDLIST\n";
+    const nlohmann::json entries = {
+        harEntry(0, "http://a/film", "", kHtml, "<p>"),
+        harEntry(0, "http://b/film", "", kHtml, "<video src=/b.mp4>"),
+        harEntry(3, "http://a/m/low.m3u8", "http://a/film", kHls, media),
+        harEntry(2, "http://a/m/1.m3u8", "http://a/", kHls,
+                 "#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=9,RESOLUTION=4x480\nlow.m3u8\n"
+                 "#EXT-X-STREAM-INF:BANDWIDTH=9,RESOLUTION=4x720\nhigh.m3u8\n"),
+        harEntry(4, "http://a/m/1.ts", "http://a/film", "video/mp2t", nullptr),
+        harEntry(4, "http://a/m/2", "http://a/film", "audio/x-unheard", nullptr),
+        harEntry(4, "http://a/m/live.f4m", "http://a/film", "application/f4m+xml",
+                 "<manifest><bootstrapInfo id=b>AA</bootstrapInfo><media url=x bootstrapInfoId=b /><drm>"),
+        harEntry(4, "http://a/m.mpd", "http://a/film", "application/dash+xml", "<MPD>"),
+    };
+    const std::string har = nlohmann::json{{"log", {{"entries", entries}}}}.dump();
+    const nlohmann::json pages = nlohmann::json::parse(run("har --page", har).output);
+    ASSERT_EQ(pages.size(), 2u);
+    std::string menu, silent;
+    for (const auto& choice : pages[0]["menu"]) menu += choice["label"].get<std::string>() + "; ";
+    for (const auto& response : pages[0]["silent"])
+        silent += response["url"].get<std::string>() + " " + response["why"].get<std::string>() + "\n";
+    EXPECT_EQ(menu.find("720p"), 0u) << menu;
+    EXPECT_EQ(pages[0]["menu"].size(), 2u) << "the master playlist came first: " << menu;
+    EXPECT_EQ(silent,
+              "http://a/film Nothing was found in it.\n"
+              "http://a/m/low.m3u8 The playlist belongs to a stream that is held already.\n"
+              "http://a/m/1.ts It is a segment of a stream.\n"
+              "http://a/m/2 The capture does not hold this body.\n"
+              "http://a/m/live.f4m The stream is protected.\n"
+              "http://a/m.mpd Its kind is read by a library of the download manager, which is not here.\n");
+    EXPECT_EQ(pages[1]["url"], "http://b/film");
+    EXPECT_EQ(pages[1]["menu"][0]["link"], "http://b/b.mp4");
+    const std::string table = run("har --page --explain", har).output;
+    EXPECT_NE(table.find("    http://a/m/1.ts"), std::string::npos) << table;
+}
+
 }  // namespace

@@ -7,28 +7,13 @@
 
 #include "binding/text.h"
 #include "intercept/load_types.h"
-#include "media/capture/body_capture.h"
 #include "zabprobe/text_json.h"
 
 namespace zabprobe {
 namespace {
 
-Json entryJson(const zab::MediaEntry& entry) {
-    return {{"link", asJson(entry.link)},
-            {"secondUrl", asJson(entry.secondUrl)},
-            {"extra", asJson(entry.extra)},
-            {"description", asJson(entry.description)},
-            {"extension", asJson(entry.extension)},
-            {"kind", entry.kind == zab::EntryKind::audio ? "audio" : "video"},
-            {"size", entry.size},
-            {"duration", entry.duration},
-            {"width", entry.width},
-            {"height", entry.height},
-            {"bitrate", entry.bitrate}};
-}
-
-void readBody(const KeptExchange& exchange, std::string_view body, std::size_t chunkBytes,
-              zab::LocalPage& page) {
+std::vector<zab::MediaEntry> readBody(const KeptExchange& exchange, std::string_view body,
+                                      zab::CapturePage& page, std::size_t chunkBytes) {
     zab::BodyCapture capture(exchange.decision.listener,
                              zab::captureContextOf(exchange.headers, exchange.decision));
     while (!body.empty() && capture.wantsMore()) {
@@ -36,7 +21,7 @@ void readBody(const KeptExchange& exchange, std::string_view body, std::size_t c
         body.remove_prefix(chunk.size());
         capture.add(chunk);
     }
-    page.take(capture.finish(page));
+    return capture.finish(page);
 }
 
 bool asksCompanion(zab::MediaKind kind) {
@@ -75,15 +60,31 @@ constexpr Command kCommands[] = {
 
 }  // namespace
 
+Json entryJson(const zab::MediaEntry& entry) {
+    return {{"link", asJson(entry.link)},
+            {"secondUrl", asJson(entry.secondUrl)},
+            {"extra", asJson(entry.extra)},
+            {"description", asJson(entry.description)},
+            {"extension", asJson(entry.extension)},
+            {"kind", entry.kind == zab::EntryKind::audio ? "audio" : "video"},
+            {"size", entry.size},
+            {"duration", entry.duration},
+            {"width", entry.width},
+            {"height", entry.height},
+            {"bitrate", entry.bitrate}};
+}
+
+std::vector<zab::MediaEntry> offersOf(const KeptExchange& exchange, std::string_view body,
+                                      zab::CapturePage& page, std::size_t chunkBytes) {
+    const zab::Decision& decision = exchange.decision;
+    if (decision.outcome == zab::Outcome::listen) return readBody(exchange, body, page, chunkBytes);
+    return zab::captureResponse(decision, exchange.loadFlags, zab::captureContextOf(exchange.headers, decision),
+                                page);
+}
+
 Json capturedEntries(const KeptExchange& exchange, std::string_view body, std::size_t chunkBytes) {
     zab::LocalPage page;
-    const zab::Decision& decision = exchange.decision;
-    if (decision.outcome == zab::Outcome::listen) {
-        readBody(exchange, body, chunkBytes, page);
-    } else {
-        page.take(zab::captureResponse(decision, exchange.loadFlags,
-                                       zab::captureContextOf(exchange.headers, decision), page));
-    }
+    page.take(offersOf(exchange, body, page, chunkBytes));
     Json entries = Json::array();
     for (const zab::MediaEntry& entry : page.media().entries()) entries.push_back(entryJson(entry));
     return entries;

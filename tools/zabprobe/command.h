@@ -28,7 +28,7 @@ struct Arguments {
     std::vector<std::string> words;  // positional texts of commands that read no file
     std::string extensions, exceptions, list, url, contentType;
     std::int64_t itag = 0, length = 0, chunk = 0;
-    bool request = false, encipher = false, explain = false, videoInfo = false;
+    bool request = false, encipher = false, explain = false, page = false, videoInfo = false;
     bool adaptive = false, skipFlv = false, webm = false;
     bool noIntegration = false, preventKey = false, forceKey = false;
 

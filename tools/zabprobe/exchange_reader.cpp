@@ -1,6 +1,7 @@
 #include "zabprobe/exchange_reader.h"
 
 #include <algorithm>
+#include <chrono>
 #include <limits>
 #include <stdexcept>
 
@@ -113,6 +114,40 @@ std::uint32_t loadFlagsOf(const Headers& requestHeaders, const Json& resourceTyp
     return accept != nullptr && zab::startsWithIgnoringCase(*accept, "text/html") ? kPageOfTheWindow : 0;
 }
 
+/// Milliseconds since 1970 of "YYYY-MM-DDThh:mm:ss.fff" and a zone, "Z" or "+hh:mm" (ISO 8601); 0 of any other
+/// text.
+std::int64_t momentOf(std::string_view text) {
+    constexpr std::string_view kSeconds = "YYYY-MM-DDThh:mm:ss", kZone = "+hh:mm";
+    if (text.size() < kSeconds.size() + 1) return 0;
+    const auto field = [text](std::size_t at, std::size_t digits) {
+        return static_cast<int>(zab::leadingDigits(text.substr(at, digits), 9999).value_or(0));
+    };
+    using namespace std::chrono;
+    const year_month_day date{year{field(0, 4)}, month{static_cast<unsigned>(field(5, 2))},
+                              day{static_cast<unsigned>(field(8, 2))}};
+    if (!date.ok()) return 0;
+    milliseconds moment =
+        sys_days{date}.time_since_epoch() + hours{field(11, 2)} + minutes{field(14, 2)} + seconds{field(17, 2)};
+    if (text[kSeconds.size()] == '.') moment += milliseconds{field(kSeconds.size() + 1, 3)};
+    const std::size_t zone = text.size() - kZone.size();
+    const minutes offset = hours{field(zone + 1, 2)} + minutes{field(zone + 4, 2)};
+    if (text[zone] == '+') moment -= offset;
+    if (text[zone] == '-') moment += offset;
+    return moment.count();
+}
+
+void readMoments(const Json& entry, Exchange& exchange) {
+    std::string started;
+    std::int64_t tookMs = 0, receiveMs = 0;  // -1: unknown
+    readText(memberOf(entry, "startedDateTime"), started);
+    readNumber(memberOf(entry, "time"), tookMs);
+    readNumber(memberOf(memberOf(entry, "timings"), "receive"), receiveMs);
+    constexpr std::int64_t kLongestMs = std::int64_t{1} << 40;
+    tookMs = std::clamp<std::int64_t>(tookMs, 0, kLongestMs);
+    exchange.endedMs = momentOf(started) + tookMs;
+    exchange.arrivedMs = exchange.endedMs - std::clamp<std::int64_t>(receiveMs, 0, tookMs);
+}
+
 std::optional<std::string> bodyOf(const Json& content) {
     const Json& text = memberOf(content, "text");
     if (text.is_null()) return std::nullopt;
@@ -137,34 +172,58 @@ Exchange exchangeOfHarEntry(const Json& entry) {
     readHarHeaders(memberOf(response, "headers"), exchange.responseHeaders);
     exchange.responseBody = bodyOf(memberOf(response, "content"));
     exchange.loadFlags = loadFlagsOf(exchange.requestHeaders, memberOf(entry, "_resourceType"));
+    readText(memberOf(entry, "pageref"), exchange.page);
+    readMoments(entry, exchange);
     return exchange;
 }
 
-/// Follows the parser to log.entries[] and hands out each entry as soon as it is whole. All else is dropped.
+/// Follows the parser to log.entries[] and log.pages[], and hands out each element as soon as it is whole. All
+/// else is dropped.
 class HarWalk {
   public:
-    explicit HarWalk(const ExchangeVisitor& visit) : visit_(visit) {}
+    HarWalk(const ExchangeVisitor& visit, const PageVisitor& visitPage)
+        : visit_(visit), visitPage_(visitPage) {}
 
     bool operator()(int depth, Json::parse_event_t event, Json& parsed) {
         using Event = Json::parse_event_t;
         if (event == Event::key && depth == kInRoot) return inLog_ = parsed == "log";
-        if (event == Event::key && depth == kInLog) return atEntries_ = inLog_ && parsed == "entries";
-        if (event == Event::array_start && depth == kInLog && atEntries_) inEntries_ = sawEntries_ = true;
-        if (event == Event::array_end && depth == kInLog) inEntries_ = false;
-        if (!inEntries_ || depth != kEntry) return true;
+        if (event == Event::key && depth == kInLog) return (list_ = listOf(parsed)) != List::other;
+        if (event == Event::array_start && depth == kInLog && list_ != List::other) inList_ = true;
+        if (event == Event::array_end && depth == kInLog) inList_ = false;
+        if (inList_ && list_ == List::entries) sawEntries_ = true;
+        if (!inList_ || depth != kElement) return true;
         if (event == Event::value || event == Event::array_end) throw AnotherForm{};
         if (event != Event::object_end) return true;
-        visit_(exchangeOfHarEntry(parsed));
+        if (list_ == List::entries) {
+            visit_(exchangeOfHarEntry(parsed));
+        } else {
+            visitPageOf(parsed);
+        }
         return false;
     }
 
     [[nodiscard]] bool sawEntries() const { return sawEntries_; }
 
   private:
-    static constexpr int kInRoot = 1, kInLog = 2, kEntry = 3;  // levels of nesting
+    enum class List { other, pages, entries };
+    static constexpr int kInRoot = 1, kInLog = 2, kElement = 3;  // levels of nesting
+
+    [[nodiscard]] List listOf(const Json& key) const {
+        if (inLog_ && key == "entries") return List::entries;
+        return inLog_ && visitPage_ && key == "pages" ? List::pages : List::other;
+    }
+
+    void visitPageOf(const Json& page) const {
+        std::string name, title;
+        readText(memberOf(page, "id"), name);
+        readText(memberOf(page, "title"), title);
+        visitPage_(name, title);
+    }
 
     const ExchangeVisitor& visit_;
-    bool inLog_ = false, atEntries_ = false, inEntries_ = false, sawEntries_ = false;
+    const PageVisitor& visitPage_;  // empty: pages are dropped too
+    bool inLog_ = false, inList_ = false, sawEntries_ = false;
+    List list_ = List::other;
 };
 
 /// Deeper than any capture, and shallow enough for whatever the library does with each level.
@@ -207,8 +266,15 @@ bool visitExchanges(std::string_view json, const ExchangeVisitor& visit) {
     return true;
 }
 
-bool visitHarEntries(std::string_view json, const ExchangeVisitor& visit) {
-    HarWalk walk(visit);
+std::string_view Exchange::requestHeader(std::string_view name) const {
+    const std::string* value = headerOf(requestHeaders, name);
+    return value == nullptr ? std::string_view{} : *value;
+}
+
+bool visitHarEntries(std::string_view json, const ExchangeVisitor& visit) { return visitHar(json, visit, {}); }
+
+bool visitHar(std::string_view json, const ExchangeVisitor& visit, const PageVisitor& visitPage) {
+    HarWalk walk(visit, visitPage);
     try {
         parse(json, std::ref(walk));
     } catch (const AnotherForm&) {

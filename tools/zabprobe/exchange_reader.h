@@ -29,6 +29,11 @@ struct Exchange {
     Headers requestHeaders = {};
     Headers responseHeaders = {};
     std::optional<std::string> responseBody = {};  // where a capture holds it, decoded
+    std::string page = {};                         // the capture's name of it; empty: not told
+    std::int64_t arrivedMs = 0, endedMs = 0;       // of the response's headers and body, since 1970
+
+    /// The value of the request's first header of this name, in any letter case; empty: none.
+    [[nodiscard]] std::string_view requestHeader(std::string_view name) const;
 };
 
 using ExchangeVisitor = std::function<void(const Exchange& exchange)>;
@@ -39,6 +44,12 @@ bool visitExchanges(std::string_view json, const ExchangeVisitor& visit);
 /// Gives each entry of a capture to `visit`, in order. One entry at a time is in memory beside the text, so
 /// that a capture of any size costs little more than itself.
 bool visitHarEntries(std::string_view json, const ExchangeVisitor& visit);
+
+/// The pages that a capture names, and their titles.
+using PageVisitor = std::function<void(const std::string& name, const std::string& title)>;
+
+/// The same, and gives each page to `visitPage`; pages and entries come in the order of the text.
+bool visitHar(std::string_view json, const ExchangeVisitor& visit, const PageVisitor& visitPage);
 
 /// What the module does with an exchange that the browser makes: as a request first, then as its response.
 /// Views in the result point into `exchange`, `scratch` and constants.

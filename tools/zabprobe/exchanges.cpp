@@ -8,6 +8,8 @@
 #include "zabprobe/capture.h"
 #include "zabprobe/command.h"
 #include "zabprobe/exchange_reader.h"
+#include "zabprobe/page_replay.h"
+#include "zabprobe/shown.h"
 
 namespace zabprobe {
 namespace {
@@ -24,6 +26,7 @@ void takesSettings(CLI::App& command, Arguments& arguments) {
 void harOptions(CLI::App& command, Arguments& arguments) {
     takesSettings(command, arguments);
     command.add_flag("--explain", arguments.explain, "A table for people in place of the JSON");
+    command.add_flag("--page", arguments.page, "The menus that the users of its pages would see");
 }
 
 zab::GivenSettings settingsOf(const Arguments& arguments) {
@@ -94,37 +97,13 @@ class Table {
     }
 
   private:
-    static constexpr std::size_t kUrlWidth = 60;
-    static constexpr std::string_view kEllipsis = "...";
-
-    /// Without its query and user, which may be secrets of whoever shows the table around; long ones are
-    /// shortened in the middle, where they tell least.
-    static std::string shownUrl(std::string_view url) {
-        std::string shown(zab::upTo(zab::upTo(url, '#'), '?'));
-        if (const auto at = shown.find('@'), mark = shown.find("://");
-            at != std::string::npos && mark != std::string::npos && at < shown.find('/', mark + 3))
-            shown.erase(mark + 3, at - mark - 2);
-        if (shown.size() < url.size() && zab::contains(url, "?")) shown += "?...";
-        if (shown.size() > kUrlWidth) {
-            const std::size_t kept = (kUrlWidth - kEllipsis.size()) / 2;
-            shown = shown.substr(0, kept).append(kEllipsis).append(shown, shown.size() - kept, kept);
-        }
-        for (char& c : shown)
-            if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = '?';
-        return zab::wellFormedUtf8(shown);
-    }
-
     void line(std::string_view outcome, std::string_view status, std::string_view url,
               std::string_view reason) {
         if (!text_.empty()) text_ += '\n';
-        pad(outcome, 9);
-        pad(status, 4);
-        pad(url, kUrlWidth + 1);
+        appendCell(text_, outcome, 9);
+        appendCell(text_, status, 4);
+        appendCell(text_, url, kShownUrlBytes + 1);
         text_ += zab::wellFormedUtf8(reason);
-    }
-
-    void pad(std::string_view word, std::size_t width) {
-        text_.append(word).append(word.size() < width ? width - word.size() : 1, ' ');
     }
 
     std::string text_;
@@ -132,7 +111,20 @@ class Table {
     std::size_t offered_ = 0;
 };
 
+Answer runHarPages(const Arguments& arguments) {
+    const zab::GivenSettings settings = settingsOf(arguments);
+    PageReplay replay(settings);
+    const bool read = visitHar(
+        arguments.bytes(), [&](const Exchange& exchange) { replay.add(exchange); },
+        [&](const std::string& page, const std::string& title) { replay.addTitle(page, title); });
+    if (!read) return {false, Json::array()};
+    const std::vector<ShownPage> pages = replay.run();
+    if (arguments.explain) return {true, {}, shownTable(pages)};
+    return {true, shownJson(pages)};
+}
+
 Answer runHar(const Arguments& arguments) {
+    if (arguments.page) return runHarPages(arguments);
     const zab::GivenSettings settings = settingsOf(arguments);
     zab::CapturedHeaders scratch;
     Json decisions = Json::array();
