@@ -50,6 +50,9 @@ std::unique_ptr<ZabFcRecord> parseDataFile(std::string contents);
 /// data folder; else 0.
 std::uint32_t ReloadDataFile(Published<ZabFcRecord>& record);
 
+/// When the browser shuts down: ends that thread and waits for it, at most 1,000 ms. False: it still runs.
+bool endConfigTimeWatcher() noexcept;
+
 /// Identifier of that thread; 0 before it is started. It is started at most once.
 std::uint32_t configTimeWatcherId() noexcept;
 

@@ -1,4 +1,5 @@
 #include <atomic>
+#include <vector>
 
 #include "binding/handle_win32.h"
 #include "binding/this_module_win32.h"
@@ -11,13 +12,9 @@ namespace {
 
 constexpr LONGLONG kLongestFile = 16 << 20;  // bytes; the download manager's is a few thousand
 constexpr DWORD kBusyRetryMs = 200;
-constexpr int kBusyRetries = 25;  // five seconds
-
-struct ViewTraits {
-    using Raw = const void*;
-    static Raw none() noexcept { return nullptr; }
-    static void close(Raw view) noexcept { UnmapViewOfFile(view); }
-};
+constexpr int kBusyRetries = 25;        // five seconds
+constexpr DWORD kLookAgainMs = 10'000;  // for keys that came or went without a signal
+constexpr DWORD kEndMs = 1000;
 
 enum class Load {
     noFolder,  // none is configured, or it does not exist
@@ -29,12 +26,12 @@ enum class Load {
 std::string readPlain(HANDLE file) {
     LARGE_INTEGER size{};
     if (!GetFileSizeEx(file, &size) || size.QuadPart <= 0 || size.QuadPart > kLongestFile) return {};
-    const Handle mapping(CreateFileMappingA(file, nullptr, PAGE_READONLY, 0, 0, nullptr));
-    if (!mapping) return {};
-    const Owner<ViewTraits> view(MapViewOfFile(mapping.get(), FILE_MAP_READ, 0, 0, 0));
-    if (!view) return {};
-    return applyDataFileCipher(
-        {static_cast<const std::uint8_t*>(view.get()), static_cast<std::size_t>(size.QuadPart)});
+    // Read, not mapped: a share that goes away is then an error, not an exception of the system.
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(size.QuadPart));
+    DWORD got = 0;
+    if (!ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &got, nullptr) || got != bytes.size())
+        return {};
+    return applyDataFileCipher(bytes);
 }
 
 /// `plain` is what the file holds, empty in all other cases.
@@ -57,20 +54,47 @@ Load reload(Published<ZabFcRecord>& record) {
     return result;
 }
 
-/// Reloads the process-wide record at each change of the configuration, until the request for a signal fails.
-/// The next signal is asked for before the file is read, so a change during the reading is not lost.
+Handle g_watcherEnds;  // an event, made before the thread
+
+/// Waits until `changed` is signalled or the time is over; false: the thread is to end.
+bool waitFor(const Handle& changed, DWORD ms) noexcept {
+    const HANDLE events[] = {g_watcherEnds.get(), changed.get()};
+    return WaitForMultipleObjects(2, events, FALSE, ms) != WAIT_OBJECT_0;
+}
+
+bool isSignalled(const Handle& event) noexcept { return WaitForSingleObject(event.get(), 0) == WAIT_OBJECT_0; }
+
+void reloadWhenFree(const Handle& changed) {
+    const HANDLE events[] = {g_watcherEnds.get(), changed.get()};
+    int retries = kBusyRetries;
+    while (reload(dataFile()) == Load::busy && retries-- > 0 &&
+           WaitForMultipleObjects(2, events, FALSE, kBusyRetryMs) == WAIT_TIMEOUT) {
+    }
+}
+
+/// Without the key that changes: waits for one to appear in the root key. That one may be gone as well, so it
+/// looks again now and then.
+bool waitForConfigTime(const Handle& changed) {
+    const RegistryKey root = RegistryKey::open(kRootKeyPath, KEY_NOTIFY);
+    if (root) root.signalOnChange(changed.get());
+    return RegistryKey::open(kConfigTimePath, KEY_NOTIFY) || waitFor(changed, kLookAgainMs);
+}
+
+/// Reloads the process-wide record at each change of the configuration. The next signal is asked for before the
+/// file is read, so a change during the reading is not lost.
 void watchConfigTime(void*) {
-    const RegistryKey key = RegistryKey::open(kConfigTimePath, KEY_NOTIFY);
-    if (!key) return;
     const Handle changed(CreateEventA(nullptr, TRUE, FALSE, nullptr));
     if (!changed) return;
-    while (key.signalOnChange(changed.get())) {
-        int retries = kBusyRetries;
-        while (reload(dataFile()) == Load::busy && retries-- > 0 &&
-               WaitForSingleObject(changed.get(), kBusyRetryMs) == WAIT_TIMEOUT) {
+    for (bool goesOn = true; goesOn; ResetEvent(changed.get())) {
+        const RegistryKey key = RegistryKey::open(kConfigTimePath, KEY_NOTIFY);
+        while (goesOn && key && key.signalOnChange(changed.get())) {
+            reloadWhenFree(changed);
+            do {
+                goesOn = waitFor(changed, kLookAgainMs);
+            } while (goesOn && !isSignalled(changed) && !key.isDeleted());
+            ResetEvent(changed.get());
         }
-        WaitForSingleObject(changed.get(), INFINITE);
-        ResetEvent(changed.get());
+        if (goesOn) goesOn = waitForConfigTime(changed);
     }
 }
 
@@ -79,7 +103,8 @@ std::atomic<bool> watcherStarted{false};
 
 void startWatcher() noexcept {
     if (watcherStarted.exchange(true)) return;
-    const DWORD id = startThread(moduleThread<watchConfigTime>, nullptr);
+    g_watcherEnds.reset(CreateEventA(nullptr, TRUE, FALSE, nullptr));
+    const DWORD id = g_watcherEnds ? startThread(moduleThread<watchConfigTime>, nullptr) : 0;
     watcherThreadId.store(id);
     if (id == 0) watcherStarted.store(false);
 }
@@ -94,6 +119,18 @@ std::uint32_t ReloadDataFile(Published<ZabFcRecord>& record) {
     if (reload(record) == Load::noFolder) return 1;
     startWatcher();
     return 0;
+}
+
+bool endConfigTimeWatcher() noexcept {
+    const DWORD id = watcherThreadId.load();
+    if (id == 0) return true;
+    const Handle thread(OpenThread(SYNCHRONIZE, FALSE, id));
+    SetEvent(g_watcherEnds.get());
+    if (thread && WaitForSingleObject(thread.get(), kEndMs) != WAIT_OBJECT_0) return false;
+    watcherThreadId.store(0);
+    g_watcherEnds.reset();
+    watcherStarted.store(false);
+    return true;
 }
 
 std::uint32_t configTimeWatcherId() noexcept { return watcherThreadId.load(); }

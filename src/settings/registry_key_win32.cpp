@@ -74,6 +74,11 @@ bool RegistryKey::lacks(const char* name) const noexcept {
     return RegQueryValueExA(get(), name, nullptr, nullptr, nullptr, nullptr) == ERROR_FILE_NOT_FOUND;
 }
 
+bool RegistryKey::isDeleted() const noexcept {
+    return RegQueryInfoKeyA(get(), nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                            nullptr, nullptr, nullptr) == ERROR_KEY_DELETED;
+}
+
 bool RegistryKey::write(const char* name, const std::string& text) const noexcept {
     return RegSetValueExA(get(), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
                           static_cast<DWORD>(text.size() + 1)) == ERROR_SUCCESS;

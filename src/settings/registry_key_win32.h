@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <forward_list>
 #include <optional>
 #include <string>
 
@@ -40,6 +41,10 @@ class RegistryKey {
     /// absence.
     [[nodiscard]] bool lacks(const char* name) const noexcept;
 
+    /// Whether the key was deleted under its open handle: nothing can be read any more, whatever is made under
+    /// its path.
+    [[nodiscard]] bool isDeleted() const noexcept;
+
     bool write(const char* name, const std::string& text) const noexcept;
     bool write(const char* name, std::uint32_t number) const noexcept;
 
@@ -65,31 +70,40 @@ class RegistryKey {
     Owner<Traits> key_;
 };
 
-/// A key that is opened on first use and kept; an open that failed is tried again on the next use.
+/// A key that is opened on first use and kept; an open that failed is tried again on the next use, and a key
+/// that was deleted (by a new installation, under the running browser) is opened again.
 class CachedKey {
   public:
-    /// The key, or null when `opened` cannot open it. Once open it never changes, so no reader takes the lock.
+    /// The key, or null when `opened` cannot open it. What was given out stays an open key until close(), so no
+    /// reader takes the lock.
     template <class Open>
     const RegistryKey* get(Open opened) {
-        if (!ready_.load(std::memory_order_acquire)) {
-            const Exclusive lock(lock_);
-            if (!ready_.load(std::memory_order_relaxed)) {
-                key_ = opened();
-                ready_.store(static_cast<bool>(key_), std::memory_order_release);
-            }
-        }
-        return ifOpen();
+        if (const RegistryKey* key = living()) return key;
+        const Exclusive lock(lock_);
+        if (const RegistryKey* key = living()) return key;
+        RegistryKey key = opened();
+        current_.store(nullptr, std::memory_order_release);
+        if (!key) return nullptr;
+        keys_.push_front(std::move(key));
+        current_.store(&keys_.front(), std::memory_order_release);
+        return &keys_.front();
     }
 
     /// The key when it is open already.
     [[nodiscard]] const RegistryKey* ifOpen() const noexcept {
-        return ready_.load(std::memory_order_acquire) ? &key_ : nullptr;
+        return current_.load(std::memory_order_acquire);
+    }
+
+    /// The same, but none that was deleted.
+    [[nodiscard]] const RegistryKey* living() const noexcept {
+        const RegistryKey* key = ifOpen();
+        return key != nullptr && !key->isDeleted() ? key : nullptr;
     }
 
     /// Only while nobody else uses the key.
     void close() noexcept {
-        ready_.store(false, std::memory_order_relaxed);
-        key_ = {};
+        current_.store(nullptr, std::memory_order_relaxed);
+        keys_.clear();
     }
 
   private:
@@ -101,9 +115,9 @@ class CachedKey {
         SRWLOCK& lock_;
     };
 
-    std::atomic<bool> ready_{false};
+    std::atomic<const RegistryKey*> current_{nullptr};
     SRWLOCK lock_ = SRWLOCK_INIT;
-    RegistryKey key_;
+    std::forward_list<RegistryKey> keys_;  // newest first; all but that one were deleted
 };
 
 }  // namespace zab

@@ -42,7 +42,7 @@ std::optional<std::u16string> browserPath() {
     return path;
 }
 
-/// Opens the record of this browser, or makes it; `created` tells which.
+/// Opens the record of this browser, or makes it; `created` tells that it was made.
 RegistryKey browserRecord(const std::u16string& program, bool& created) {
     const std::string fileName = asciiOf(fileStemOf(program));
     const std::string path = kBrowsersPath + fileName;
@@ -54,6 +54,12 @@ RegistryKey browserRecord(const std::u16string& program, bool& created) {
     made.write(kBrowserDisplayName, product && !product->empty() ? ansiFromUtf16(*product) : fileName);
     made.write(kIntegration.name, kIntegration.fallback);
     return made;
+}
+
+const RegistryKey* browserKey(bool& created) {
+    if (const RegistryKey* known = browser.living()) return known;
+    const auto program = browserPath();  // asks the shell, so not under the key's lock
+    return program ? browser.get([&] { return browserRecord(*program, created); }) : nullptr;
 }
 
 template <class Value>
@@ -88,19 +94,21 @@ Registration RegisterBrowser() noexcept {
     if (browser.ifOpen() != nullptr) return Registration::known;
     return guarded(Registration::failed, [] {
         createSharedListMutex();
-        const auto program = browserPath();
-        if (!program || !EnsureRootKey()) return Registration::failed;
+        if (!EnsureRootKey()) return Registration::failed;
         if (dataFile().read()->loaded == 0) ReloadDataFile(dataFile());
         bool created = false;
-        if (browser.get([&] { return browserRecord(*program, created); }) == nullptr)
-            return Registration::failed;
+        if (browserKey(created) == nullptr) return Registration::failed;
         return created ? Registration::created : Registration::known;
     });
 }
 
 std::uint32_t IsBrowserIntegrationEnabled() noexcept {
-    const RegistryKey* key = browser.ifOpen();
-    return key == nullptr || key->number(kIntegration) != 0 ? 1 : 0;
+    return guarded(1u, [] {
+        if (browser.ifOpen() == nullptr) return 1u;
+        bool madeAnew = false;
+        const RegistryKey* key = browserKey(madeAnew);
+        return key == nullptr || key->number(kIntegration) != 0 ? 1u : 0u;
+    });
 }
 
 std::uint32_t GetPanelViewFlag() noexcept {

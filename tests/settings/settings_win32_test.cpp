@@ -113,6 +113,18 @@ TEST_F(SettingsRegistry, ReadsAreTypedAndBounded) {
     EXPECT_FALSE(readExceptionServers(kPanelExceptionServers).IsListed("http://a.net/")) << "a missing one";
 }
 
+TEST_F(SettingsRegistry, AnInstallationUnderTheRunningBrowserIsRead) {
+    write(kRootKeyPath, kExtensions.name, "zip");
+    write(kSpecialKeysPath, kUseKeyToForce, 0u);
+    EXPECT_EQ(extensionList(), "zip");
+    EXPECT_EQ(specialKeysKey()->number(kUseKeyToForce), 0u);
+    RegDeleteTreeA(HKEY_CURRENT_USER, kTree);
+    write(kRootKeyPath, kExtensions.name, "rar");
+    write(kSpecialKeysPath, kUseKeyToForce, 1u);
+    EXPECT_EQ(extensionList(), "rar");
+    EXPECT_EQ(specialKeysKey()->number(kUseKeyToForce), 1u);
+}
+
 TEST_F(SettingsRegistry, AMissingRootKeyIsMade) {
     closeSharedState();
     RegDeleteTreeA(HKEY_CURRENT_USER, kTree);
@@ -213,6 +225,16 @@ TEST_F(SettingsFiles, TheDataFileIsReadAgainAtEachChange) {
     EXPECT_TRUE(becomes(1)) << "the watcher comes back when the writer is done";
     EXPECT_EQ(ReloadDataFile(dataFile()), 0u);
     EXPECT_EQ(configTimeWatcherId(), watcher) << "started once";
+
+    EXPECT_TRUE(endConfigTimeWatcher());
+    EXPECT_EQ(configTimeWatcherId(), 0u);
+    RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\ZabrionHub\\ConfigTime");
+    EXPECT_EQ(ReloadDataFile(dataFile()), 0u);
+    Sleep(300);
+    writeFile(path, enciphered("youtube.pairing=2\n"));
+    touch();
+    EXPECT_TRUE(becomes(2)) << "a key that appears later is watched";
+    EXPECT_TRUE(endConfigTimeWatcher());
 
     DeleteFileW(wide(path));
     EXPECT_EQ(ReloadDataFile(dataFile()), 0u);
