@@ -40,36 +40,36 @@ bool assign(nsAString* text, std::u16string_view value) noexcept {
 
 NarrowContainer::NarrowContainer() noexcept {
     const auto& entries = runtime();
-    ready_ = entries.NS_CStringContainerInit != nullptr && entries.NS_CStringContainerFinish != nullptr &&
-             !failed(entries.NS_CStringContainerInit(&storage_));
+    made_ = entries.NS_CStringContainerInit != nullptr && entries.NS_CStringContainerFinish != nullptr &&
+            !failed(entries.NS_CStringContainerInit(&storage_));
 }
 
 NarrowContainer::~NarrowContainer() {
-    if (ready_) runtime().NS_CStringContainerFinish(&storage_);
+    if (made_) runtime().NS_CStringContainerFinish(&storage_);
 }
 
 nsACString* NarrowContainer::get() noexcept {
-    return ready_ ? reinterpret_cast<nsACString*>(&storage_) : nullptr;
+    return made_ ? reinterpret_cast<nsACString*>(&storage_) : nullptr;
 }
 
 std::string_view NarrowContainer::view() const noexcept {
-    return ready_ ? viewOf(reinterpret_cast<const nsACString*>(&storage_)) : std::string_view{};
+    return made_ ? viewOf(reinterpret_cast<const nsACString*>(&storage_)) : std::string_view{};
 }
 
 WideContainer::WideContainer() noexcept {
     const auto& entries = runtime();
-    ready_ = entries.NS_StringContainerInit != nullptr && entries.NS_StringContainerFinish != nullptr &&
-             !failed(entries.NS_StringContainerInit(&storage_));
+    made_ = entries.NS_StringContainerInit != nullptr && entries.NS_StringContainerFinish != nullptr &&
+            !failed(entries.NS_StringContainerInit(&storage_));
 }
 
 WideContainer::~WideContainer() {
-    if (ready_) runtime().NS_StringContainerFinish(&storage_);
+    if (made_) runtime().NS_StringContainerFinish(&storage_);
 }
 
-nsAString* WideContainer::get() noexcept { return ready_ ? reinterpret_cast<nsAString*>(&storage_) : nullptr; }
+nsAString* WideContainer::get() noexcept { return made_ ? reinterpret_cast<nsAString*>(&storage_) : nullptr; }
 
 std::u16string_view WideContainer::view() const noexcept {
-    return ready_ ? viewOf(reinterpret_cast<const nsAString*>(&storage_)) : std::u16string_view{};
+    return made_ ? viewOf(reinterpret_cast<const nsAString*>(&storage_)) : std::u16string_view{};
 }
 
 }  // namespace zab

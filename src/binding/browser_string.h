@@ -23,42 +23,48 @@ std::u16string_view viewOf(const nsAString* text) noexcept;
 bool assign(nsACString* text, std::string_view value) noexcept;
 bool assign(nsAString* text, std::u16string_view value) noexcept;
 
-/// A narrow string container on the stack, empty at first. Where the runtime cannot make one it is not ready:
-/// it must not be passed to the browser.
+/// A narrow string container on the stack, empty at first. Where the runtime cannot make one, or not with the
+/// text that it is to hold, it is not ready: it must not be passed to the browser.
 class NarrowContainer {
   public:
     NarrowContainer() noexcept;
-    explicit NarrowContainer(std::string_view text) noexcept : NarrowContainer() { assign(get(), text); }
+    explicit NarrowContainer(std::string_view text) noexcept : NarrowContainer() {
+        holds_ = assign(get(), text);
+    }
     ~NarrowContainer();
     NarrowContainer(const NarrowContainer&) = delete;
     NarrowContainer& operator=(const NarrowContainer&) = delete;
 
-    [[nodiscard]] bool ready() const noexcept { return ready_; }
+    [[nodiscard]] bool ready() const noexcept { return made_ && holds_; }
     /// The string as the browser takes it; null when not ready.
     [[nodiscard]] nsACString* get() noexcept;
     [[nodiscard]] std::string_view view() const noexcept;
 
   private:
     StringContainerStorage storage_{};
-    bool ready_ = false;
+    bool made_ = false;
+    bool holds_ = true;
 };
 
 /// The same for wide text.
 class WideContainer {
   public:
     WideContainer() noexcept;
-    explicit WideContainer(std::u16string_view text) noexcept : WideContainer() { assign(get(), text); }
+    explicit WideContainer(std::u16string_view text) noexcept : WideContainer() {
+        holds_ = assign(get(), text);
+    }
     ~WideContainer();
     WideContainer(const WideContainer&) = delete;
     WideContainer& operator=(const WideContainer&) = delete;
 
-    [[nodiscard]] bool ready() const noexcept { return ready_; }
+    [[nodiscard]] bool ready() const noexcept { return made_ && holds_; }
     [[nodiscard]] nsAString* get() noexcept;
     [[nodiscard]] std::u16string_view view() const noexcept;
 
   private:
     StringContainerStorage storage_{};
-    bool ready_ = false;
+    bool made_ = false;
+    bool holds_ = true;
 };
 
 }  // namespace zab

@@ -10,11 +10,11 @@ std::atomic<std::thread::id> g_browserThread{};
 
 }  // namespace
 
-void noteBrowserThread() noexcept { g_browserThread.store(std::this_thread::get_id()); }
-
-bool onBrowserThread() noexcept {
-    const auto noted = g_browserThread.load();
-    return noted == std::thread::id{} || noted == std::this_thread::get_id();
+void noteBrowserThread() noexcept {
+    auto none = std::thread::id{};
+    g_browserThread.compare_exchange_strong(none, std::this_thread::get_id());
 }
+
+bool onBrowserThread() noexcept { return g_browserThread.load() == std::this_thread::get_id(); }
 
 }  // namespace zab

@@ -4,10 +4,10 @@
 
 namespace zab {
 
-/// Called by the first entry point that the browser calls.
+/// Called by everything that the browser calls; the first call of all tells the thread.
 void noteBrowserThread() noexcept;
 
-/// True on the noted thread, and everywhere as long as none was noted.
+/// True on the noted thread, and nowhere as long as none was noted.
 bool onBrowserThread() noexcept;
 
 }  // namespace zab

@@ -39,6 +39,7 @@ void prepareProcessToThrow() noexcept {
     // that does.
     g_nextAllocationFails = true;
     throwOnce();
+    g_nextAllocationFails = false;  // should that exception have needed none
     [[maybe_unused]] static const void* const firstLocalStatic = std::getenv("");
 }
 

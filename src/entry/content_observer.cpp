@@ -7,6 +7,7 @@
 
 #include "binding/browser_string.h"
 #include "binding/guard.h"
+#include "entry/lifecycle.h"
 #include "entry/registry_settings.h"
 #include "intercept/channel.h"
 #include "intercept/decision.h"
@@ -193,6 +194,10 @@ void dropRequestRecord(const std::string& url) {
 }
 
 }  // namespace
+
+ContentObserver::~ContentObserver() {
+    guarded([] { trafficObserverGone(); });
+}
 
 nsresult ContentObserver::Observe(nsISupports* subject, const char* topic, const char16_t*) {
     guarded([&] {

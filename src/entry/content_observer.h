@@ -24,6 +24,10 @@ inline constexpr const char* kExamineCachedResponse = "http-on-examine-cached-re
 class ContentObserver final : public BrowserObject<ContentObserver, nsIObserver, nsIHttpNotify,
                                                    nsIHttpHeaderVisitor, nsIHttpHeaderVisitor_7> {
   public:
+    ContentObserver() = default;
+    /// When the browser lets it go, the module's work ends with it.
+    ~ContentObserver();
+
     /// Dispatches the four HTTP topics, with the channel as subject. Always succeeds.
     nsresult Observe(nsISupports* subject, const char* topic, const char16_t* data) override;
 

@@ -1,6 +1,9 @@
 // The exported functions: each says what it is and its neutral value; what it does stands elsewhere.
 
+#include <utility>
+
 #include "binding/browser_string.h"
+#include "binding/browser_thread.h"
 #include "binding/guard.h"
 #include "entry/commands.h"
 #include "entry/content_policy.h"
@@ -12,6 +15,14 @@ using namespace zab;
 
 namespace {
 
+/// A call of the extension. Observers come through one, so the first call of the browser is always one of
+/// these.
+template <class Result, class Body>
+Result entered(Result neutral, Body&& body) noexcept {
+    noteBrowserThread();
+    return guarded(neutral, std::forward<Body>(body));
+}
+
 std::int32_t answer(std::uint32_t type, const nsACString* url, const nsACString* origin, nsISupports* context,
                     const nsACString* mimeGuess, DocumentId document, bool takesClicks) {
     return answerPolicy({type, viewOf(url), viewOf(origin), viewOf(mimeGuess), context, document, takesClicks});
@@ -22,66 +33,68 @@ std::int32_t answer(std::uint32_t type, const nsACString* url, const nsACString*
 extern "C" {
 
 nsresult ZABMzCC_InitCC(nsISupports* host) {
-    return guarded(NS_ERROR_UNEXPECTED, [&] { return initialise(host); });
+    return entered(NS_ERROR_UNEXPECTED, [&] { return initialise(host); });
 }
 
 nsresult ZABMzCC_Observe(nsISupports*, const char* topic) {
-    return guarded(NS_OK, [&] { return observeStartup(topic); });
+    return entered(NS_OK, [&] { return observeStartup(topic); });
 }
 
 nsresult ZABMzCC_OnTabSelect(const nsAString* documentId) {
-    return guarded(NS_OK, [&] { return tabSelected(documentId); });
+    return entered(NS_OK, [&] { return tabSelected(documentId); });
 }
 
 nsresult ZABMzCC_OnGetSelectedTabID(const nsAString* documentId) {
-    return guarded(NS_OK, [&] { return selectedTabReported(documentId); });
+    return entered(NS_OK, [&] { return selectedTabReported(documentId); });
 }
 
 nsresult ZABMzCC_OnUnload(const nsAString* documentId) {
-    return guarded(NS_OK, [&] { return documentUnloaded(documentId); });
+    return entered(NS_OK, [&] { return documentUnloaded(documentId); });
 }
 
 nsresult ZABMzCC_OnME(nsISupports* event) {
-    return guarded(NS_OK, [&] { return mouseEvent(event); });
+    return entered(NS_OK, [&] { return mouseEvent(event); });
 }
 
-std::uint32_t ZABMzCC_GetListenerState() { return bothHooksSeen() ? 1 : 0; }
+std::uint32_t ZABMzCC_GetListenerState() {
+    return entered(0u, [] { return bothHooksSeen() ? 1u : 0u; });
+}
 
 std::int32_t ZABMzCC_ShouldLoad(std::uint32_t type, const nsACString* url, const nsACString* origin,
                                 nsISupports* context, const nsACString* mimeGuess) {
-    return guarded(kPolicyAccept,
+    return entered(kPolicyAccept,
                    [&] { return answer(type, url, origin, context, mimeGuess, documentIdOf(context), false); });
 }
 
 std::int32_t ZABMzCC_ShouldLoad2(std::uint32_t type, const nsACString* url, const nsACString* origin,
                                  nsISupports* context, const nsACString* mimeGuess,
                                  const nsAString* documentId) {
-    return guarded(kPolicyAccept, [&] {
+    return entered(kPolicyAccept, [&] {
         return answer(type, url, origin, context, mimeGuess, documentIdOf(viewOf(documentId)), false);
     });
 }
 
 std::int32_t ZABMzCC_ShouldLoad_old1(std::uint32_t type, const nsACString* url, nsISupports* context) {
-    return guarded(kPolicyAccept,
+    return entered(kPolicyAccept,
                    [&] { return answer(type, url, nullptr, context, nullptr, documentIdOf(context), true); });
 }
 
 nsresult ZABMzCC_DownloadLinkWithZAB(const nsAString* url, const nsAString* referrer, const nsAString* cookies,
                                      const nsAString* description) {
-    return guarded(NS_ERROR_FAILURE, [&] { return downloadLink(url, referrer, cookies, description); });
+    return entered(NS_ERROR_FAILURE, [&] { return downloadLink(url, referrer, cookies, description); });
 }
 
 nsresult ZABMzCC_DownloadAllWithZAB(const nsAString* markup, const nsAString* pageUrl,
                                     const nsAString* cookies) {
-    return guarded(NS_ERROR_FAILURE, [&] { return downloadAll(markup, pageUrl, cookies); });
+    return entered(NS_ERROR_FAILURE, [&] { return downloadAll(markup, pageUrl, cookies); });
 }
 
 nsresult ZABMzCC_DownloadLastFLVwithZAB(const nsAString* documentId) {
-    return guarded(NS_ERROR_FAILURE, [&] { return downloadNewestMedia(documentId, 1); });
+    return entered(NS_ERROR_FAILURE, [&] { return downloadNewestMedia(documentId, 1); });
 }
 
 nsresult ZABMzCC_DownloadLast10FLVwithZAB(const nsAString* documentId) {
-    return guarded(NS_ERROR_FAILURE, [&] { return downloadNewestMedia(documentId, 10); });
+    return entered(NS_ERROR_FAILURE, [&] { return downloadNewestMedia(documentId, 10); });
 }
 
 }  // extern "C"

@@ -14,6 +14,10 @@
 #include "page/documents.h"
 #include "page/module_state.h"
 #include "page/platform.h"
+#include "settings/data_file.h"
+#include "settings/settings_store.h"
+#include "ui/page_buttons.h"
+#include "ui/panel_controller.h"
 
 namespace zab {
 namespace {
@@ -41,12 +45,21 @@ constexpr ObservedTopic kHttpTopics[] = {
 };
 constexpr const char* kWindowTopics[] = {"domwindowopened", "domwindowclosed"};
 
+/// Takes back what was registered before `end`, so that the next try starts clean.
+void unregister(nsIObserverService& observers, ContentObserver& observer, const ObservedTopic* end) {
+    for (const ObservedTopic* row = kHttpTopics; row != end; ++row)
+        observers.RemoveObserver(&observer, row->topic);
+}
+
 nsresult registerTrafficObserver(nsIObserverService& observers) {
     const auto observer = makeObject<ContentObserver>();
     if (!observer) return NS_OK;
     for (const ObservedTopic& row : kHttpTopics) {
-        const nsresult status = observers.AddObserver(observer.get(), row.topic, kStrongReference);
-        if (failed(status) && row.required) return status;
+        nsresult status = observers.AddObserver(observer.get(), row.topic, kStrongReference);
+        if (!failed(status) && !stayLoaded()) status = NS_ERROR_UNEXPECTED;
+        if (!failed(status) || !row.required) continue;
+        unregister(observers, *observer.get(), &row);
+        return status;
     }
     return NS_OK;
 }
@@ -107,6 +120,16 @@ nsresult observeStartup(const char* topic) {
     registerWindowObserver(*observers.get());
     g_observersRegistered = true;
     return NS_OK;
+}
+
+void trafficObserverGone() {
+    if (!g_observersRegistered) return;
+    if (mouseObserver()) mouseObserver()->closePopup();
+    mouseObserver().reset();
+    endButtons();
+    clearSelection();
+    const bool threadsEnded = endControllers() && endConfigTimeWatcher();
+    if (threadsEnded) closeSharedState();
 }
 
 nsresult tabSelected(const nsAString* documentId) { return select("Tabselect2", documentId, true); }

@@ -1,6 +1,7 @@
 #include "entry/window_observer.h"
 
 #include <string_view>
+#include <utility>
 
 #include "binding/browser_string.h"
 #include "binding/guard.h"
@@ -82,8 +83,7 @@ nsresult CWindowObserver::HandleMouseEvent(nsISupports* event) {
 }
 
 void CWindowObserver::closePopup() noexcept {
-    closeWindow(popup_);
-    popup_ = 0;
+    closeWindow(std::exchange(popup_, 0));  // what is dispatched meanwhile finds none
 }
 
 void CWindowObserver::pressed() {

@@ -1,13 +1,12 @@
 #include "intercept/channel.h"
 
 #include "binding/browser_string.h"
-#include "binding/interface_ptr.h"
 
 namespace zab {
 
 nsresult Channel::readUrl(std::string& url) const {
     nsISupports* raw = nullptr;
-    if (const nsresult status = helper_.GetURI(channel_, &raw); failed(status)) return status;
+    if (const nsresult status = helper_.GetURI(get(), &raw); failed(status)) return status;
     const InterfacePtr<nsISupports> uri(raw);
     NarrowContainer spec;
     if (!uri || !spec.ready()) return NS_ERROR_NOT_AVAILABLE;
@@ -18,19 +17,19 @@ nsresult Channel::readUrl(std::string& url) const {
 }
 
 nsresult Channel::readStatus(std::uint32_t& status) const noexcept {
-    return helper_.GetResponseStatus(channel_, &status);
+    return helper_.GetResponseStatus(get(), &status);
 }
 
 std::uint32_t Channel::loadFlags() const noexcept {
     std::uint32_t flags = 0;
-    return failed(helper_.GetLoadFlags(channel_, &flags)) ? 0 : flags;
+    return failed(helper_.GetLoadFlags(get(), &flags)) ? 0 : flags;
 }
 
 std::optional<std::string> Channel::responseHeader(std::string_view name) const {
     NarrowContainer header(name);
     NarrowContainer value;
     if (!header.ready() || !value.ready()) return std::nullopt;
-    if (failed(helper_.GetResponseHeader(channel_, header.get(), value.get()))) return std::nullopt;
+    if (failed(helper_.GetResponseHeader(get(), header.get(), value.get()))) return std::nullopt;
     return std::string(value.view());
 }
 
@@ -39,9 +38,9 @@ bool Channel::setResponseHeader(std::string_view name, std::string_view value) c
     NarrowContainer header(name);
     NarrowContainer text(value);
     return header.ready() && text.ready() &&
-           !failed(helper_.SetResponseHeader(channel_, header.get(), text.get(), kReplace));
+           !failed(helper_.SetResponseHeader(get(), header.get(), text.get(), kReplace));
 }
 
-bool Channel::cancel() const noexcept { return !failed(helper_.Cancel(channel_, kTakenOver)); }
+bool Channel::cancel() const noexcept { return !failed(helper_.Cancel(get(), kTakenOver)); }
 
 }  // namespace zab

@@ -7,17 +7,20 @@
 #include <string>
 #include <string_view>
 
+#include "binding/interface_ptr.h"
 #include "binding/interfaces/helpers.h"
 
 namespace zab {
 
 class Channel {
   public:
-    /// Neither is owned; both outlive this object.
-    Channel(iZABHelper5& helper, nsISupports* channel) noexcept : helper_(helper), channel_(channel) {}
+    /// Holds the channel, which the browser may let go while a call into another process dispatches its
+    /// messages; the helper is the caller's, who holds it.
+    Channel(iZABHelper5& helper, nsISupports* channel) noexcept
+        : helper_(helper), channel_(referenceTo(channel)) {}
 
     [[nodiscard]] iZABHelper5& helper() const noexcept { return helper_; }
-    [[nodiscard]] nsISupports* get() const noexcept { return channel_; }
+    [[nodiscard]] nsISupports* get() const noexcept { return channel_.get(); }
 
     /// Writes the URL as it stands; `url` keeps its memory.
     nsresult readUrl(std::string& url) const;
@@ -31,7 +34,7 @@ class Channel {
 
   private:
     iZABHelper5& helper_;
-    nsISupports* channel_;
+    InterfacePtr<nsISupports> channel_;
 };
 
 }  // namespace zab

@@ -22,12 +22,12 @@ void forgetDocument(const DocumentKey& document) {
     settleDocumentLists();
 }
 
-void clearSelection() noexcept {
+void clearSelection() {
     moduleState().selectedTabHelper.reset();
     moduleState().selectedDocument = 0;
 }
 
-bool refreshSelectedTab() noexcept {
+bool refreshSelectedTab() {
     if (refreshByHelper11()) return true;
     const auto helper = service<iZABHelper>();
     if (!helper) return false;

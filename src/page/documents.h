@@ -25,9 +25,9 @@ void settleDocumentLists();
 void forgetDocument(const DocumentKey& document);
 
 /// The selected document went away: nothing is selected and the extension's selected tab is unknown.
-void clearSelection() noexcept;
+void clearSelection();
 
 /// Asks the extension to bring its notion of the selected tab up to date; false when neither helper could.
-bool refreshSelectedTab() noexcept;
+bool refreshSelectedTab();
 
 }  // namespace zab

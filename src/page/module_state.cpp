@@ -10,7 +10,7 @@ bool g_seen[2] = {};
 
 }  // namespace
 
-ModuleState& moduleState() noexcept {
+ModuleState& moduleState() {
     static NeverDestroyed<ModuleState> state;
     return state.get();
 }

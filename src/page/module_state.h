@@ -15,7 +15,7 @@ struct ModuleState {
     bool siteMediaFiled = false;
 };
 
-ModuleState& moduleState() noexcept;
+ModuleState& moduleState();
 
 /// The two hooks of the browser, each marked the first time that it is seen at work. With the second of them
 /// the module announces the integration to later processes.

@@ -24,12 +24,15 @@ bool debuggerWatches() noexcept;
 
 std::optional<ScreenPoint> cursorPosition() noexcept;
 
-/// Asks a window to close and waits for its answer; nothing happens when it is gone already.
+/// Asks a window to close and waits for its answer, at most 1,000 ms; nothing happens when it is gone already.
 void closeWindow(WindowHandle window) noexcept;
 
 /// Runs `work` soon from the message loop of the browser's main thread, which calls this; false: it will not
 /// run. What it throws is swallowed.
 bool runSoon(std::function<void()> work);
+
+/// Keeps the module in memory to the end of the process, whoever unloads it; false: the system refuses.
+[[nodiscard]] bool stayLoaded() noexcept;
 
 /// Tells processes that the browser starts from now on that the integration works here.
 void announceIntegration() noexcept;

@@ -35,6 +35,8 @@ void CALLBACK runNow(HWND, UINT, UINT_PTR timer, DWORD) noexcept {
     });
 }
 
+constexpr UINT kPatienceMs = 1000;  // of the browser, with a window of another thread
+
 }  // namespace
 
 void writeDebuggerText(const std::string& text) noexcept { OutputDebugStringA(text.c_str()); }
@@ -49,7 +51,8 @@ std::optional<ScreenPoint> cursorPosition() noexcept {
 
 void closeWindow(WindowHandle window) noexcept {
     const auto handle = reinterpret_cast<HWND>(window);
-    if (handle != nullptr && IsWindow(handle)) SendMessageA(handle, WM_CLOSE, 0, 0);
+    if (handle != nullptr && IsWindow(handle))
+        SendMessageTimeoutA(handle, WM_CLOSE, 0, 0, SMTO_NORMAL, kPatienceMs, nullptr);
 }
 
 bool runSoon(std::function<void()> work) {
@@ -59,6 +62,8 @@ bool runSoon(std::function<void()> work) {
     if (timer != 0) soonRuns().push_back({timer, std::move(work)});
     return timer != 0;
 }
+
+bool stayLoaded() noexcept { return pinnedModule() != nullptr; }
 
 void announceIntegration() noexcept { SetEnvironmentVariableA("ZAB_BROWSER_INTEGRATION", "on"); }
 

@@ -14,7 +14,7 @@ void RequestLists::forget(const DocumentKey& document) noexcept {
     examined.removeOfDocument(document.object, document.id);
 }
 
-RequestLists& requestLists() noexcept {
+RequestLists& requestLists() {
     static NeverDestroyed<RequestLists> lists;
     return lists.get();
 }

@@ -18,6 +18,6 @@ struct RequestLists {
     void forget(const DocumentKey& document) noexcept;
 };
 
-RequestLists& requestLists() noexcept;
+RequestLists& requestLists();
 
 }  // namespace zab

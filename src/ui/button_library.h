@@ -48,7 +48,7 @@ struct ButtonPlan {
 
 /// Null without the library.
 IZABButtonManager* buttonManager() noexcept;
-/// For module unload. The library itself stays loaded: its threads may still be ending.
+/// When the browser shuts down. The library itself stays loaded: its threads may still be ending.
 void destroyButtonManager() noexcept;
 
 /// Makes a button that is not shown yet; 0 when there is none.

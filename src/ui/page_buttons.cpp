@@ -20,7 +20,7 @@ std::u16string textOfNarrow(std::string_view text) {
 }
 
 /// Where the browser has not said which tab is in front, the page that is loading is taken for it.
-bool isInView(DocumentId document) noexcept {
+bool isInView(DocumentId document) {
     const DocumentId selected = moduleState().selectedDocument;
     return selected == 0 || selected == document;
 }
@@ -50,6 +50,13 @@ void PageButtons::forget(const DocumentKey& document) {
     while (auto button = buttons_.find(document)) {
         leaving_.push_back(button);
         buttons_.Remove(button);
+    }
+}
+
+void PageButtons::forgetAll() {
+    while (buttons_.count() != 0) {
+        leaving_.push_back(buttons_[0]);
+        buttons_.RemoveAt(0);
     }
 }
 
@@ -87,9 +94,18 @@ bool PageButtons::add(const std::shared_ptr<CDownloadMediaBtn>& button) {
     return true;
 }
 
-PageButtons& pageButtons() noexcept {
+PageButtons& pageButtons() {
     static NeverDestroyed<PageButtons> buttons;
     return buttons.get();
+}
+
+void endButtons() {
+    {
+        const SharedListLock lock(OnTimeout::goOn);
+        pageButtons().forgetAll();
+    }
+    pageButtons().settle();
+    destroyButtonManager();
 }
 
 }  // namespace zab

@@ -28,6 +28,7 @@ class PageButtons {
     void selectDocument(DocumentId document) noexcept;
     /// Takes a document's button out of the list.
     void forget(const DocumentKey& document);
+    void forgetAll();
 
     // Not under the lock.
 
@@ -44,6 +45,10 @@ class PageButtons {
     std::vector<std::shared_ptr<CDownloadMediaBtn>> leaving_;  // out of the list, still to be closed
 };
 
-PageButtons& pageButtons() noexcept;
+PageButtons& pageButtons();
+
+/// The browser shuts down: closes all buttons and ends the button library's manager. On the browser's main
+/// thread.
+void endButtons();
 
 }  // namespace zab

@@ -32,6 +32,10 @@ WindowHandle pageController(WindowHandle browserWindow) noexcept;
 /// The process controller, started on first use; 0: it could not be. On the browser's main thread alone.
 WindowHandle processController() noexcept;
 
+/// When the browser shuts down: closes all controllers, and waits for the thread of the process controller, at
+/// most 1,000 ms. False: it still runs.
+bool endControllers() noexcept;
+
 /// Sends an entry to a page controller with 0x40E and returns when its thread has filed it, as `fileEntry`
 /// (media_capture.h) does and answers; an entry that nobody receives is gone. No lock may be held.
 bool sendEntry(WindowHandle controller, std::unique_ptr<MediaEntry> entry) noexcept;

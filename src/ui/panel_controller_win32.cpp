@@ -23,7 +23,8 @@ namespace {
 
 using namespace panel_messages;
 
-constexpr DWORD kStartMs = 1000;  // the browser's main thread waits for the other one's window
+constexpr DWORD kPatienceMs =
+    1000;  // of the browser's main thread, with the start and the end of the other one
 
 struct WindowClass {
     const char* name;
@@ -34,6 +35,7 @@ WindowClass g_processClass{"ZAB_Download_Panel_controller2_class", false};
 WindowClass g_pageClass{"ZAB Download Panel controller class", false};
 
 std::atomic<HWND> g_processController{nullptr};
+Handle g_processThread;  // by the browser's main thread alone
 
 struct PageController {
     HWND browserWindow;
@@ -219,10 +221,10 @@ void startProcessController() {
     const Handle started(CreateEventA(nullptr, TRUE, FALSE, nullptr));
     Handle threads = anotherHandle(started);
     if (!threads) return;
-    const Handle thread(CreateThread(nullptr, 0, processControllerThread, threads.get(), 0, nullptr));
-    if (!thread) return;
+    g_processThread.reset(CreateThread(nullptr, 0, processControllerThread, threads.get(), 0, nullptr));
+    if (!g_processThread) return;
     (void)threads.release();
-    WaitForSingleObject(started.get(), kStartMs);
+    WaitForSingleObject(started.get(), kPatienceMs);
 }
 
 bool isWindowOfThisProcess(HWND window) noexcept {
@@ -256,6 +258,18 @@ WindowHandle pageController(WindowHandle browserWindow) noexcept {
         if (!isWindowOfThisProcess(windowOf(browserWindow))) return WindowHandle{0};
         processController();
         return handleOf(makePageController(windowOf(browserWindow)));
+    });
+}
+
+bool endControllers() noexcept {
+    return guarded(false, [] {
+        while (!pageControllers().empty())
+            if (!DestroyWindow(pageControllers().back().window)) pageControllers().pop_back();
+        if (!g_processThread) return true;
+        PostMessageA(g_processController, WM_CLOSE, 0, 0);
+        if (WaitForSingleObject(g_processThread.get(), kPatienceMs) != WAIT_OBJECT_0) return false;
+        g_processThread.reset();
+        return true;
     });
 }
 

@@ -64,7 +64,7 @@ Browser::~Browser() {
             for (const auto& [type, listener] : std::exchange(target->listeners, {}))
                 callModule(StandInCall::release, listener);
     }
-    for (const auto& row : std::exchange(observations_, {})) callModule(StandInCall::release, row.observer);
+    shutsDown();
     runtime_.setHost(nullptr);
     // The copy of the module stays loaded and may still point at what it holds: the objects outlive the
     // browser.
@@ -81,6 +81,10 @@ nsresult Browser::startsUp() {
     intoModule([&] { return exports_.Observe(nullptr, "profile-after-change"); });
     containersAtStart_ = runtime_.balance->containers;
     return connected;
+}
+
+void Browser::shutsDown() {
+    for (const auto& row : std::exchange(observations_, {})) callModule(StandInCall::release, row.observer);
 }
 
 Page& Browser::opensPage(std::string url, std::u16string title, std::uint64_t documentId) {

@@ -49,6 +49,8 @@ class Browser {
 
     /// The extension hands itself over and passes the start-up notification on.
     nsresult startsUp();
+    /// The observer service lets go of its observers.
+    void shutsDown();
     Page& opensPage(std::string url, std::u16string title = u"Page", std::uint64_t documentId = 0);
     /// Lets the document go, and its window.
     static void dropsPage(Page& page);

@@ -45,6 +45,17 @@ struct Operations {
         return call.browser.service(call.pointer<const char>(0), call.pointer<const nsIID>(1),
                                     call.pointer<void*>(2));
     }
+    static nsresult removeObserver(const Call& call) {
+        auto& browser = call.browser();
+        auto* observer = call.pointer<nsIObserver>(0);
+        const std::string topic = call.pointer<const char>(1);
+        if (std::erase_if(browser.observations_, [&](const auto& row) {
+                return row.observer == observer && row.topic == topic;
+            }) == 0)
+            return NS_ERROR_FAILURE;
+        browser.callModule(StandInCall::release, observer);
+        return NS_OK;
+    }
     static nsresult addObserver(const Call& call) {
         auto& browser = call.browser;
         auto* observer = call.pointer<nsIObserver>(0);
@@ -272,7 +283,7 @@ template <nsresult (*Run)(const Call&, Event&)>
 constexpr auto ofEvent = &on<Event, 0, Run>;
 
 constexpr Operation kServiceManagerRows[] = {{4, &O::getServiceByContract}};
-constexpr Operation kObserverServiceRows[] = {{3, &O::addObserver}};
+constexpr Operation kObserverServiceRows[] = {{3, &O::addObserver}, {4, &O::removeObserver}};
 constexpr Operation kCookieManagerRows[] = {{4, &O::enumerator}};
 constexpr Operation kEnumeratorRows[] = {{3, &O::hasMoreElements}, {4, &O::getNext}};
 constexpr Operation kCookieRows[] = {{3, &O::cookieText<&Cookie::name>},
