@@ -1,14 +1,9 @@
 // The test bed itself: what it would hide from a scenario shows here.
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "binding/browser_string.h"
 #include "binding/interface_ptr.h"
-#include "binding/upload_channel.h"
-#include "binding/wide_win32.h"
 #include "browser/browser.h"
-#include "browser/desktop.h"
 
 namespace zab::testbed {
 namespace {
@@ -80,24 +75,6 @@ TEST(Bed, FailsTheCountedCallOnly) {
     EXPECT_EQ(browser.faults().failedOperation(), "serviceManager.0");
 }
 
-TEST(Bed, EveryVersionHasItsOwnGenerationOfStreams) {
-    for (const int version : {16, 17, 52}) {
-        BoundBrowser browser({.version = version});
-        auto& channel = browser.requests({.url = "http://site.example/", .upload = Upload{.bytes = "a=b"}});
-        const auto upload = GetUploadChannel(channel.asSupports());
-        ASSERT_TRUE(upload) << version;
-        InterfacePtr<nsISupports> raw;
-        EXPECT_EQ(upload->GetUploadStream(raw.put()), NS_OK) << version;
-        const auto older = query<nsIInputStream>(raw.get());
-        const auto newer = query<nsIInputStream>(raw.get(), nsIInputStream::kIID17);
-        EXPECT_EQ(static_cast<bool>(older), version < 17) << version;
-        EXPECT_EQ(static_cast<bool>(newer), version >= 17) << version;
-        std::uint64_t count = ~0ull;
-        EXPECT_EQ((version < 17 ? older : newer)->Available(&count), NS_OK) << version;
-        EXPECT_EQ(count, version < 17 ? 0xFFFFFFFF'00000003 : 3) << "the older one writes 32 bits";
-    }
-}
-
 TEST(Bed, StringsBehaveAsPublished) {
     BoundBrowser browser;
     const PassedText passed(browser.runtime(), std::string_view("name"));
@@ -127,51 +104,6 @@ TEST(Bed, StringsBehaveAsPublished) {
     EXPECT_EQ(zab::runtime().NS_CStringToUTF16(source.get(), 0, wideText.get()), NS_OK);
     EXPECT_EQ(wideText.view(), u"\u00C3\u00A4");
     EXPECT_EQ(zab::runtime().NS_CStringToUTF16(source.get(), 3, wideText.get()), NS_ERROR_NOT_IMPLEMENTED);
-}
-
-TEST(Bed, HidesEntryPointsWhileTheModuleLooksForThem) {
-    RuntimeLibrary library("xul.dll");
-    const auto find = [&](const char* name) {
-        return GetProcAddress(static_cast<HMODULE>(library.handle()), name) != nullptr;
-    };
-    {
-        const HiddenExports hidden(library.handle(), allEntryPoints());
-        for (const auto& name : allEntryPoints()) EXPECT_FALSE(find(name.c_str())) << name;
-    }
-    for (const auto& name : allEntryPoints()) EXPECT_TRUE(find(name.c_str())) << name;
-}
-
-TEST(Bed, CatchesTheDebuggerOutputOfBothWidths) {
-    DebugLines lines(true);
-    EXPECT_TRUE(IsDebuggerPresent());
-    OutputDebugStringA("**********one ");
-    OutputDebugStringW(L"two\r\n");
-    EXPECT_EQ(lines.take(), std::vector<std::string>{"**********one two"});
-}
-
-TEST(Bed, ReadsAndAnswersMessageBoxes) {
-    int pressed = 0;
-    std::thread shows([&] { pressed = MessageBoxW(nullptr, L"A message.", L"A title", MB_YESNO); });
-    const auto box = answerMessageBox(IDNO);
-    shows.join();
-    ASSERT_TRUE(box);
-    EXPECT_EQ(box->title, u"A title");
-    EXPECT_EQ(box->text, u"A message.");
-    EXPECT_EQ(pressed, IDNO);
-    EXPECT_FALSE(messageBoxIsOpen());
-}
-
-TEST(Bed, HoldsKeysAndSettingsOnlyAsLongAsAScenario) {
-    {
-        SettingsTree settings;
-        settings.set("SpecialKeys\\CtrlF", 1u);
-        EXPECT_EQ(settings.number("SpecialKeys\\CtrlF"), 1u);
-        const HeldKeys keys({VK_CONTROL});
-        EXPECT_LT(GetKeyState(VK_CONTROL), 0);
-    }
-    EXPECT_GE(GetKeyState(VK_CONTROL), 0);
-    HKEY key = nullptr;
-    EXPECT_EQ(RegOpenKeyA(HKEY_CURRENT_USER, "Software\\ZabrionHub", &key), ERROR_FILE_NOT_FOUND);
 }
 
 }  // namespace

@@ -132,8 +132,6 @@ TEST(Restore, LooksForTheBackupAndTellsTheUserOnceThatItWasTried) {
         bool offersInstallation = false;
     } rows[] = {
         {"an intact key needs no backup", intact, [&] { Backups::putInto(backups.roaming); }, u""},
-        {"no folder at all", unmarked, [] {}, u""},
-        {"a folder without a file", unmarked, [&] { fs::create_directories(backups.roaming); }, u""},
         {"a key without its version mark", unmarked, [&] { Backups::putInto(backups.roaming); }, kPlain},
         {"no key at all, and so no program", absent, [&] { Backups::putInto(backups.roaming); }, kPlain, true},
         {"the roaming folder rules out the other, even without a file", unmarked,

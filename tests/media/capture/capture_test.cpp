@@ -428,34 +428,21 @@ TEST(Capture, IsTheSameWhereverABodyIsCut) {
 }
 
 TEST(Capture, NeverDependsOnTheChunks) {
-    constexpr std::string_view kPieces[] = {
-        "#EXTINF:9,\ns.ts\n",
-        "#EXT-X-STREAM-INF:BANDWIDTH=9000,RESOLUTION=1x720\nv.m3u8\n",
-        "#EXT-X-ENDLIST\n",
-        "<manifest><bootstrapInfo>B</bootstrapInfo>",
-        "<media url='v' height='720'/>",
-        "</html>",
-        "http://a/b.mp3 ",
-        "<video src=a.mp4>",
-        "\"fragments\":3,",
-        "\"template\":\"$fragment$\",",
-        "<title>T</title>",
-        "\"progressive\":[{url:u,quality:7p,mime:video/mp4}]",
-        "videoData:",
-        "hd_src:'http://f/1'",
-        "\"url_encoded_fmt_stream_map\":\"itag=22\\u0026url=http://g/videoplayback?itag=22\"",
-        "url_encoded_fmt_stream_map=url%3Dhttp%253A//g/videoplayback%253Fitag%253D18&",
+    const auto kPieces = zabtest::pieces(
+        "#EXTINF:9,\ns.ts\n~#EXT-X-STREAM-INF:BANDWIDTH=9000,RESOLUTION=1x720\nv.m3u8\n~#EXT-X-ENDLIST\n~"
+        "<manifest><bootstrapInfo>B</bootstrapInfo>~<media url='v' height='720'/>~</html>~http://a/b.mp3 ~"
+        "<video src=a.mp4>~\"fragments\":3,~\"template\":\"$fragment$\",~<title>T</title>~"
+        "\"progressive\":[{url:u,quality:7p,mime:video/mp4}]~videoData:~hd_src:'http://f/1'~"
+        "\"url_encoded_fmt_stream_map\":\"itag=22\\u0026url=http://g/videoplayback?itag=22\"~"
+        "url_encoded_fmt_stream_map=url%3Dhttp%253A//g/videoplayback%253Fitag%253D18&~"
         "<Representation id='137'><BaseURL>b</BaseURL><SegmentList><S "
-        "media='sq/1'/></SegmentList></Representation>",
-        "<Representation id='140'><BaseURL>a</BaseURL><SegmentList>x</SegmentList></Representation>",
-        "\0\0\0\0mdat"sv,
-        "\t\0\0\0\0\0\0\0\0\0\0\0\0\0\x0B"sv,
-        "\0"sv,
-    };
+        "media='sq/1'/></SegmentList></Representation>~"
+        "<Representation id='140'><BaseURL>a</BaseURL><SegmentList>x</SegmentList></Representation>~"
+        "\0\0\0\0mdat~\t\0\0\0\0\0\0\0\0\0\0\0\0\0\x0B~\0"sv);
     zabtest::Random random(20261124);
     int offered = 0;
     for (int round = 0; round < 400; ++round) {
-        const std::string body = zabtest::strungTogether(random, kPieces, 1 + static_cast<int>(random() % 12));
+        const std::string body = zabtest::strungTogether(random, kPieces, 1 + random() % 12);
         const std::size_t largest = 1 + random() % 40;
         const auto length = static_cast<std::int64_t>(round % 3 == 0 ? 0 : body.size() - round % 3 + 1);
         const auto context = contextFor("http://h/d/vSeg1-Frag1", length);

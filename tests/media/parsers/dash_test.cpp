@@ -90,39 +90,15 @@ TEST(Dash, PicksAudioOutOfAllRecordsInOrder) {
     EXPECT_EQ(parser.pickAudioFor(137), nullptr) << "no audio record, and nothing left of the earlier parse";
 }
 
-constexpr std::string_view kPieces[] = {"<Representation",
-                                        "<Representation id=\"137\">",
-                                        "</Representation>",
-                                        "< /representation ",
-                                        "<BaseURL>",
-                                        "</BaseURL>",
-                                        "< baseurl\t",
-                                        "</ BaseURL\n>",
-                                        "<SegmentList>",
-                                        "</SegmentList>",
-                                        " id=\"140\"",
-                                        " id='13",
-                                        " id=251",
-                                        " a=\"<",
-                                        " b=",
-                                        "\"",
-                                        "'",
-                                        "=",
-                                        "/",
-                                        ">",
-                                        "<",
-                                        "x",
-                                        "http://h/v",
-                                        " ",
-                                        "\n",
-                                        "_a:b-1",
-                                        "<Representation a=' b=",
-                                        std::string_view("\0", 1)};
+const auto kPieces = zabtest::pieces(
+    "<Representation~<Representation id=\"137\">~</Representation>~< /representation ~<BaseURL>~"
+    "</BaseURL>~< baseurl\t~</ BaseURL\n>~<SegmentList>~</SegmentList>~ id=\"140\"~ id='13~ id=251~"
+    " a=\"<~ b=~\"~'~=~/~>~<~x~http://h/v~ ~\n~_a:b-1~<Representation a=' b=~\0"sv);
 
 TEST(Dash, AgreesWithTheNaiveReadingOnGeneratedBodies) {
     zabtest::Random random(21);
     for (int round = 0; round < 3000; ++round) {
-        const std::string body = zabtest::strungTogether(random, kPieces, 4 + static_cast<int>(random() % 40));
+        const std::string body = zabtest::strungTogether(random, kPieces, 4 + random() % 40);
         zabtest::onExactBlock(body, zabtest::checkDash);
         zabtest::onExactBlock(body.substr(0, random() % (body.size() + 1)), zabtest::checkDash);
     }

@@ -8,6 +8,8 @@
 namespace zab {
 namespace {
 
+using namespace std::string_view_literals;
+
 using zabtest::facebookEntries;
 using zabtest::Lines;
 
@@ -103,28 +105,9 @@ TEST(Facebook, KeepsAnAddressThatManyBlocksShareOnce) {
     EXPECT_EQ(parser.entries().front().url.data(), parser.entries().back().url.data());
 }
 
-constexpr std::string_view kPieces[] = {"videoData:",
-                                        "\"videoData\":",
-                                        "hd_src:",
-                                        "\"hd_src\":",
-                                        "sd_src:",
-                                        "\"sd_src\":",
-                                        "\"",
-                                        "'",
-                                        "\\",
-                                        "\\/",
-                                        "\\u0025",
-                                        "dash_manifest",
-                                        "mediaPresentationDuration",
-                                        "=",
-                                        "PT9S",
-                                        "P1D",
-                                        "T",
-                                        " ",
-                                        "\n",
-                                        ",",
-                                        "9",
-                                        std::string_view("\0", 1)};
+const auto kPieces = zabtest::pieces(
+    "videoData:~\"videoData\":~hd_src:~\"hd_src\":~sd_src:~\"sd_src\":~\"~'~\\~\\/~\\u0025~"
+    "dash_manifest~mediaPresentationDuration~=~PT9S~P1D~T~ ~\n~,~9~\0"sv);
 
 TEST(Facebook, EveryPrefixOfGeneratedTextsKeepsItsBounds) {
     zabtest::Random random(66);

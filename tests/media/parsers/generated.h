@@ -8,7 +8,9 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "binding/pieces.h"
 #include "media/parsers/must.h"
 
 namespace zabtest {
@@ -21,6 +23,13 @@ class Random : public std::mt19937 {
   private:
     testing::ScopedTrace trace_;
 };
+
+/// The pieces of a text that "~" divides.
+inline std::vector<std::string_view> pieces(std::string_view joined) {
+    std::vector<std::string_view> all;
+    for (const std::string_view piece : zab::piecesOf(joined, '~')) all.push_back(piece);
+    return all;
+}
 
 /// `count` of the pieces, drawn at random.
 inline std::string strungTogether(std::mt19937& random, std::span<const std::string_view> pieces,

@@ -157,44 +157,16 @@ TEST(Hds, AFailedParseKeepsNothing) {
     }
 }
 
-constexpr std::string_view kPieces[] = {"<bootstrapInfo id=\"b\">",
-                                        "<bootstrapInfo ",
-                                        "</bootstrapInfo>",
-                                        "<media url=\"u\" ",
-                                        "<media ",
-                                        "</media>",
-                                        "/>",
-                                        "<metadata>",
-                                        "</metadata>",
-                                        "< /media ",
-                                        "YWIGaGVpZ2h0AEB+AAAAAAAA",
-                                        "<duration>",
-                                        "</duration>",
-                                        "<baseURL>",
-                                        "</ baseurl >",
-                                        "<drm",
-                                        "<pv-",
-                                        " id='b'",
-                                        " bootstrapInfoId=\"b",
-                                        " height=720",
-                                        " height=\"360\"",
-                                        " bitrate=5",
-                                        "\"",
-                                        "'",
-                                        "=",
-                                        "/",
-                                        ">",
-                                        "<",
-                                        "x",
-                                        " ",
-                                        "\n",
-                                        " a=' b=",
-                                        std::string_view("\0", 1)};
+const auto kPieces = zabtest::pieces(
+    "<bootstrapInfo id=\"b\">~<bootstrapInfo ~</bootstrapInfo>~<media url=\"u\" ~<media ~</media>~/>~"
+    "<metadata>~</metadata>~< /media ~YWIGaGVpZ2h0AEB+AAAAAAAA~<duration>~</duration>~<baseURL>~"
+    "</ baseurl >~<drm~<pv-~ id='b'~ bootstrapInfoId=\"b~ height=720~ height=\"360\"~ bitrate=5~\"~'~=~"
+    "/~>~<~x~ ~\n~ a=' b=~\0"sv);
 
 TEST(Hds, AgreesWithTheNaiveReadingOnGeneratedBodies) {
     zabtest::Random random(22);
     for (int round = 0; round < 3000; ++round) {
-        const std::string body = zabtest::strungTogether(random, kPieces, 4 + static_cast<int>(random() % 40));
+        const std::string body = zabtest::strungTogether(random, kPieces, 4 + random() % 40);
         zabtest::onExactBlock(body, zabtest::checkHds);
         zabtest::onExactBlock(body.substr(0, random() % (body.size() + 1)), zabtest::checkHds);
     }

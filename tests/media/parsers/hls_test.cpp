@@ -230,43 +230,13 @@ TEST(Hls, WalksTheStreams) {
     }
 }
 
-constexpr std::string_view kPieces[] = {"#EXTM3U",
-                                        "#EXT-X-VERSION:3",
-                                        "#EXT-X-MEDIA:TYPE=AUDIO,GROUP-ID=\"g\",URI=\"a,b\"",
-                                        "#EXT-X-STREAM-INF:",
-                                        "BANDWIDTH=1280000,",
-                                        "CODECS=\"avc1.4d401f,mp4a.40.2\",",
-                                        "RESOLUTION=1280x720,",
-                                        "AUDIO=\"g\",",
-                                        "\"",
-                                        "#EXTINF:9.009,",
-                                        "#EXTINF:",
-                                        "title",
-                                        "EXT-X-ENDLIST",
-                                        "#EXT-X-ENDLIST",
-                                        "#EXT-X-MAP:URI=\"init.mp4\"",
-                                        "#EXT-X-MAP:URI='",
-                                        "#EXT-X-KEY:METHOD=AES-128",
-                                        "#EXT-X-PROGRAM-DATE-TIME:2020",
-                                        "#EXT-X-BYTERANGE:9@0",
-                                        "#EXT-X-DISCONTINUITY",
-                                        "#EXT-X-MEDIA-SEQUENCE:12",
-                                        "#EXT-X-TARGETDURATION:10",
-                                        "1e999",
-                                        "-5",
-                                        "http://h/s.ts",
-                                        "\n",
-                                        "\n",
-                                        "\n",
-                                        "\n",
-                                        "\r\n",
-                                        " ",
-                                        "\t",
-                                        ",",
-                                        "=",
-                                        "#",
-                                        std::string_view("\0", 1),
-                                        "\xff"};
+const auto kPieces = zabtest::pieces(
+    "#EXTM3U~#EXT-X-VERSION:3~#EXT-X-MEDIA:TYPE=AUDIO,GROUP-ID=\"g\",URI=\"a,b\"~#EXT-X-STREAM-INF:~"
+    "BANDWIDTH=1280000,~CODECS=\"avc1.4d401f,mp4a.40.2\",~RESOLUTION=1280x720,~AUDIO=\"g\",~\"~"
+    "#EXTINF:9.009,~#EXTINF:~title~EXT-X-ENDLIST~#EXT-X-ENDLIST~#EXT-X-MAP:URI=\"init.mp4\"~"
+    "#EXT-X-MAP:URI='~#EXT-X-KEY:METHOD=AES-128~#EXT-X-PROGRAM-DATE-TIME:2020~#EXT-X-BYTERANGE:9@0~"
+    "#EXT-X-DISCONTINUITY~#EXT-X-MEDIA-SEQUENCE:12~#EXT-X-TARGETDURATION:10~1e999~-5~http://h/s.ts~\n~"
+    "\n~\n~\n~\r\n~ ~\t~,~=~#~\0~\xff"sv);
 
 TEST(Hls, EveryPrefixOfGeneratedBodiesKeepsItsBounds) {
     zabtest::Random random(20);

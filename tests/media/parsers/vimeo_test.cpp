@@ -8,6 +8,8 @@
 namespace zab {
 namespace {
 
+using namespace std::string_view_literals;
+
 using zabtest::Lines;
 using zabtest::vimeoRenditions;
 
@@ -67,26 +69,9 @@ TEST(Vimeo, TakesTheTitleAsItStands) {
     for (const auto& row : rows) EXPECT_EQ(vimeoRenditions(row.text), Lines{row.title}) << row.why;
 }
 
-constexpr std::string_view kPieces[] = {"<title>",
-                                        "</title>",
-                                        "\"progressive\":",
-                                        "[",
-                                        "]",
-                                        "{",
-                                        "}",
-                                        "\"url\"",
-                                        "url",
-                                        "\"quality\"",
-                                        "\"mime\"",
-                                        ":",
-                                        ",",
-                                        "\"video/mp4\"",
-                                        "\"",
-                                        "'",
-                                        "u",
-                                        " ",
-                                        "\n",
-                                        std::string_view("\0", 1)};
+const auto kPieces = zabtest::pieces(
+    "<title>~</title>~\"progressive\":~[~]~{~}~\"url\"~url~\"quality\"~\"mime\"~:~,~\"video/mp4\"~\"~'~"
+    "u~ ~\n~\0"sv);
 
 TEST(Vimeo, EveryPrefixOfGeneratedTextsKeepsItsBounds) {
     zabtest::Random random(67);

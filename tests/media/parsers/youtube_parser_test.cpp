@@ -8,6 +8,8 @@
 namespace zab {
 namespace {
 
+using namespace std::string_view_literals;
+
 using zabtest::As;
 using zabtest::Lines;
 using zabtest::youtubeCatalogue;
@@ -269,42 +271,11 @@ TEST(YoutubeCatalogue, UndoesPercentsInNarrowText) {
     }
 }
 
-constexpr std::string_view kPieces[] = {"url_encoded_fmt_stream_map",
-                                        "\"adaptive_fmts\":",
-                                        "adaptive_fmts",
-                                        "\\\"streamingData\\\":",
-                                        "%22streamingData%22%3A",
-                                        "\"streamingData\":",
-                                        "http",
-                                        "videoplayback",
-                                        "\\u0026",
-                                        "&",
-                                        "itag=",
-                                        "url=",
-                                        "sig=",
-                                        "s=",
-                                        "signature=",
-                                        "?id=1",
-                                        "22",
-                                        "137",
-                                        "\"title\":\"",
-                                        "title=",
-                                        "\",\"",
-                                        "\"",
-                                        "\\\"",
-                                        "%22",
-                                        "\\/",
-                                        "\\\\",
-                                        "%2C",
-                                        "%00",
-                                        "%",
-                                        ",",
-                                        ":",
-                                        "=",
-                                        "+",
-                                        "\\u0041",
-                                        "\xC3\xA9",
-                                        std::string_view("\0", 1)};
+const auto kPieces = zabtest::pieces(
+    "url_encoded_fmt_stream_map~\"adaptive_fmts\":~adaptive_fmts~\\\"streamingData\\\":~"
+    "%22streamingData%22%3A~\"streamingData\":~http~videoplayback~\\u0026~&~itag=~url=~sig=~s=~"
+    "signature=~?id=1~22~137~\"title\":\"~title=~\",\"~\"~\\\"~%22~\\/~\\\\~%2C~%00~%~,~:~=~+~\\u0041~"
+    "\xC3\xA9~\0"sv);
 
 TEST(YoutubeCatalogue, EveryPrefixOfGeneratedTextsKeepsItsBounds) {
     zabtest::Random random(60);
