@@ -19,6 +19,9 @@ GivenSettings settingsWith(void (*change)(GivenSettings&)) {
 TEST(Policy, TakesWhatTheUserForcesOrClicks) {
     constexpr auto nothing = [](GivenSettings&) {};
     constexpr auto force = [](GivenSettings& s) { s.forceKey = true; };
+    constexpr auto prevent = [](GivenSettings& s) { s.preventKey = true; };
+    constexpr auto off = [](GivenSettings& s) { s.integration = false; };
+    constexpr auto except = [](GivenSettings& s) { s.exceptionList = "h"; };
     const struct {
         PolicyFacts facts;
         void (*change)(GivenSettings&);
@@ -69,21 +72,9 @@ TEST(Policy, TakesWhatTheUserForcesOrClicks) {
          Outcome::browser,
          Reason::notInCatchList,
          "a query names no file"},
-        {{6, "http://h/a.zip", true, true},
-         [](GivenSettings& s) { s.preventKey = true; },
-         Outcome::browser,
-         Reason::preventKeyHeld,
-         "prevented"},
-        {{6, "http://h/a.zip", true, true},
-         [](GivenSettings& s) { s.integration = false; },
-         Outcome::browser,
-         Reason::integrationOff,
-         "switched off"},
-        {{6, "http://h/a.zip", true, true},
-         [](GivenSettings& s) { s.exceptionList = "h"; },
-         Outcome::browser,
-         Reason::serverExcepted,
-         "excepted"},
+        {{6, "http://h/a.zip", true, true}, prevent, Outcome::browser, Reason::preventKeyHeld, "prevented"},
+        {{6, "http://h/a.zip", true, true}, off, Outcome::browser, Reason::integrationOff, "switched off"},
+        {{6, "http://h/a.zip", true, true}, except, Outcome::browser, Reason::serverExcepted, "excepted"},
     };
     for (const auto& row : rows) {
         const Decision decision = decidePolicy(row.facts, settingsWith(row.change));

@@ -7,6 +7,7 @@
 #include "browser/hands.h"
 #include "browser/process_view.h"
 #include "browser/top_window.h"
+#include "intercept/kinds.h"
 #include "scenarios/import_hook.h"
 #include "scenarios/scenario.h"
 

@@ -8,6 +8,8 @@
 namespace zab {
 namespace {
 
+constexpr const char* kBackup = "\\settings.bak";
+
 /// A machine as a table: which folders and files it has, and what was done to it.
 struct Machine final : RestoreSystem {
     bool nt = true;
@@ -42,67 +44,57 @@ struct Machine final : RestoreSystem {
 
 TEST(RestoreDamagedSettings, FindsTheBackupAndTellsTheUserOnlyThen) {
     using Acts = std::vector<std::string>;
+    constexpr auto nothing = [](Machine&) {};
+    constexpr auto otherFamily = [](Machine& m) { m.nt = false; };
+    const std::string roaming = "R:\\Roaming\\ZHCache", windows = "C:\\WINDOWS\\ZHCache",
+                      ann = windows + "\\ann", nobody = windows + "\\default_user";
     const struct {
         const char* why;
-        void (*arrange)(Machine&);
-        Acts acts;
+        void (*change)(Machine&);
+        std::vector<std::string> folders;  // with a backup in each
+        Acts acts;                         // behind "privilege"
+        std::vector<std::string> others = {};
     } rows[] = {
-        {"the roaming folder first",
-         [](Machine& m) {
-             m.paths = {"R:\\Roaming\\ZHCache", "R:\\Roaming\\ZHCache\\settings.bak"};
-         },
-         {"privilege", "restore R:\\Roaming\\ZHCache\\settings.bak", "message"}},
+        {"the roaming folder first", nothing, {roaming, ann}, {"restore " + roaming, "message"}},
         {"a folder that ends in a backslash gets no second one",
-         [](Machine& m) {
-             m.roaming = "R:\\";
-             m.paths = {"R:\\ZHCache", "R:\\ZHCache\\settings.bak"};
-         },
-         {"privilege", "restore R:\\ZHCache\\settings.bak", "message"}},
-        {"a roaming folder without a backup rules out the Windows folder",
-         [](Machine& m) {
-             m.paths = {"R:\\Roaming\\ZHCache", "C:\\WINDOWS\\ZHCache\\ann",
-                        "C:\\WINDOWS\\ZHCache\\ann\\settings.bak"};
-         },
-         {"privilege"}},
+         [](Machine& m) { m.roaming = "R:\\"; },
+         {"R:\\ZHCache"},
+         {"restore R:\\ZHCache", "message"}},
+        {"a roaming folder without a backup rules out the Windows folder", nothing, {ann}, {}, {roaming}},
         {"no roaming folder: the user's own below the Windows folder",
-         [](Machine& m) {
-             m.paths = {"C:\\WINDOWS\\ZHCache\\ann", "C:\\WINDOWS\\ZHCache\\ann\\settings.bak"};
-         },
-         {"privilege", "restore C:\\WINDOWS\\ZHCache\\ann\\settings.bak", "message"}},
+         nothing,
+         {ann, windows},
+         {"restore " + ann, "message"}},
         {"a user without a name",
-         [](Machine& m) {
-             m.roaming.reset(), m.user.reset();
-             m.paths = {"C:\\WINDOWS\\ZHCache\\default_user",
-                        "C:\\WINDOWS\\ZHCache\\default_user\\settings.bak"};
-         },
-         {"privilege", "restore C:\\WINDOWS\\ZHCache\\default_user\\settings.bak", "message"}},
-        {"no Windows folder", [](Machine& m) { m.windows.reset(); }, {"privilege"}},
-        {"no folder at all", [](Machine&) {}, {"privilege"}},
+         [](Machine& m) { m.roaming.reset(), m.user.reset(); },
+         {nobody},
+         {"restore " + nobody, "message"}},
+        {"no Windows folder", [](Machine& m) { m.windows.reset(); }, {}, {}},
+        {"no folder at all", nothing, {}, {}},
         {"the suspect is installed",
-         [](Machine& m) {
-             m.paths = {"R:\\Roaming\\ZHCache", "R:\\Roaming\\ZHCache\\settings.bak",
-                        "C:\\Program Files\\Spyware Cleaner"};
-         },
-         {"privilege", "restore R:\\Roaming\\ZHCache\\settings.bak", "message, product named"}},
+         nothing,
+         {roaming},
+         {"restore " + roaming, "message, product named"},
+         {"C:\\Program Files\\Spyware Cleaner"}},
         {"the other family: no roaming folder, no user, a hive beside the users'",
-         [](Machine& m) {
-             m.nt = false;
-             m.paths = {"R:\\Roaming\\ZHCache", "R:\\Roaming\\ZHCache\\settings.bak", "C:\\WINDOWS\\ZHCache",
-                        "C:\\WINDOWS\\ZHCache\\settings.bak"};
-         },
-         {"privilege", "load C:\\WINDOWS\\ZHCache\\settings.bak", "copy", "delete", "message"}},
+         otherFamily,
+         {roaming, windows},
+         {"load " + windows, "copy", "delete", "message"}},
         {"the other family, a hive that does not load: taken away and told all the same",
-         [](Machine& m) {
-             m.nt = m.hiveLoads = false;
-             m.paths = {"C:\\WINDOWS\\ZHCache", "C:\\WINDOWS\\ZHCache\\settings.bak"};
-         },
-         {"privilege", "load C:\\WINDOWS\\ZHCache\\settings.bak", "delete", "message"}},
+         [](Machine& m) { m.nt = m.hiveLoads = false; },
+         {windows},
+         {"load " + windows, "delete", "message"}},
     };
     for (const auto& row : rows) {
         Machine machine;
-        row.arrange(machine);
+        row.change(machine);
+        machine.paths.insert(row.others.begin(), row.others.end());
+        for (const std::string& folder : row.folders) machine.paths.insert({folder, folder + kBackup});
         restoreDamagedSettings(machine);
-        EXPECT_EQ(machine.acts, row.acts) << row.why;
+        Acts expected{"privilege"};
+        for (const std::string& act : row.acts)
+            expected.push_back(act.starts_with("restore") || act.starts_with("load") ? act + kBackup : act);
+        EXPECT_EQ(machine.acts, expected) << row.why;
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "binding/utf.h"
 #include "ui/in_flight.h"
 
 namespace zab {
@@ -38,7 +39,7 @@ struct Lists {
         page.media.offer(entry("hlstozab://http://h.example/a.m3u8", 720));
         for (const std::uint64_t document : {9, 7})
             requests.examined.add(object("http://h.example/o.mp4", document));
-        requests.requested.add(object("http://cdn.example/file.mp3", 7));
+        requests.requested.add(object("http://cdn/file.mp3", 7));
         requests.requested.add(object("http://h.example/low.mp4", 7));
         selection = {8, "http://h.example/list", 88, {"http://h.example/1.zip", "http://h.example/2.zip"}};
     }
@@ -50,68 +51,56 @@ struct Lists {
 
 TEST(MediaChoice, NamesEntriesThenWhatThePageRequested) {
     Lists lists;
+    const auto whole = [](std::u16string url) {
+        const auto mark = url.find(u'~');
+        return mark == url.npos ? url : url.replace(mark, 1, u"http://h.example/");
+    };
     const struct {
         std::u16string url, page;
         ChoiceOrigin origin;
         WindowHandle controller;
-        std::vector<std::string> urls;
+        std::vector<std::string> urls;  // "~": the host and its scheme
         const char* why;
     } rows[] = {
-        {u"hlstozab://http://h.example/a.m3u8",
+        {u"hlstozab://~a.m3u8",
          u"7",
          pageController,
          77,
-         {"hlstozab://http://h.example/a.m3u8 360"},
+         {"hlstozab://~a.m3u8 360"},
          "the first with this link"},
-        {u"hlstozab://http://h.example/a.m3u8#2",
+        {u"hlstozab://~a.m3u8#2", u"7", pageController, 77, {"hlstozab://~a.m3u8 720"}, "the second"},
+        {u"hlstozab://~a.m3u8#3", u"7", pageController, 77, {}, "there is no third"},
+        {u"~low.mp4",
          u"7",
          pageController,
          77,
-         {"hlstozab://http://h.example/a.m3u8 720"},
-         "the second"},
-        {u"hlstozab://http://h.example/a.m3u8#3", u"7", pageController, 77, {}, "there is no third"},
-        {u"http://h.example/low.mp4",
-         u"7",
-         pageController,
-         77,
-         {"http://h.example/low.mp4 240"},
+         {"~low.mp4 240"},
          "an entry before a request of the same address"},
         {u"!ALL!",
          u"7",
          pageController,
          77,
-         {"hlstozab://http://h.example/a.m3u8 720", "hlstozab://http://h.example/a.m3u8 360",
-          "http://h.example/low.mp4 240"},
+         {"hlstozab://~a.m3u8 720", "hlstozab://~a.m3u8 360", "~low.mp4 240"},
          "all, the best first"},
         {u"!ALL!", u"8", pageController, 0, {}, "not the selection: that has its own window"},
-        {u"!ALL!",
-         u"8",
-         processController,
-         88,
-         {"http://h.example/1.zip ", "http://h.example/2.zip "},
-         "the whole selection"},
-        {u"http://h.example/2.zip", u"8", processController, 88, {"http://h.example/2.zip "}, "one of it"},
-        {u"http://h.example/2.zip", u"7", processController, 77, {}, "of another page"},
-        {u"http://h.example/o.mp4", u"7", processController, 77, {"http://h.example/o.mp4 "}, "a request"},
-        {u"http://h.example/o.mp4", u"8", pageController, 0, {}, "another page's"},
-        {u"http://h.example/o.mp4", u"", pageController, 0, {"http://h.example/o.mp4 "}, "no page told"},
-        {u"rtmp://h/[[IMPORT]]/cdn.example/file.mp3",
+        {u"!ALL!", u"8", processController, 88, {"~1.zip ", "~2.zip "}, "the whole selection"},
+        {u"~2.zip", u"8", processController, 88, {"~2.zip "}, "one of it"},
+        {u"~2.zip", u"7", processController, 77, {}, "of another page"},
+        {u"~o.mp4", u"7", processController, 77, {"~o.mp4 "}, "a request"},
+        {u"~o.mp4", u"8", pageController, 0, {}, "another page's"},
+        {u"~o.mp4", u"", pageController, 0, {"~o.mp4 "}, "no page told"},
+        {u"rtmp://h/[[IMPORT]]/cdn/file.mp3",
          u"7",
          pageController,
          77,
-         {"http://cdn.example/file.mp3 "},
+         {"http://cdn/file.mp3 "},
          "known under the address behind its marker"},
-        {u"http://h.example/o.mp4/[[DYNAMIC]]/2",
-         u"7",
-         pageController,
-         77,
-         {"http://h.example/o.mp4 "},
-         "and before it"},
+        {u"~o.mp4/[[DYNAMIC]]/2", u"7", pageController, 77, {"~o.mp4 "}, "and before it"},
         {u"", u"7", pageController, 77, {}, "nothing asked for"},
     };
     for (const auto& row : rows) {
         Choice choice;
-        choice.request.mediaUrl = row.url;
+        choice.request.mediaUrl = whole(row.url);
         choice.request.pageIdentity = row.page;
         choice.origin = row.origin;
         const NamedMedia media = named(choice.request, choice.origin, lists.all);
@@ -121,7 +110,9 @@ TEST(MediaChoice, NamesEntriesThenWhatThePageRequested) {
         std::vector<std::string> urls;
         for (const TransferRecord& record : choice.transfers)
             urls.push_back(record.url + " " + record.extraData);
-        EXPECT_EQ(urls, row.urls) << row.why;
+        std::vector<std::string> expected;
+        for (const std::string& url : row.urls) expected.push_back(utf8FromUtf16(whole(utf16FromUtf8(url))));
+        EXPECT_EQ(urls, expected) << row.why;
         EXPECT_EQ(choice.requestSeen, media.object != nullptr) << row.why;
     }
 }

@@ -1,6 +1,7 @@
 // The command as a stranger runs it: what it prints where, and how it ends.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -26,7 +27,8 @@ struct Outcome {
 };
 
 Outcome run(const std::string& arguments, const std::string& input) {
-    const fs::path folder = fs::temp_directory_path() / "zabprobe test";
+    // Its own: several checkouts may be tested at once.
+    const fs::path folder = fs::temp_directory_path() / ("zabprobe test " + std::to_string(getpid()));
     fs::create_directories(folder);
     std::ofstream(folder / "in", std::ios::binary) << input;
     const auto quoted = [&](const char* name) { return "'" + (folder / name).string() + "'"; };

@@ -173,6 +173,7 @@ TEST(CaptureHdsFragment, OffersStreamsThatCanBePlayed) {
         {"\0\0\0\7free"s + box("mdat", tag(9)), false, "a size below its header ends the walk"},
         {box("mdat", tag(9).substr(0, 10)), false, "no whole tag header"},
         {box("free", tag(9)), false, "no media data"},
+        {box("mdat", tag(9).substr(0, 11)), true, "a tag's header alone"},
     };
     for (const auto& row : rows) {
         const auto context =
@@ -198,6 +199,11 @@ TEST(CaptureYouTube, OffersTheCatalogue) {
                   "43 | 360p WEBM | webm\n" + "yta3tozab://" + link + "137 | 1080p HD MP4 | mp4 | second " +
                   link + "140\n")
         << "136 shows what 22 shows, 140 is sound";
+    EXPECT_EQ(captureWhole(MediaKind::youtubeWatchPage, context,
+                           "\"url_encoded_fmt_stream_map\":\"" + stream(22) + "\",\"adaptive_fmts\":\"" +
+                               stream(137) + "\""),
+              "yta3tozab://" + link + "22 | 720p HD MP4 | mp4\n")
+        << "without sound to go with it a picture is nothing";
 }
 
 TEST(CaptureYouTube, OffersAStreamThatNoCatalogueKnows) {
@@ -291,6 +297,15 @@ TEST(CaptureWithCompanions, DescribesWhatTheyTell) {
         "mpdtozab://http://h/m.mpd&selected_id=w | 719p bitrate 1kbps | mp4 | height 719 | bitrate 2047\n");
     EXPECT_EQ(captureWhole(MediaKind::sniff, context, "x"),
               "http://h/m.mpd | m.mpd | m4a | audio | duration 5 | width 1 | height 2 | bitrate 3\n");
+
+    library.sniffed.extension = "MOV";
+    context.contentLength = 1;
+    EXPECT_EQ(captureWhole(MediaKind::sniff, context, "x"),
+              "http://h/m.mpd | m.mpd | mov | size 1 | duration 5 | width 1 | height 2 | bitrate 3\n")
+        << "what neither the library nor the file itself tells: the response's length, the library's height";
+    library.sniffed.size = 7;
+    EXPECT_NE(captureWhole(MediaKind::sniff, context, "x").find("size 7"), std::string::npos);
+    context.contentLength = 0;
 
     library.sniffed.extension = "XML";
     constexpr std::string_view kHds = "<manifest xmlns='http://ns.adobe.com/f4m/1.0'>";
