@@ -7,8 +7,10 @@ using zabbench::repeated;
 
 std::function<void()> harvest(const std::string& markup) {
     return [&markup] {
-        zab::CLinksArray links;
-        zab::harvestPage(markup, "https://archive.example.org/software/index.html", links);
+        constexpr const char* kPage = "https://archive.example.org/software/index.html";
+        zab::CHTMLParser page(kPage, kPage);
+        page.feed(markup);
+        page.finish();
     };
 }
 

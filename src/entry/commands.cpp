@@ -8,6 +8,8 @@
 #include "binding/browser_string.h"
 #include "binding/browser_text_win32.h"
 #include "binding/utf.h"
+#include "entry/registry_settings.h"
+#include "intercept/file_judge.h"
 #include "page/media_pages.h"
 #include "page/platform.h"
 #include "settings/shared_list_lock.h"
@@ -77,17 +79,22 @@ nsresult downloadLink(const nsAString* url, const nsAString* referrer, const nsA
 }
 
 nsresult downloadAll(const nsAString* markup, const nsAString* pageUrl, const nsAString* cookies) {
-    CLinksArray links;
+    const RegistrySettings settings;
     const std::string page = utf8(pageUrl);
-    harvestPage(utf8(markup), page, links);
-    if (links.count() == 0) {
+    CHTMLParser parser(page, page, fileJudgeOf(settings));
+    parser.feed(utf8(markup));
+    parser.finish();
+    if (parser.links().count() == 0) {
         reportNoLinksFound();
         return NS_ERROR_FAILURE;
     }
+    if (parser.leftOut() > 0)
+        writeDebuggerText("**********Download all: " + std::to_string(parser.leftOut()) +
+                          " links left out\r\n");
     TransferRecord record = recordOf(page, narrow(cookies));
     record.pageUrl = page;
     std::deque<TransferRecord> records;
-    for (const PageLink& link : links) records.emplace_back(record).url = link.url;
+    for (const PageLink& link : parser.links()) records.emplace_back(record).url = link.url;
     return send(std::move(records));
 }
 

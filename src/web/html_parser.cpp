@@ -2,47 +2,57 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
+#include <utility>
 
+#include "binding/pieces.h"
 #include "binding/text.h"
 #include "web/character_references.h"
 #include "web/script_links.h"
+#include "web/url.h"
+#include "web/url_resolve.h"
 
 namespace zab {
 namespace {
 
 using Attribute = HtmlAttribute;
 
-enum class Use : std::uint8_t {
-    link,
-    picture,
-    pictures,  // a list of them, with their conditions
-    playable,
-};
-
 struct LinkAttribute {
     std::string_view element;
     HtmlAttribute attribute;
-    Use use;
+    LinkSource source;
+    bool playable;
     HtmlAttribute text;  // the attribute that says what it is
 };
 
-// In the order in which the links of one element count. The text of "a" is its content.
+constexpr bool kPlays = true, kShows = false;
+
+// In the order in which the links of one element count. What needs a closer look (a, base, form, link, meta,
+// input, lists of pictures) is not among them.
 constexpr LinkAttribute kLinkAttributes[] = {
-    {"area", Attribute::href, Use::link, Attribute::alt},
-    {"link", Attribute::href, Use::link, Attribute::title},
-    {"form", Attribute::action, Use::link, Attribute::title},
-    {"iframe", Attribute::src, Use::link, Attribute::title},
-    {"frame", Attribute::src, Use::link, Attribute::title},
-    {"img", Attribute::src, Use::picture, Attribute::alt},
-    {"img", Attribute::srcset, Use::pictures, Attribute::alt},
-    {"source", Attribute::src, Use::playable, Attribute::title},
-    {"source", Attribute::srcset, Use::pictures, Attribute::title},
-    {"video", Attribute::src, Use::playable, Attribute::title},
-    {"video", Attribute::poster, Use::picture, Attribute::title},
-    {"audio", Attribute::src, Use::playable, Attribute::title},
-    {"embed", Attribute::src, Use::playable, Attribute::title},
-    {"object", Attribute::data, Use::playable, Attribute::title},
+    {"area", Attribute::href, LinkSource::link, kShows, Attribute::alt},
+    {"iframe", Attribute::src, LinkSource::media, kShows, Attribute::title},
+    {"frame", Attribute::src, LinkSource::media, kShows, Attribute::title},
+    {"img", Attribute::src, LinkSource::media, kShows, Attribute::alt},
+    {"image", Attribute::src, LinkSource::media, kShows, Attribute::alt},  // as browsers read it in HTML
+    {"image", Attribute::href, LinkSource::media, kShows, Attribute::title},
+    {"image", Attribute::xlinkHref, LinkSource::media, kShows, Attribute::title},
+    {"source", Attribute::src, LinkSource::media, kPlays, Attribute::title},
+    {"track", Attribute::src, LinkSource::media, kShows, Attribute::title},
+    {"video", Attribute::src, LinkSource::media, kPlays, Attribute::title},
+    {"video", Attribute::poster, LinkSource::media, kShows, Attribute::title},
+    {"audio", Attribute::src, LinkSource::media, kPlays, Attribute::title},
+    {"embed", Attribute::src, LinkSource::media, kPlays, Attribute::title},
+    {"object", Attribute::data, LinkSource::media, kPlays, Attribute::title},
 };
+
+// Relations of a link element to a document or a feed.
+constexpr std::string_view kDocumentRelations[] = {
+    "alternate", "enclosure", "next",         "prev", "previous", "first",   "last",      "start",
+    "up",        "top",       "contents",     "toc",  "index",    "chapter", "section",   "subsection",
+    "appendix",  "glossary",  "bibliography", "help", "author",   "license", "copyright", "bookmark"};
+// Parts of the page whatever else they are called.
+constexpr std::string_view kPartRelations[] = {"stylesheet", "icon", "preload", "prefetch", "modulepreload"};
 
 struct RawElement {
     std::string_view name;
@@ -103,6 +113,31 @@ std::string asLine(std::string_view text) {
     return line;
 }
 
+bool leadsToDocument(std::string_view relations) {
+    bool leads = false;
+    const std::string line = asLine(relations);
+    for (const std::string_view written : piecesOf(line, ' ')) {
+        if (isOneOfIgnoringCase(written, kPartRelations)) return false;
+        leads |= isOneOfIgnoringCase(written, kDocumentRelations);
+    }
+    return leads;
+}
+
+/// Whether a form of this method asks for an address, as one without a method does.
+bool isGet(std::string_view method) noexcept {
+    return !equalsIgnoringCase(method, "post") && !equalsIgnoringCase(method, "dialog");
+}
+
+/// The code of a "javascript:" address; nothing when it is another.
+std::optional<std::string> scriptOf(std::string_view written) {
+    constexpr std::string_view kScheme = "javascript";
+    const auto first = written.find_first_not_of(" \t\r\n\f");
+    if (first == written.npos || toLower(written[first]) != kScheme.front()) return std::nullopt;
+    const std::string cleaned = cleanedReference({}, written);
+    if (!hasScheme(cleaned, kScheme)) return std::nullopt;
+    return withoutEscapes(std::string_view(cleaned).substr(kScheme.size() + 1));
+}
+
 /// The address in the content of a refresh ("5; url=next.html"), by the standard's steps; empty without one.
 std::string_view refreshTarget(std::string_view content) noexcept {
     constexpr std::string_view kSpace = " \t\r\n\f";
@@ -125,15 +160,16 @@ std::string_view refreshTarget(std::string_view content) noexcept {
 
 }  // namespace
 
-CHTMLParser::CHTMLParser(std::string_view baseUrl, std::string_view pageUrl)
-    : links_(baseUrl, pageUrl), media_(baseUrl, pageUrl) {}
+CHTMLParser::CHTMLParser(std::string_view baseUrl, std::string_view pageUrl, FileJudge judge)
+    : links_(baseUrl, pageUrl, std::move(judge)) {}
 
 void CHTMLParser::feed(std::string_view chunk) { tokenizer_.feed(chunk); }
 
 void CHTMLParser::finish() {
     tokenizer_.finish();
-    if (content_ == HtmlContent::script) harvestScript();
+    if (content_ == HtmlContent::script) harvestScript(script_);
     closeLink();
+    links_.finish();
 }
 
 HtmlContent CHTMLParser::startTag(const HtmlTag& tag) {
@@ -142,18 +178,23 @@ HtmlContent CHTMLParser::startTag(const HtmlTag& tag) {
     if (readsText_ && isOneOf(name, kWordBreaks)) linkText_ += ' ';
     const bool isForeign = enterForeign(tag, name);
     if (name == "template" && !isForeign) ++templateDepth_;
-    if (templateDepth_ == 0) takeLinks(tag, name);
+    if (templateDepth_ == 0) takeLinks(tag, name, isForeign);
     content_ = isForeign ? HtmlContent::markup : contentOf(name);
     return content_;
 }
 
 void CHTMLParser::endTag(std::string_view name) {
     endTextRun();
-    if (content_ == HtmlContent::script) harvestScript();
+    if (content_ == HtmlContent::script) {
+        harvestScript(script_);
+        script_.clear();
+    }
     content_ = HtmlContent::markup;
     leaveForeign(name);
     if (name == "template" && templateDepth_ > 0) --templateDepth_;
-    if (templateDepth_ > 0 || !readsText_) return;
+    if (templateDepth_ > 0) return;
+    if (name == "form") inGetForm_ = true;
+    if (!readsText_) return;
     if (name == "a") closeLink();
     if (isOneOf(name, kWordBreaks)) linkText_ += ' ';
 }
@@ -185,38 +226,51 @@ void CHTMLParser::leaveForeign(std::string_view name) noexcept {
     integrationDepth_ = std::min(integrationDepth_, foreignDepth_);
 }
 
-void CHTMLParser::takeLinks(const HtmlTag& tag, std::string_view name) {
+void CHTMLParser::takeLinks(const HtmlTag& tag, std::string_view name, bool isForeign) {
+    harvestScript(tag.eventCode());
     if (name == "a") {
-        openLink(tag);
-        return;
-    }
-    if (name == "base") {
-        if (tag.has(Attribute::href)) takeBase(tag[Attribute::href]);
-        return;
-    }
-    if (name == "meta") {
+        const bool isOfSvg = isForeign && !tag.has(Attribute::href);
+        openLink(tag, tag[isOfSvg ? Attribute::xlinkHref : Attribute::href]);
+    } else if (name == "base") {
+        if (tag.has(Attribute::href)) links_.setBase(tag[Attribute::href]);
+    } else if (name == "meta") {
         if (equalsIgnoringCase(tag[Attribute::httpEquiv], "refresh"))
-            links_.add({.written = refreshTarget(tag[Attribute::content]), .place = ++place_});
-        return;
+            takeAddress(refreshTarget(tag[Attribute::content]), LinkSource::link, kShows, {});
+    } else if (name == "link") {
+        if (leadsToDocument(tag[Attribute::rel]))
+            takeAddress(tag[Attribute::href], LinkSource::link, kShows, tag[Attribute::title]);
+    } else if (name == "form" || name == "button" || name == "input") {
+        takeForm(tag);
+        if (name == "input" && equalsIgnoringCase(tag[Attribute::type], "image"))
+            takeAddress(tag[Attribute::src], LinkSource::media, kShows, tag[Attribute::alt]);
+    } else {
+        takeAttributes(tag, name);
     }
-    for (const LinkAttribute& row : kLinkAttributes) {
-        if (row.element != name || !tag.has(row.attribute)) continue;
-        const std::string_view written = tag[row.attribute];
-        if (row.use == Use::pictures) {
-            takeSourceSet(written);
-            continue;
-        }
-        const bool isLink = row.use == Use::link;
-        CLinkProcessor& list = isLink ? links_ : media_;
-        const std::string described = asLine(tag[row.text]);
-        list.add({.written = written,
-                  .source = isLink ? LinkSource::link : LinkSource::media,
-                  .playable = row.use == Use::playable,
-                  .place = ++place_,
-                  .text = described});
+}
+
+/// A form leads to an address when it sends nothing else, and so does a button that overrules its form.
+void CHTMLParser::takeForm(const HtmlTag& tag) {
+    if (tag.name.view() == "form") {
+        inGetForm_ = isGet(tag[Attribute::method]);
+        if (inGetForm_) takeAddress(tag[Attribute::action], LinkSource::link, kShows, tag[Attribute::title]);
+    } else if (tag.has(Attribute::formMethod) ? isGet(tag[Attribute::formMethod]) : inGetForm_) {
+        takeAddress(tag[Attribute::formAction], LinkSource::link, kShows, tag[Attribute::title]);
     }
+}
+
+void CHTMLParser::takeAttributes(const HtmlTag& tag, std::string_view name) {
+    for (const LinkAttribute& row : kLinkAttributes)
+        if (row.element == name) takeAddress(tag[row.attribute], row.source, row.playable, tag[row.text]);
+    if (name == "img" || name == "source") takeSourceSet(tag[Attribute::srcset]);
     if (readsText_ && name == "img" && tag.has(Attribute::alt))
         linkText_.append(tag[Attribute::alt].substr(0, kMostTextBytes));
+}
+
+void CHTMLParser::takeAddress(std::string_view written, LinkSource source, bool playable,
+                              std::string_view text) {
+    if (written.empty()) return;
+    if (const auto script = scriptOf(written)) return harvestScript(*script);
+    links_.add({.written = written, .source = source, .playable = playable, .text = asLine(text)});
 }
 
 /// A list of pictures, each followed by conditions under which it is shown ("a.png 2x, b.png 100w").
@@ -228,7 +282,7 @@ void CHTMLParser::takeSourceSet(std::string_view list) {
         const auto end = std::min(list.find_first_of(kSpace), list.size());
         const std::string_view url = list.substr(0, end);
         list.remove_prefix(end);
-        media_.add({.written = trimRight(url, ","), .source = LinkSource::media, .place = ++place_});
+        links_.add({.written = trimRight(url, ","), .source = LinkSource::media});
         if (url.ends_with(',')) continue;
         // The conditions end at a "," outside of parentheses.
         std::size_t at = 0;
@@ -238,20 +292,13 @@ void CHTMLParser::takeSourceSet(std::string_view list) {
     }
 }
 
-void CHTMLParser::takeBase(std::string_view written) {
-    closeLink();
-    links_.setBase(written);
-    media_.setBase(written);
-}
-
 /// A link in a link ends the outer one.
-void CHTMLParser::openLink(const HtmlTag& tag) {
+void CHTMLParser::openLink(const HtmlTag& tag, std::string_view href) {
     closeLink();
-    if (!tag.has(Attribute::href)) return;
-    const auto index = links_.add({.written = tag[Attribute::href], .place = ++place_});
-    if (!index || !links_.links()[static_cast<std::int32_t>(*index)].text.empty()) return;
+    if (href.empty()) return;
+    if (const auto script = scriptOf(href)) return harvestScript(*script);
+    openLink_ = links_.add({.written = href});
     readsText_ = true;
-    openLink_ = *index;
     linkTitle_ = asLine(tag[Attribute::title]);
 }
 
@@ -270,18 +317,10 @@ void CHTMLParser::endTextRun() {
     textRun_.clear();
 }
 
-void CHTMLParser::harvestScript() {
-    CLinksInJavaParser(script_).parse([&](std::string_view reference) {
-        links_.add({.written = reference, .source = LinkSource::script, .place = ++place_});
-    });
-    script_.clear();
-}
-
-void harvestPage(std::string_view markup, std::string_view pageUrl, CLinksArray& links) {
-    CHTMLParser parser(pageUrl, pageUrl);
-    parser.feed(markup);
-    parser.finish();
-    mergeInPageOrder(parser.links(), parser.mediaSources(), links);
+void CHTMLParser::harvestScript(std::string_view script) {
+    if (script.empty()) return;
+    CLinksInJavaParser(script).parse(
+        [&](std::string_view reference) { links_.add({.written = reference, .source = LinkSource::script}); });
 }
 
 }  // namespace zab

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "binding/text.h"
 #include "web/character_references.h"
@@ -9,7 +10,6 @@
 namespace zab {
 namespace {
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD, for NUL
 constexpr std::string_view kCdataMark = "[CDATA[";
 constexpr std::string_view kCommentMark = "--";
 constexpr std::string_view kScript = "script";
@@ -17,8 +17,10 @@ constexpr std::string_view kScript = "script";
 constexpr std::size_t kMostHeld = 2 + ShortName::kMost;
 
 // In the order of HtmlAttribute.
-constexpr std::string_view kAttributeNames[] = {"href",   "src",     "srcset",     "poster", "data",
-                                                "action", "content", "http-equiv", "alt",    "title"};
+constexpr std::string_view kAttributeNames[] = {
+    "href", "src",   "srcset", "poster", "data",   "action",     "content",    "http-equiv",
+    "alt",  "title", "rel",    "type",   "method", "formaction", "formmethod", "xlink:href"};
+constexpr std::string_view kEventPrefix = "on";
 static_assert(std::size(kAttributeNames) == kHtmlAttributeCount);
 
 constexpr bool namesFit() noexcept {
@@ -32,8 +34,31 @@ constexpr bool isHtmlSpace(char c) noexcept { return isWhiteSpace(c) || c == '\f
 
 }  // namespace
 
+/// A carriage return is a line feed, with the one behind it or alone.
 void HtmlTokenizer::feed(std::string_view chunk) {
+    while (!chunk.empty()) {
+        if (std::exchange(behindReturn_, false) && chunk.front() == '\n') chunk.remove_prefix(1);
+        const std::string_view line = upTo(chunk, '\r');
+        feedLines(line);
+        behindReturn_ = line.size() < chunk.size();
+        if (behindReturn_) feedLines("\n");
+        chunk.remove_prefix(line.size() + (behindReturn_ ? 1 : 0));
+    }
+}
+
+void HtmlTokenizer::feedLines(std::string_view chunk) {
     while (!chunk.empty()) chunk = step(chunk);
+}
+
+/// In raw text NUL is replaced; elsewhere it is left to who builds a tree.
+void HtmlTokenizer::giveRawText(std::string_view piece) {
+    while (!piece.empty()) {
+        const std::string_view text = upToNul(piece);
+        if (!text.empty()) handler_.text(text);
+        if (text.size() == piece.size()) return;
+        handler_.text(kReplacement);
+        piece.remove_prefix(text.size() + 1);
+    }
 }
 
 void HtmlTokenizer::finish() {
@@ -53,7 +78,7 @@ std::string_view HtmlTokenizer::step(std::string_view rest) {
     switch (state_) {
         case State::data: return textStep(rest);
         case State::rawText: return rawTextStep(rest);
-        case State::plaintext: handler_.text(rest); return {};
+        case State::plaintext: giveRawText(rest); return {};
         case State::attributeValueQuoted: return quotedStep(rest);
         case State::attributeValueUnquoted: return unquotedStep(rest);
         case State::comment: return commentStep(rest);
@@ -119,14 +144,17 @@ bool HtmlTokenizer::takeTagOpen(char c) {
     }
     if (isEnd) {
         state_ = c == '>' ? State::data : State::bogusComment;  // "</>" is nothing
+        handler_.textEnds();
         return true;
     }
     if (c == '!') {
+        handler_.textEnds();
         held_.clear();
         state_ = State::markupDeclarationOpen;
         return true;
     }
     if (c == '?') {
+        handler_.textEnds();
         state_ = State::bogusComment;
         return true;
     }
@@ -213,7 +241,7 @@ std::string_view HtmlTokenizer::rawTextStep(std::string_view rest) {
     const auto end = std::min(rest.find_first_of(marks), rest.size());
     const std::string_view text = rest.substr(0, end);
     if (escape_ != ScriptEscape::none) noteScriptDashes(text);
-    if (!text.empty()) handler_.text(text);
+    giveRawText(text);
     if (end == rest.size()) return {};
     if (rest[end] == '<') {
         state_ = State::rawLessThan;
@@ -303,6 +331,7 @@ void HtmlTokenizer::beginTag(bool isEnd) {
     tag_.name.clear();
     tag_.selfClosing = false;
     tag_.seen_.fill(false);
+    tag_.eventCode_.clear();
 }
 
 bool HtmlTokenizer::takeTagName(char c) {
@@ -313,7 +342,7 @@ bool HtmlTokenizer::takeTagName(char c) {
     } else if (c == '>') {
         emitTag();
     } else {
-        tag_.name.add(toLower(c));
+        tag_.name.addLetter(toLower(c));
     }
     return true;
 }
@@ -345,7 +374,7 @@ bool HtmlTokenizer::takeAttributeName(char c) {
         nameAttribute();
         state_ = State::beforeAttributeValue;
     } else {
-        attribute_.add(toLower(c));
+        attribute_.addLetter(toLower(c));
     }
     return true;
 }
@@ -383,8 +412,14 @@ bool HtmlTokenizer::takeBeforeAttributeValue(char c) {
 /// Finds out whether the attribute whose name was read is kept; of a repeated one the first is.
 void HtmlTokenizer::nameAttribute() noexcept {
     value_ = nullptr;
+    if (isEndTag_) return;
+    if (attribute_.view().starts_with(kEventPrefix)) {
+        value_ = &event_;
+        event_.clear();
+        return;
+    }
     const auto row = std::find(std::begin(kAttributeNames), std::end(kAttributeNames), attribute_.view());
-    if (isEndTag_ || row == std::end(kAttributeNames)) return;
+    if (row == std::end(kAttributeNames)) return;
     const auto index = static_cast<std::size_t>(row - std::begin(kAttributeNames));
     if (tag_.seen_[index]) return;
     tag_.seen_[index] = true;
@@ -428,6 +463,7 @@ void HtmlTokenizer::endAttribute() {
         for (const char c : *value_) c == '\0' ? replaced += kReplacement : replaced += c;
         value_->swap(replaced);
     }
+    if (value_ == &event_) tag_.eventCode_.append(event_).append("\n");
     value_ = nullptr;
 }
 

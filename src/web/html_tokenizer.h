@@ -1,8 +1,9 @@
 // HTML cut into tags and text (HTML standard, section "Tokenization"), fed in pieces of any size.
 //
 // Only the tokens are the standard's; there is no tree. A handful of attributes is kept, with their values
-// decoded; everything else is passed over. How the page is cut never shows, except that text comes in more
-// pieces. Time is linear in the page, memory is that of the attributes of one tag.
+// decoded, and the code of event handlers; everything else is passed over. Line ends become one line feed. How
+// the page is cut never shows, except that text comes in more pieces. Time is linear in the page, memory is
+// that of the attributes of one tag.
 #pragma once
 
 #include <array>
@@ -12,6 +13,8 @@
 #include <string_view>
 
 namespace zab {
+
+inline constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD, for NUL
 
 /// The attributes that are kept.
 enum class HtmlAttribute : std::uint8_t {
@@ -25,6 +28,12 @@ enum class HtmlAttribute : std::uint8_t {
     httpEquiv,
     alt,
     title,
+    rel,
+    type,
+    method,
+    formAction,
+    formMethod,
+    xlinkHref,
     count
 };
 inline constexpr std::size_t kHtmlAttributeCount = static_cast<std::size_t>(HtmlAttribute::count);
@@ -37,6 +46,11 @@ class ShortName {
     void clear() noexcept { size_ = 0; }
     void add(char c) noexcept {
         if (size_ < kMost) text_[size_++] = c;
+    }
+    /// NUL is U+FFFD, as everywhere in a page.
+    void addLetter(char c) noexcept {
+        if (c != '\0') return add(c);
+        for (const char byte : kReplacement) add(byte);
     }
     [[nodiscard]] std::string_view view() const noexcept { return {text_.data(), size_}; }
 
@@ -56,6 +70,9 @@ struct HtmlTag {
         return has(attribute) ? std::string_view(values_[index(attribute)]) : std::string_view{};
     }
 
+    /// The values of all attributes whose names begin with "on", a line for each: the code of event handlers.
+    [[nodiscard]] std::string_view eventCode() const noexcept { return eventCode_; }
+
   private:
     friend class HtmlTokenizer;
     static constexpr std::size_t index(HtmlAttribute attribute) noexcept {
@@ -64,6 +81,7 @@ struct HtmlTag {
 
     std::array<std::string, kHtmlAttributeCount> values_;
     std::array<bool, kHtmlAttributeCount> seen_{};
+    std::string eventCode_;
 };
 
 /// What follows a start tag.
@@ -80,6 +98,8 @@ class HtmlHandler {
     virtual void endTag(std::string_view name) = 0;
     /// Undecoded; the content of a raw element too. A token may come in several pieces.
     virtual void text(std::string_view piece) = 0;
+    /// A comment, or whatever else is neither tag nor text, parts the text before it from that behind it.
+    virtual void textEnds() = 0;
     /// Whether "<![CDATA[" opens a section here; in HTML's own elements it is a comment.
     [[nodiscard]] virtual bool allowsCdata() const noexcept = 0;
 
@@ -128,6 +148,8 @@ class HtmlTokenizer {
     /// How deep a script stands in a comment that hides its end tag.
     enum class ScriptEscape : std::uint8_t { none, escaped, doubleEscaped };
 
+    void feedLines(std::string_view chunk);
+    void giveRawText(std::string_view piece);
     std::string_view step(std::string_view rest);
     std::string_view textStep(std::string_view rest);
     std::string_view rawTextStep(std::string_view rest);
@@ -168,6 +190,8 @@ class HtmlTokenizer {
     HtmlTag tag_;
     ShortName attribute_;           // name being read
     std::string* value_ = nullptr;  // of the attribute being read; null: passed over
+    std::string event_;             // a value that is code
+    bool behindReturn_ = false;     // a line feed belongs to the carriage return before it
     ShortName rawName_;             // of the raw element being read
     std::string held_;              // bytes that are text unless they turn out to be markup; a few at most
 };

@@ -192,4 +192,14 @@ std::string cleanedReference(std::string_view baseScheme, std::string_view writt
     return target;
 }
 
+std::string withoutEscapes(std::string_view text) {
+    std::string plain;
+    while (!text.empty()) {
+        const auto value = text.front() == '%' ? hexDigits(text.substr(1), 2) : std::nullopt;
+        plain += value ? static_cast<char>(*value) : text.front();
+        text.remove_prefix(value ? 3 : 1);
+    }
+    return plain;
+}
+
 }  // namespace zab

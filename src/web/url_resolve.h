@@ -35,4 +35,7 @@ bool isWebScheme(std::string_view scheme) noexcept;
 /// `baseScheme` is the scheme that a relative reference will take.
 std::string cleanedReference(std::string_view baseScheme, std::string_view written);
 
+/// Each "%" with two hexadecimal digits behind it becomes their byte.
+std::string withoutEscapes(std::string_view text);
+
 }  // namespace zab

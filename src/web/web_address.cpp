@@ -4,6 +4,7 @@
 
 #include "binding/text.h"
 #include "web/url.h"
+#include "web/url_resolve.h"
 
 namespace zab {
 namespace {
@@ -25,28 +26,62 @@ std::optional<std::uint16_t> portOf(std::string_view digits) noexcept {
     return static_cast<std::uint16_t>(*port);
 }
 
-}  // namespace
+struct Authority {
+    std::string_view scheme, user, host, port, rest;  // user with its "@"; rest from the path on
+};
 
-std::optional<WebAddress> webAddressOf(std::string_view url) {
+std::optional<Authority> authorityOf(std::string_view url) {
     const auto mark = url.find("://");
     if (mark == std::string_view::npos || mark == 0) return std::nullopt;
+    Authority parts;
+    parts.scheme = url.substr(0, mark);
+    parts.rest = url.substr(mark + 3);
+    std::string_view hostAndPort = parts.rest.substr(0, parts.rest.find_first_of("/?#"));
+    parts.rest.remove_prefix(hostAndPort.size());
+    parts.user = hostAndPort.substr(0, hostAndPort.rfind('@') + 1);  // npos + 1 is 0
+    hostAndPort.remove_prefix(parts.user.size());
+    parts.host = hostAndPort.substr(0, hostLength(hostAndPort));
+    parts.port = hostAndPort.substr(std::min(parts.host.size() + 1, hostAndPort.size()));
+    if (parts.host.empty()) return std::nullopt;
+    return parts;
+}
+
+bool isPlainHost(std::string_view host) noexcept {
+    const bool bracketed = host.size() > 2 && host.front() == '[' && host.back() == ']';
+    if (bracketed) return host.find_first_not_of("0123456789abcdefABCDEF:.", 1) == host.size() - 1;
+    return std::none_of(host.begin(), host.end(), [](char c) {
+        const auto byte = static_cast<unsigned char>(c);
+        return byte <= ' ' || byte == 0x7F ||
+               std::string_view("#%/:<>?@[\\]^|").find(c) != std::string_view::npos;
+    });
+}
+
+}  // namespace
+
+std::optional<std::string> canonicalUrl(std::string_view url) {
+    const auto parts = authorityOf(url);
+    if (!parts) return std::nullopt;
+    std::string target = lowered(parts->scheme);
+    const std::uint16_t standard = defaultPortOf(target);
+    const std::string host = lowered(withoutEscapes(parts->host));
+    const auto port = parts->port.empty() ? standard : portOf(parts->port);
+    if (!port || !isPlainHost(host)) return std::nullopt;
+    target.append("://").append(parts->user).append(host);
+    if (*port != standard) target.append(":").append(std::to_string(*port));
+    if (!parts->rest.starts_with('/')) target += '/';
+    return target.append(parts->rest);
+}
+
+std::optional<WebAddress> webAddressOf(std::string_view url) {
+    const auto parts = authorityOf(url);
+    if (!parts) return std::nullopt;
     WebAddress address;
-    address.origin.scheme = lowered(url.substr(0, mark));
-
-    const std::string_view rest = url.substr(mark + 3);
-    const auto authorityLength = std::min(rest.find_first_of("/?#"), rest.size());
-    std::string_view hostAndPort = rest.substr(0, authorityLength);
-    if (const auto at = hostAndPort.rfind('@'); at != std::string_view::npos) hostAndPort.remove_prefix(at + 1);
-    const auto length = hostLength(hostAndPort);
-    if (length == 0) return std::nullopt;
-    address.origin.host = lowered(hostAndPort.substr(0, length));
-
-    const std::string_view digits = hostAndPort.substr(std::min(length + 1, hostAndPort.size()));
-    const auto port = digits.empty() ? defaultPortOf(address.origin.scheme) : portOf(digits);
+    address.origin.scheme = lowered(parts->scheme);
+    address.origin.host = lowered(parts->host);
+    const auto port = parts->port.empty() ? defaultPortOf(address.origin.scheme) : portOf(parts->port);
     if (!port) return std::nullopt;
     address.origin.port = *port;
-
-    address.path = beforeQuery(rest.substr(authorityLength));
+    address.path = beforeQuery(parts->rest);
     if (address.path.empty()) address.path = "/";
     return address;
 }

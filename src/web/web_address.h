@@ -23,6 +23,11 @@ struct WebAddress {
     std::string_view path;  // part of the text that was read; up to "?" or "#"; at least "/"
 };
 
+/// The one spelling of an address: scheme and host in lower case, the host without escapes, no default port, at
+/// least "/" for a path. Nothing for an address that a browser refuses: without a host, with a letter that no
+/// host has, or with a port that is no number below 65,536.
+std::optional<std::string> canonicalUrl(std::string_view url);
+
 /// Nothing when `url` is not scheme://host..., or its port is no number below 65,536.
 std::optional<WebAddress> webAddressOf(std::string_view url);
 

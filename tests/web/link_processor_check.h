@@ -26,6 +26,7 @@ inline void checkLinkProcessor(std::string_view lines) {
             processor.add({.written = line});
         }
     }
+    processor.finish();
     std::set<std::string_view> known;
     for (const zab::PageLink& link : processor.links()) {
         must(zab::isWebScheme(zab::schemeOf(link.url)));

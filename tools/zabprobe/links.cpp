@@ -1,5 +1,6 @@
 // Commands about whole pages: which links the module would offer.
 
+#include "intercept/file_judge.h"
 #include "web/html_parser.h"
 #include "zabprobe/command.h"
 #include "zabprobe/text_json.h"
@@ -8,22 +9,46 @@ namespace zabprobe {
 namespace {
 
 // In the order of LinkSource.
-constexpr const char* kSourceNames[] = {"link", "media", "script"};
+constexpr const char* kSourceNames[] = {"link", "script", "media"};
+
+// In the order of LinkReason.
+constexpr const char* kReasons[] = {"in the catch list", "a media file", "a link of the text", "in a script",
+                                    "a part of the page"};
 
 void linksOptions(CLI::App& command, Arguments& arguments) {
     takesFile(command, arguments);
     command.add_option("--base", arguments.url, "The page's own address");
+    command.add_option("--extensions", arguments.extensions, "The extensions to catch, separated by blanks");
+    command.add_flag("--explain", arguments.explain,
+                     "A table for people, with the reasons, in place of the JSON");
+}
+
+std::string tableOf(const zab::CHTMLParser& page) {
+    std::string table;
+    for (const zab::PageLink& link : page.links()) {
+        const std::string reason = kReasons[static_cast<std::size_t>(link.reason)];
+        table += std::to_string(zab::rankOf(link.reason) + 1) + "  " + reason +
+                 std::string(20 - reason.size(), ' ') + link.url;
+        if (!link.text.empty()) table += "  [" + link.text + "]";
+        table += '\n';
+    }
+    return table + std::to_string(page.links().count()) + " links, " + std::to_string(page.leftOut()) +
+           " left out\n";
 }
 
 Answer runLinks(const Arguments& arguments) {
-    zab::CLinksArray links;
-    zab::harvestPage(arguments.bytes(), arguments.url, links);
+    zab::GivenSettings settings;
+    settings.extensionList = arguments.extensions;
+    zab::CHTMLParser page(arguments.url, arguments.url, zab::fileJudgeOf(settings));
+    page.feed(arguments.bytes());
+    page.finish();
     Json all = Json::array();
-    for (const zab::PageLink& link : links)
+    for (const zab::PageLink& link : page.links())
         all.push_back({{"url", asJson(link.url)},
                        {"text", asJson(link.text)},
                        {"source", kSourceNames[static_cast<std::size_t>(link.source)]}});
-    return {links.count() > 0, std::move(all)};
+    return {page.links().count() > 0, std::move(all),
+            arguments.explain ? std::optional(tableOf(page)) : std::nullopt};
 }
 
 constexpr Command kCommands[] = {

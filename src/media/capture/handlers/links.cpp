@@ -68,7 +68,7 @@ void offerPage(std::string_view body, CaptureRun& run) {
     CHTMLParser parser(url, url);
     parser.feed(body);
     parser.finish();
-    for (const PageLink& source : parser.mediaSources()) {
+    for (const PageLink& source : parser.links()) {
         if (!source.playable || !isMediaExtension(extensionOf(lastSegmentOf(source.url)))) continue;
         if (!run.offer(linkedEntry(withoutRange(source.url), run))) return;
     }
