@@ -68,7 +68,7 @@ bool needsLibrary(zab::MediaKind kind) { return kind == zab::MediaKind::dash || 
 std::string_view reasonOfNothing(const KeptExchange& exchange, const Exchange& told,
                                  const zab::OfferedMedia& page) {
     const zab::MediaKind kind = exchange.decision.listener;
-    if (page.isSegment(exchange.headers.url)) return "It is a segment of a stream.";
+    if (page.streams().isPart(exchange.headers.url)) return "It is a segment of a stream.";
     if (kind == zab::MediaKind::none) return "Nothing was found in it.";
     if (!told.responseBody) return "The capture does not hold this body.";
     if (isCut(exchange.decision, *told.responseBody))
