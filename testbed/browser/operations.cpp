@@ -46,7 +46,7 @@ struct Operations {
                                     call.pointer<void*>(2));
     }
     static nsresult removeObserver(const Call& call) {
-        auto& browser = call.browser();
+        auto& browser = call.browser;
         auto* observer = call.pointer<nsIObserver>(0);
         const std::string topic = call.pointer<const char>(1);
         if (std::erase_if(browser.observations_, [&](const auto& row) {
