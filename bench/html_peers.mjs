@@ -10,6 +10,8 @@ const linkAttributes = {
   a: ['href'], area: ['href'], link: ['href'], form: ['action'], iframe: ['src'], frame: ['src'], img: ['src', 'srcset'],
   source: ['src', 'srcset'], video: ['src', 'poster'], audio: ['src'], embed: ['src'], object: ['data'],
 };
+// Of a page's parts, hints and documents only the last are links.
+const partRelations = /(^|\s)(stylesheet|icon|preload|prefetch|modulepreload|preconnect|dns-prefetch)(\s|$)/i;
 const schemes = new Set(['http:', 'https:', 'ftp:', 'mms:']);
 
 class Links {
@@ -18,6 +20,7 @@ class Links {
 
   element(name, attributes) {
     if (name === 'base' && attributes.href) this.#base = new URL(attributes.href, pageUrl).href;
+    if (name === 'link' && partRelations.test(attributes.rel ?? '')) return;
     for (const attribute of linkAttributes[name] ?? []) {
       const value = attributes[attribute];
       if (value === undefined) continue;
