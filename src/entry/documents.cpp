@@ -3,9 +3,9 @@
 #include "media/capture/media_capture.h"
 #include "page/documents.h"
 #include "page/media_pages.h"
-#include "page/module_state.h"
 #include "page/request_lists.h"
 #include "settings/shared_list_lock.h"
+#include "ui/link_popup.h"
 #include "ui/page_buttons.h"
 
 namespace zab {
@@ -13,6 +13,7 @@ namespace {
 
 /// One row per list that keeps something of a page.
 constexpr DocumentList kDocumentLists[] = {
+    {[](const DocumentKey& document) { forgetLinkPopup(document); }, OnTimeout::goOn},
     {[](const DocumentKey& document) { pageButtons().forget(document); }, OnTimeout::goOn},
     {[](const DocumentKey& document) { forgetListeners(document); }, OnTimeout::goOn},
     {[](const DocumentKey& document) { mediaPages().forget(document); }, OnTimeout::skip},
@@ -23,12 +24,15 @@ constexpr DocumentList kDocumentLists[] = {
 
 std::span<const DocumentList> documentLists() noexcept { return kDocumentLists; }
 
-void settleDocumentLists() { pageButtons().settle(); }
+void settleDocumentLists() {
+    settleLinkPopup();
+    pageButtons().settle();
+}
 
-void showSelectedDocument() {
+void showDocument(DocumentId document) {
     {
         const SharedListLock lock(OnTimeout::goOn);
-        pageButtons().selectDocument(moduleState().selectedDocument);
+        pageButtons().selectDocument(document);
     }
     pageButtons().settle();
 }

@@ -1,9 +1,11 @@
 // Pages that come into view.
 #pragma once
 
+#include "page/document_id.h"
+
 namespace zab {
 
-/// Tells the buttons which document is selected, under the shared-list lock where it can be had.
-void showSelectedDocument();
+/// A document comes to the front of its window, and its button with it; 0: a tab without a document.
+void showDocument(DocumentId document);
 
 }  // namespace zab

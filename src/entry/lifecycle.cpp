@@ -16,6 +16,7 @@
 #include "page/platform.h"
 #include "settings/data_file.h"
 #include "settings/settings_store.h"
+#include "ui/link_popup.h"
 #include "ui/page_buttons.h"
 #include "ui/panel_controller.h"
 
@@ -85,9 +86,9 @@ nsresult select(const char* event, const nsAString* documentId, bool closesPopup
     const std::u16string text(viewOf(documentId));
     const DocumentId id = documentIdOf(text);
     traceDocument(event, text, id);
-    if (closesPopup && mouseObserver()) mouseObserver()->closePopup();
+    if (closesPopup) closeLinkPopup();
     moduleState().selectedDocument = id;
-    showSelectedDocument();
+    showDocument(id);
     return NS_OK;
 }
 
@@ -124,7 +125,7 @@ nsresult observeStartup(const char* topic) {
 
 void trafficObserverGone() {
     if (!g_observersRegistered) return;
-    if (mouseObserver()) mouseObserver()->closePopup();
+    closeLinkPopup();
     mouseObserver().reset();
     endButtons();
     clearSelection();

@@ -1,7 +1,6 @@
 #include "entry/window_observer.h"
 
 #include <string_view>
-#include <utility>
 
 #include "binding/browser_string.h"
 #include "binding/guard.h"
@@ -12,6 +11,7 @@
 #include "page/event_listening.h"
 #include "page/module_state.h"
 #include "ui/link_popup.h"
+#include "ui/page_buttons.h"
 
 namespace zab {
 namespace {
@@ -50,6 +50,7 @@ void CWindowObserver::windowOpened(nsISupports* window) {
 }
 
 void CWindowObserver::windowClosed(nsISupports* window) {
+    pageButtons().noteClosed();
     const auto helper = service<iZABHelper5>();
     if (!helper) return;
     const auto target = eventTargetOf(*helper.get(), window);
@@ -73,8 +74,9 @@ nsresult CWindowObserver::HandleMouseEvent(nsISupports* event) {
         } else if (is(u"mouseup")) {
             released(*helper.get(), subject.get());
         } else if (is(u"TabSelect")) {
-            closePopup();
-            if (moduleState().siteMediaFiled) showSelectedDocument();
+            closeLinkPopup();
+            if (moduleState().siteMediaFiled && moduleState().selectedDocument != 0)
+                showDocument(moduleState().selectedDocument);
         } else if (is(u"unload")) {
             unloaded(*helper.get(), subject.get());
         }
@@ -82,20 +84,16 @@ nsresult CWindowObserver::HandleMouseEvent(nsISupports* event) {
     });
 }
 
-void CWindowObserver::closePopup() noexcept {
-    closeWindow(std::exchange(popup_, 0));  // what is dispatched meanwhile finds none
-}
-
 void CWindowObserver::pressed() {
     pressedAt_ = cursorPosition().value_or(ScreenPoint{});
     recordMousePressKeys();
     moduleState().mousePressed = true;
-    closePopup();
+    closeLinkPopup();
 }
 
 /// A press and a release at different places is a drag, which is how links are selected.
 void CWindowObserver::released(iZABHelper5& helper, nsISupports* event) {
-    closePopup();
+    closeLinkPopup();
     const auto at = cursorPosition();
     if (!at || *at == pressedAt_) return;
     WideContainer links;
@@ -103,7 +101,7 @@ void CWindowObserver::released(iZABHelper5& helper, nsISupports* event) {
     nsISupports* document = nullptr;
     if (links.view().empty() || failed(helper.GetTargetDocument(event, &document))) return;
     const InterfacePtr<nsISupports> page(document);
-    ownPopup(openLinkPopup(helper, page, links.view()));
+    openLinkPopup(helper, page, links.view());
 }
 
 }  // namespace zab

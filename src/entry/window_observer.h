@@ -16,10 +16,6 @@ class CWindowObserver final : public BrowserObject<CWindowObserver, nsIObserver>
     /// Slot 4, behind those of nsIObserver: a mouse, tab or unload event of a browser window. Always succeeds.
     virtual nsresult HandleMouseEvent(nsISupports* event);
 
-    /// Closes the popup of the last selection, if it is still open.
-    void closePopup() noexcept;
-    void ownPopup(WindowHandle popup) noexcept { popup_ = popup; }
-
   private:
     void windowOpened(nsISupports* window);
     void windowClosed(nsISupports* window);
@@ -27,7 +23,6 @@ class CWindowObserver final : public BrowserObject<CWindowObserver, nsIObserver>
     void released(iZABHelper5& helper, nsISupports* event);
 
     nsISupports* listener_ = nullptr;  // this object, once it listens to a window
-    WindowHandle popup_ = 0;
     ScreenPoint pressedAt_;
 };
 

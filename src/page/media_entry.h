@@ -41,6 +41,7 @@ struct MediaEntry {
     std::uint32_t bitrate = 0;  // bits per second
     /// An HLS playlist of segments that no master playlist has named so far.
     bool isBarePlaylist = false;
+    bool inMenu = true;  // of the page's button; else kept for the commands. Decided when it is filed
     EntryPage page;
 };
 

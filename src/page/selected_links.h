@@ -20,6 +20,7 @@ struct SelectedLinks {
     /// one in the page's own menu.
     WindowHandle controller = 0;
     std::vector<std::string> links;  // UTF-8, in menu order
+    WindowHandle popup = 0;          // the links count as long as it is open
 };
 
 SelectedLinks& selectedLinks() noexcept;

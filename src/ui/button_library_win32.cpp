@@ -20,6 +20,7 @@ IZABButtonManager* buttonManager() noexcept {
         if (create == nullptr) return;
         ZABButtonInit init;
         init.controllerWindow = processController();
+        if (init.controllerWindow == 0) return;  // told once and for all: not yet
         g_manager = create(&init);
     });
     return g_manager;

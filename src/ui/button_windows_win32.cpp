@@ -49,6 +49,10 @@ std::optional<WindowFacts> windowFactsOf(WindowHandle browserWindow) noexcept {
 
 bool isOpen(WindowHandle window) noexcept { return IsWindow(handleOf(window)) != FALSE; }
 
+WindowHandle activeWindow() noexcept {
+    return reinterpret_cast<WindowHandle>(GetAncestor(GetActiveWindow(), GA_ROOT));
+}
+
 void postMove(WindowHandle button, const PixelRect& rect) noexcept {
     if (!isOpen(button)) return;  // without a window the message would go to this thread
     PostMessageA(handleOf(button), kMoveButton, packed(rect.left, rect.top),

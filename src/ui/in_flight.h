@@ -1,12 +1,11 @@
 // Records on their way to a window: whoever posts one gives it to this table and posts its address, whoever
 // receives an address takes the record out.
 //
-// An address that the table does not hold for that window and message is a stranger's, and is never followed. A
-// window that ends takes its records with it. Bounded; a lock of its own, held for a few comparisons.
+// An address that the table does not hold for that window and message is a stranger's, and is never followed.
+// A lock of its own, held for a few comparisons: whoever adds bounds how many there are.
 #pragma once
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -20,12 +19,10 @@ namespace zab {
 template <class Record>
 class InFlight {
   public:
-    static constexpr std::size_t kMost = 64;
-
-    /// The record's address, for the message; 0: there is none, or the table is full and the record is gone.
+    /// The record's address, for the message; 0: there is none.
     std::uintptr_t add(WindowHandle window, std::uint32_t message, std::unique_ptr<Record> record) {
         const std::lock_guard lock(mutex_);
-        if (record == nullptr || flights_.size() >= kMost) return 0;
+        if (record == nullptr) return 0;
         const auto address = reinterpret_cast<std::uintptr_t>(record.get());
         flights_.push_back({window, message, std::move(record)});
         return address;
@@ -44,14 +41,19 @@ class InFlight {
         return record;
     }
 
-    void forget(WindowHandle window) {
+    /// All of a window, in order of their adding.
+    std::vector<std::unique_ptr<Record>> takeAll(WindowHandle window) {
         const std::lock_guard lock(mutex_);
-        std::erase_if(flights_, [=](const Flight& flight) { return flight.window == window; });
+        std::vector<std::unique_ptr<Record>> records;
+        for (Flight& flight : flights_)
+            if (flight.window == window) records.push_back(std::move(flight.record));
+        std::erase_if(flights_, [](const Flight& flight) { return flight.record == nullptr; });
+        return records;
     }
 
-    [[nodiscard]] std::size_t count() const {
+    void clear() {
         const std::lock_guard lock(mutex_);
-        return flights_.size();
+        flights_.clear();
     }
 
   private:
@@ -61,7 +63,7 @@ class InFlight {
         std::unique_ptr<Record> record;
     };
 
-    mutable std::mutex mutex_;
+    std::mutex mutex_;
     std::vector<Flight> flights_;
 };
 

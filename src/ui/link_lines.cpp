@@ -21,7 +21,7 @@ std::vector<std::string> linksOfLines(std::u16string_view lines) {
     for (const std::u16string_view line : piecesOf(lines, u'\n')) {
         if (links.size() == kMostSelectedLinks) break;
         std::string link(trim(utf8FromUtf16(upToNul(line))));
-        if (isOneOfIgnoringCase(schemeOf(link), kSchemes) && seen.insert(link).second)
+        if (isOneOfIgnoringCase(schemeOf(link), kSchemes) && seen.emplace(withoutFragment(link)).second)
             links.push_back(std::move(link));
     }
     return links;

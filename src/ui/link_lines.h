@@ -10,8 +10,8 @@ namespace zab {
 
 inline constexpr std::size_t kMostSelectedLinks = 2000;
 
-/// The http, https and ftp links of a text that holds one per line: each once, in order, the first 2,000.
-/// UTF-8.
+/// The http, https and ftp links of a text that holds one per line: each once, in order, the first 2,000. Links
+/// that differ in their fragment alone are one. UTF-8.
 std::vector<std::string> linksOfLines(std::u16string_view lines);
 
 }  // namespace zab

@@ -3,6 +3,7 @@
 #include <optional>
 #include <utility>
 
+#include "binding/guard.h"
 #include "page/document_id.h"
 #include "page/page.h"
 #include "page/selected_links.h"
@@ -31,29 +32,47 @@ std::optional<ButtonPlan> planFor(iZABHelper5& helper, const InterfacePtr<nsISup
     return plan;
 }
 
-bool keepLinks(const ButtonPlan& plan, std::vector<std::string> links) {
-    SelectedLinks selection{plan.document, plan.pageUrl, pageController(plan.parent), std::move(links)};
-    const SharedListLock lock(OnTimeout::skip);
-    if (lock) std::swap(selectedLinks(), selection);
-    return static_cast<bool>(lock);
+/// Under the shared-list lock: what is given away is freed without it.
+void keepSelection(SelectedLinks selection) {
+    const SharedListLock lock(OnTimeout::goOn);
+    std::swap(selectedLinks(), selection);
 }
+
+WindowHandle g_leaving = 0;  // the popup of a page that went
 
 }  // namespace
 
-WindowHandle openLinkPopup(iZABHelper5& helper, const InterfacePtr<nsISupports>& document,
-                           std::u16string_view lines) {
+void openLinkPopup(iZABHelper5& helper, const InterfacePtr<nsISupports>& document, std::u16string_view lines) {
     std::vector<std::string> links = linksOfLines(lines);
-    if (!document || !CDwnlSelectedPanelSettings::load().opensPopup(links)) return 0;
+    if (!document || !CDwnlSelectedPanelSettings::load().opensPopup(links)) return;
     IZABButtonManager* const manager = buttonManager();
     const auto plan = manager == nullptr ? std::nullopt : planFor(helper, document);
-    if (!plan) return 0;
+    if (!plan) return;
     const Menu menu = linksMenu(links, messageTexts());
-    if (!keepLinks(*plan, std::move(links))) return 0;
     const WindowHandle popup = createButton(*manager, *plan);
-    if (popup == 0) return 0;
+    if (popup == 0) return;
     setEntries(*manager, popup, *plan, menu);
+    // Before anybody can choose.
+    keepSelection({plan->document, plan->pageUrl, pageController(plan->parent), std::move(links), popup});
     manager->ShowButton(popup, 1);
-    return popup;
 }
+
+void closeLinkPopup() noexcept {
+    guarded([] {
+        WindowHandle popup = 0;
+        {
+            const SharedListLock lock(OnTimeout::goOn);
+            popup = std::exchange(selectedLinks(), {}).popup;
+        }
+        closeWindow(popup);
+    });
+}
+
+void forgetLinkPopup(const DocumentKey& document) {
+    if (document.id == 0 || selectedLinks().document != document.id) return;
+    g_leaving = std::exchange(selectedLinks(), {}).popup;
+}
+
+void settleLinkPopup() noexcept { closeWindow(std::exchange(g_leaving, 0)); }
 
 }  // namespace zab

@@ -8,6 +8,7 @@
 #include "binding/text.h"
 #include "page/documents.h"
 #include "page/event_listening.h"
+#include "page/page.h"
 #include "ui/button_windows.h"
 
 namespace zab {
@@ -77,6 +78,7 @@ bool CDownloadMediaBtn::open(IZABButtonManager& manager) {
     bonds_.forEachEvent(*helper.get(), addListener);
     if (!place(*helper.get())) return false;
     window_ = createButton(manager, plan_);
+    told_ = plan_.rect;
     return window_ != 0;
 }
 
@@ -89,13 +91,59 @@ bool CDownloadMediaBtn::place(iZABHelper5& helper) {
     return true;
 }
 
-void CDownloadMediaBtn::setMenu(IZABButtonManager& manager, const Menu& menu) const {
-    if (isOpen(window_)) setEntries(manager, window_, plan_, menu);
+void CDownloadMediaBtn::setMenu(IZABButtonManager& manager, Menu menu) {
+    if (menu == menu_) return;
+    menu_ = std::move(menu);
+    if (isOpen(window_)) setEntries(manager, window_, plan_, menu_);
 }
 
 void CDownloadMediaBtn::follow() {
     const auto helper = service<iZABHelper5>();
-    if (helper && isOpen(window_) && place(*helper.get())) postMove(window_, plan_.rect);
+    if (!helper || !isOpen(window_) || !place(*helper.get()) || plan_.rect == told_) return;
+    told_ = plan_.rect;
+    postMove(window_, told_);
+}
+
+void CDownloadMediaBtn::followSoon() {
+    if (follows_) return;
+    follows_ = runSoon([weak = weak_from_this()] {
+        const auto button = weak.lock();
+        if (!button) return;
+        button->follows_ = false;
+        button->follow();
+    });
+    if (!follows_) follow();
+}
+
+void CDownloadMediaBtn::noteClosed() noexcept {
+    if (window_ != 0 && !isOpen(window_) && isOpen(plan_.parent)) closedByUser_ = true;
+}
+
+bool CDownloadMediaBtn::isOrphan() const noexcept {
+    return !closedByUser_ && bonds_.document && !isOpen(plan_.parent);
+}
+
+WindowHandle CDownloadMediaBtn::pageWindow() const {
+    const auto helper = service<iZABHelper5>();
+    const auto document = bonds_.document.another();
+    return helper && document ? browserWindowOf(*helper.get(), document.get()) : 0;
+}
+
+void CDownloadMediaBtn::moveTo(IZABButtonManager& manager, WindowHandle browserWindow,
+                               WindowHandle controller) {
+    noteClosed();
+    if (!bonds_.document || browserWindow == plan_.parent || controller == 0) return;
+    plan_.parent = browserWindow;
+    plan_.controller = controller;
+    postClose(std::exchange(window_, 0));
+    shown_.reset();
+    const auto helper = service<iZABHelper5>();
+    if (closedByUser_ || !helper || !place(*helper.get())) return;
+    const WindowHandle made = createButton(manager, plan_);
+    if (!bonds_.document) return postClose(made);  // the page went meanwhile
+    window_ = made;
+    told_ = plan_.rect;
+    if (window_ != 0) setEntries(manager, window_, plan_, menu_);
 }
 
 void CDownloadMediaBtn::settle(IZABButtonManager& manager) {
@@ -120,7 +168,7 @@ void CDownloadMediaBtn::handle(nsISupports* event) {
     if (!helper) return;
     const std::u16string type = typeOf(*helper.get(), event);
     const auto is = [&](std::u16string_view name) { return equalsIgnoringCase<char16_t>(type, name); };
-    if (is(kScroll) || is(kResize)) follow();
+    if (is(kScroll) || is(kResize)) followSoon();
     if (is(kUnload)) forgetDocument(DocumentKey(document_));
 }
 

@@ -55,12 +55,25 @@ class CDownloadMediaBtn : public std::enable_shared_from_this<CDownloadMediaBtn>
 
     [[nodiscard]] const DocumentKey& document() const noexcept { return document_; }
 
+    [[nodiscard]] WindowHandle browserWindow() const noexcept { return plan_.parent; }
+
     /// Listens, and makes the button's window. False: there is none.
     bool open(IZABButtonManager& manager);
-    /// Nothing happens from here on once the user has closed the button: the page gets no other.
-    void setMenu(IZABButtonManager& manager, const Menu& menu) const;
+    /// Tells the library, when it was told another one before.
+    void setMenu(IZABButtonManager& manager, Menu menu);
     /// Moves the button to where the page is now; a call that fails leaves it where it was.
     void follow();
+
+    /// A button that goes while its browser window stays was closed by the user: the page gets no other. To be
+    /// called while that can be told.
+    void noteClosed() noexcept;
+    /// Whether its browser window died, and the button with it.
+    [[nodiscard]] bool isOrphan() const noexcept;
+    /// The browser window that shows the page now; 0: the extension does not say.
+    [[nodiscard]] WindowHandle pageWindow() const;
+    /// The page is in another browser window: there the button is made anew, unless the user closed it.
+    void moveTo(IZABButtonManager& manager, WindowHandle browserWindow, WindowHandle controller);
+
     /// Whether the button is to be seen; settle() makes it so.
     void wantShown(bool wanted) noexcept { wanted_ = wanted; }
     void settle(IZABButtonManager& manager);
@@ -84,14 +97,19 @@ class CDownloadMediaBtn : public std::enable_shared_from_this<CDownloadMediaBtn>
     };
 
     bool place(iZABHelper5& helper);
+    void followSoon();
 
     DocumentKey document_;
     Bonds bonds_;
     ButtonPlan plan_;
     Placement placement_;
+    Menu menu_;       // what the library was last told
+    PixelRect told_;  // the same for the place
     WindowHandle window_ = 0;
+    bool closedByUser_ = false;
+    bool follows_ = false;  // soon: many scrolls are one move
     bool wanted_ = false;
-    std::optional<bool> shown_;  // what the library was last told
+    std::optional<bool> shown_;  // the same
 };
 
 }  // namespace zab

@@ -11,24 +11,24 @@
 namespace zab {
 namespace {
 
-std::vector<const std::string*> linksNamed(const std::string& url, const SelectedLinks& selection) {
-    std::vector<const std::string*> links;
-    for (const std::string& link : selection.links)
-        if (url == kAllEntries || url == link) links.push_back(&link);
-    return links;
+std::vector<std::string> linksNamed(const std::string& url, const SelectedLinks& selection) {
+    if (url == kAllEntries) return selection.links;
+    if (std::ranges::find(selection.links, url) == selection.links.end()) return {};
+    return {url};
 }
 
-std::vector<const MediaEntry*> entriesNamed(const std::string& url, const std::vector<MediaEntry>& entries) {
-    std::vector<const MediaEntry*> result;
+std::vector<TransferRecord> entriesNamed(const std::string& url, const std::vector<MediaEntry>& entries) {
+    std::vector<TransferRecord> result;
     if (url == kAllEntries) {
-        for (const std::size_t index : menuOrder(entries)) result.push_back(&entries[index]);
+        for (const std::size_t index : menuOrder(entries)) result.push_back(transferOf(entries[index]));
     } else if (const auto index = entryNamed(entries, url)) {
-        result.push_back(&entries[*index]);
+        result.push_back(transferOf(entries[*index]));
     }
     return result;
 }
 
 const OBJECTREQUESTSARRAY_ITEM* objectNamed(const std::string& url, DocumentId document, RequestLists& lists) {
+    if (document == 0) return nullptr;  // else those of every page would be asked
     for (const std::string& address : addressesOf(url))
         for (CObjectRequestsArray* list : {&lists.requested, &lists.examined})
             if (const auto* object = list->find(address, document)) return object;
@@ -46,7 +46,8 @@ MediaEntry entryOf(const MediaRequest& request, const OBJECTREQUESTSARRAY_ITEM& 
     entry.extension = utf8FromUtf16(request.extension);
     entry.kind = request.kind == ObjectKind::audio ? EntryKind::audio : EntryKind::video;
     entry.page.documentId = object.documentId;
-    entry.page.url = told(request.pageUrl, object.pageUrl);
+    // Its cookies and login travel along, so that whoever asks has no say in it.
+    entry.page.url = object.pageUrl;
     entry.page.referrer = told(request.referrer, object.referrer);
     entry.page.cookies = told(request.cookies, object.cookies);
     entry.page.userAgent = object.userAgent;
@@ -59,14 +60,6 @@ TransferRecord transferOf(const MediaRequest& request, const OBJECTREQUESTSARRAY
         record.user = std::move(login->user);
         record.password = std::move(login->password);
     }
-    return record;
-}
-
-TransferRecord transferOf(const std::string& link, const SelectedLinks& selection) {
-    TransferRecord record;
-    record.url = link;
-    record.referrer = selection.pageUrl;
-    record.pageUrl = selection.pageUrl;
     return record;
 }
 
@@ -99,29 +92,38 @@ std::deque<TransferRecord> newestTransfers(std::span<const MediaEntry> entries, 
     return transfers;
 }
 
-NamedMedia named(const MediaRequest& request, ChoiceOrigin origin, const ChoiceLists& lists) {
-    NamedMedia media;
+TransferRecord ChosenMedia::transfer(std::size_t index) const {
+    if (index < entries.size()) return entries[index];
+    if (object) return *object;
+    TransferRecord record;
+    record.url = links[index];
+    record.referrer = pageUrl;
+    record.pageUrl = pageUrl;
+    return record;
+}
+
+ChosenMedia chosenMedia(const MediaRequest& request, ChoiceOrigin origin, const ChoiceLists& lists) {
+    ChosenMedia media;
     const DocumentId document = documentIdOf(request.pageIdentity);
     const std::string url = utf8FromUtf16(request.mediaUrl);
     if (origin == ChoiceOrigin::processController && lists.selection.document == document) {
         media.links = linksNamed(url, lists.selection);
+        media.pageUrl = lists.selection.pageUrl;
+        media.pageKnown = !lists.selection.links.empty();
         media.controller = lists.selection.controller;
-        if (media.found()) return media;
+        if (!media.links.empty()) return media;
     }
-    const MediaPages::Record* page = lists.pages.find(document);
-    media.controller = page != nullptr ? page->page.controller : 0;
-    if (page != nullptr) media.entries = entriesNamed(url, page->media.entries());
-    if (media.entries.empty()) media.object = objectNamed(url, document, lists.requests);
+    if (const MediaPages::Record* page = lists.pages.find(document)) {
+        media.pageKnown = true;
+        media.controller = page->page.controller;
+        media.entries = entriesNamed(url, page->media.entries());
+        if (!media.entries.empty()) return media;
+    }
+    if (const auto* object = objectNamed(url, document, lists.requests)) {
+        media.pageKnown = true;
+        media.object = transferOf(request, *object);
+    }
     return media;
-}
-
-void prepare(Choice& choice, const ChoiceLists& lists) {
-    choice.ready = true;
-    const NamedMedia media = named(choice.request, choice.origin, lists);
-    for (const MediaEntry* entry : media.entries) choice.transfers.push_back(transferOf(*entry));
-    for (const std::string* link : media.links) choice.transfers.push_back(transferOf(*link, lists.selection));
-    if (media.object != nullptr) choice.transfers.push_back(transferOf(choice.request, *media.object));
-    choice.requestSeen = media.object != nullptr;
 }
 
 }  // namespace zab

@@ -1,11 +1,11 @@
-// What the user's choice becomes: transfers like any others, without flags.
+// What the user's choice names: transfers like any others, without flags.
 //
-// The lists are read under the shared-list lock; what named() gives points into them and is valid only as long
-// as it is held. Transfers are copies, made to be sent without it.
+// The lists are read under the shared-list lock. What they give are copies, to be sent without it.
 #pragma once
 
 #include <cstddef>
 #include <deque>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -14,7 +14,7 @@
 #include "page/media_pages.h"
 #include "page/request_lists.h"
 #include "page/selected_links.h"
-#include "transfer/transfer.h"
+#include "transfer/transfer_record.h"
 #include "ui/media_request.h"
 
 namespace zab {
@@ -35,53 +35,28 @@ struct ChoiceLists {
 /// Which controller was told: the popup of selected links speaks to the process controller.
 enum class ChoiceOrigin { pageController, processController };
 
-/// What a request names; one of the three, or none.
-struct NamedMedia {
-    std::vector<const MediaEntry*> entries;  // in menu order
-    std::vector<const std::string*> links;   // of the selection, in its order
-    const OBJECTREQUESTSARRAY_ITEM* object = nullptr;
+/// What a choice names, copied: nothing that happens to its page changes it. One of the three, or nothing.
+struct ChosenMedia {
+    std::vector<TransferRecord> entries;   // of the page, in menu order
+    std::vector<std::string> links;        // of the selection, in its order
+    std::optional<TransferRecord> object;  // that the page requested, as the browser's own request told it
+
+    std::string pageUrl;          // of the links
+    bool pageKnown = false;       // the module offers something in the page that is named
     WindowHandle controller = 0;  // the page's own; 0: it has none
 
-    [[nodiscard]] bool found() const noexcept {
-        return !entries.empty() || !links.empty() || object != nullptr;
+    [[nodiscard]] std::size_t count() const noexcept {
+        return entries.size() + links.size() + (object ? 1 : 0);
     }
+    /// `index` is below count().
+    [[nodiscard]] TransferRecord transfer(std::size_t index) const;
 };
 
-/// Entries of the page by their names in its menu come first, then what the page requested.
-NamedMedia named(const MediaRequest& request, ChoiceOrigin origin, const ChoiceLists& lists);
+/// Entries of the page by their names in its menu come first, then what the page requested. A page that the
+/// module does not know names nothing, whatever the request tells of it.
+ChosenMedia chosenMedia(const MediaRequest& request, ChoiceOrigin origin, const ChoiceLists& lists);
 
-/// A choice on its way to the download manager.
-struct Choice {
-    MediaRequest request;
-    ChoiceOrigin origin = ChoiceOrigin::pageController;
-    bool requestSeen = false;              // the transfers tell what the browser's own request told
-    bool ready = false;                    // `transfers` is made
-    std::deque<TransferRecord> transfers;  // what is still to be sent
-    int retries = 0;
-};
-
-/// Makes the transfers of what a choice names; nothing when that is gone.
-void prepare(Choice& choice, const ChoiceLists& lists);
-
+/// A transfer that can only be made later is tried so often again.
 inline constexpr int kMostRetries = 3;
-
-enum class ChoiceProgress {
-    done,     // all were made, or one was not and the user is told
-    later,    // to be tried again: no call can be made from here now
-    givenUp,  // the same, too often; nobody has told the user yet
-};
-
-/// Sends one transfer after the other with `send` (TransferRecord& -> TransferResult), up to the first that is
-/// not made.
-template <class Send>
-ChoiceProgress sendChoice(Choice& choice, Send send) {
-    for (; !choice.transfers.empty(); choice.transfers.pop_front()) {
-        const TransferResult result = send(choice.transfers.front());
-        if (result == TransferResult::notMade) return ChoiceProgress::done;
-        if (result == TransferResult::retryLater)
-            return choice.retries++ < kMostRetries ? ChoiceProgress::later : ChoiceProgress::givenUp;
-    }
-    return ChoiceProgress::done;
-}
 
 }  // namespace zab

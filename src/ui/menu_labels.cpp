@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "binding/text.h"
 #include "binding/utf.h"
@@ -13,6 +14,11 @@ namespace zab {
 namespace {
 
 constexpr std::string_view kNumberDirectives[] = {"%d", "%ld", "%lu"};
+
+/// UTF-16 units of a name; what stands behind it is short.
+constexpr std::size_t kMostLabelUnits = 160;
+/// By which a description tells the bit rate.
+constexpr std::string_view kBitrateWord = "bitrate";
 
 struct Unit {
     TextId name;
@@ -39,23 +45,53 @@ std::string decimalsOf(std::uint64_t bytes, const Unit& unit) {
     return digits;
 }
 
-/// "size duration", as far as they are known.
+bool isStream(const MediaEntry& entry) noexcept { return addressOf(entry.link).size() != entry.link.size(); }
+
+/// "720p TS": what a stream's description does not say already. A file's name says it.
+std::string formatOf(const MediaEntry& entry) {
+    if (!isStream(entry)) return {};
+    const std::string quality = entry.height == 0 ? "" : std::to_string(entry.height) + 'p';
+    const std::string type = uppered(entry.extension);
+    return joined({contains(entry.description, quality) ? "" : quality,
+                   contains(uppered(entry.description), type) ? "" : type});
+}
+
+/// "size duration", as far as they are known; of a stream whose size is not, the bit rate.
 std::string factsOf(const MediaEntry& entry, const MessageTexts& texts) {
-    const std::string size = entry.size == 0 ? "" : sizeText(entry.size, texts);
+    std::string size = entry.size == 0 ? "" : sizeText(entry.size, texts);
+    if (isStream(entry) && entry.size == 0 && entry.bitrate >= 1000 &&
+        !contains(entry.description, kBitrateWord))
+        size = std::to_string(entry.bitrate / 1000) + " kbit/s";
     const std::string duration = entry.duration == 0 ? "" : durationText(entry.duration, texts);
     return joined({size, duration});
 }
 
+/// One line of bounded length, without a key of its own: in a menu "&" would mark the next letter as one.
+std::u16string plainText(std::u16string_view text) {
+    std::u16string plain;
+    bool blank = false;
+    for (const char16_t unit : text.substr(0, kMostLabelUnits * 4)) {
+        if (unit <= u' ' || unit == u'\x7F' || unit == u'\x85' || unit == u'\x2028' || unit == u'\x2029') {
+            blank = !plain.empty();
+            continue;
+        }
+        if (plain.size() >= kMostLabelUnits && (unit < 0xDC00 || unit > 0xDFFF)) return plain + u'\x2026';
+        if (std::exchange(blank, false)) plain += u' ';
+        plain.append(unit == u'&' ? 2 : 1, unit);
+    }
+    return plain;
+}
+
 std::u16string labelOf(const MediaEntry& entry, const MessageTexts& texts, ReadNarrow read) {
-    std::u16string label = read(entry.description.empty() ? entry.link : entry.description);
-    const std::string facts = factsOf(entry, texts);
-    if (!facts.empty()) label.append(u", ").append(utf16FromUtf8(facts));
+    std::u16string label = plainText(read(entry.description.empty() ? entry.link : entry.description));
+    for (const std::string& part : {formatOf(entry), factsOf(entry, texts)})
+        if (!part.empty()) label.append(u", ").append(plainText(utf16FromUtf8(part)));
     return label;
 }
 
 void addDownloadAll(Menu& menu, const MessageTexts& texts) {
     if (menu.links.size() < 2) return;
-    menu.labels.push_back(utf16FromUtf8(texts[TextId::downloadAll].view()));
+    menu.labels.push_back(plainText(utf16FromUtf8(texts[TextId::downloadAll].view())));
     menu.links.push_back(utf16FromUtf8(kAllEntries));
 }
 
@@ -116,7 +152,7 @@ Menu linksMenu(std::span<const std::string> links, const MessageTexts& texts) {
     Menu menu;
     for (const std::string& link : links) {
         const std::string name = fileNameOf(link);
-        menu.labels.push_back(utf16FromUtf8(name.empty() ? link : name));
+        menu.labels.push_back(plainText(utf16FromUtf8(name.empty() ? link : name)));
         menu.links.push_back(utf16FromUtf8(link));
     }
     addDownloadAll(menu, texts);

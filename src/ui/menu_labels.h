@@ -28,13 +28,15 @@ std::string durationText(std::uint32_t seconds, const MessageTexts& texts);
 struct Menu {
     std::vector<std::u16string> labels;
     std::vector<std::u16string> links;
+    bool operator==(const Menu&) const = default;
 };
 
 /// Reads the narrow text of an entry, which is UTF-8 or ANSI.
 using ReadNarrow = std::u16string (*)(std::string_view text);
 
-/// The entries of a page, the best first, each with what its handler tells and, when known, size and duration.
-/// Two or more end in one that stands for all.
+/// The entries of a page, the best first, each with what its handler tells and, when known, size and duration;
+/// a stream with its height, its format and, for an unknown size, its bit rate besides. Two or more end in one
+/// that stands for all. Labels are plain text: one line, bounded, "&" doubled as menus want it.
 Menu mediaMenu(std::span<const MediaEntry> entries, const MessageTexts& texts, ReadNarrow read);
 
 /// Selected links in their order, each with its file name, or its address without one; two or more end in one

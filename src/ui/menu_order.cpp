@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <numeric>
 #include <tuple>
 #include <unordered_map>
 
@@ -44,8 +43,9 @@ std::vector<std::size_t> menuOrder(std::span<const MediaEntry> entries) {
     std::vector<Rank> ranks;
     ranks.reserve(entries.size());
     for (const MediaEntry& entry : entries) ranks.push_back(rankOf(entry));
-    std::vector<std::size_t> order(entries.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::vector<std::size_t> order;
+    for (std::size_t i = 0; i < entries.size(); ++i)
+        if (entries[i].inMenu) order.push_back(i);
     std::ranges::stable_sort(order, [&](std::size_t a, std::size_t b) { return ranks[a] > ranks[b]; });
     return order;
 }

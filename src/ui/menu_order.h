@@ -18,13 +18,13 @@ namespace zab {
 /// The link that stands for every entry of a page, in menu order.
 inline constexpr std::string_view kAllEntries = "!ALL!";
 
-/// Indices of the entries, the best first: video before sound; then by the picture's height, the bit rate and
-/// the size, each unknown one behind those that are known. Equal ones stay in order of arrival.
+/// Indices of the entries that the menu shows, the best first: video before sound; then by the picture's
+/// height, the bit rate and the size, each unknown one behind those that are known. Equal ones stay in order of
+/// arrival.
 std::vector<std::size_t> menuOrder(std::span<const MediaEntry> entries);
 
 /// The name of each entry, at its index, in UTF-8: its link, and for the n-th entry with the same link (n from
-/// 2)
-/// "#" and n behind it. Counted in order of arrival, so an open menu stays right when entries are added.
+/// 2) "#" and n behind it. Counted in order of arrival, so an open menu stays right when entries are added.
 std::vector<std::string> linkNames(std::span<const MediaEntry> entries);
 
 /// Index of the entry with this name.

@@ -7,9 +7,10 @@
 #include "binding/browser_text_win32.h"
 #include "binding/never_destroyed.h"
 #include "binding/utf.h"
-#include "page/module_state.h"
 #include "settings/message_texts.h"
 #include "settings/shared_list_lock.h"
+#include "ui/button_windows.h"
+#include "ui/panel_controller.h"
 #include "web/file_name.h"
 
 namespace zab {
@@ -19,10 +20,11 @@ std::u16string textOfNarrow(std::string_view text) {
     return isCompleteUtf8(text) ? utf16FromUtf8(text) : utf16FromAnsi(text);
 }
 
-/// Where the browser has not said which tab is in front, the page that is loading is taken for it.
-bool isInView(DocumentId document) {
-    const DocumentId selected = moduleState().selectedDocument;
-    return selected == 0 || selected == document;
+/// 0: the page is not known, or has no window that is still there.
+WindowHandle windowOfPage(DocumentId document) {
+    const SharedListLock lock(OnTimeout::skip);
+    const MediaPages::Record* page = lock ? mediaPages().find(document) : nullptr;
+    return page != nullptr && isOpen(page->page.browserWindow) ? page->page.browserWindow : 0;
 }
 
 /// A copy of a page's entries; nothing when there is no such page or the lock could not be had.
@@ -42,12 +44,10 @@ std::shared_ptr<CDownloadMediaBtn> CDownloadButtonsArray::find(const DocumentKey
     return found == end() ? nullptr : *found;
 }
 
-void PageButtons::selectDocument(DocumentId document) noexcept {
-    for (const auto& button : buttons_) button->wantShown(button->document().id == document);
-}
-
 void PageButtons::forget(const DocumentKey& document) {
+    fronts_.ended(document.id);
     while (auto button = buttons_.find(document)) {
+        fronts_.ended(button->document().id);
         leaving_.push_back(button);
         buttons_.Remove(button);
     }
@@ -63,26 +63,74 @@ void PageButtons::forgetAll() {
 void PageButtons::settle() {
     // Each call may lead back here: what is to be done is taken away first, and the list may change meanwhile.
     for (const auto& button : std::exchange(leaving_, {})) button->close();
-    const std::vector<std::shared_ptr<CDownloadMediaBtn>> buttons(buttons_.begin(), buttons_.end());
-    if (buttons.empty()) return;
-    IZABButtonManager* const manager = buttonManager();
+    const auto selected = std::exchange(selected_, std::nullopt);
+    IZABButtonManager* const manager = buttons_.begin() == buttons_.end() ? nullptr : buttonManager();
+    if (selected) bringToFront(manager, *selected);
     if (manager == nullptr) return;
-    for (const auto& button : buttons) button->settle(*manager);
+    for (const auto& button : all()) {
+        button->noteClosed();
+        if (button->isOrphan()) move(*manager, *button, button->pageWindow());
+    }
+    fronts_.keepWindows(isOpen);
+    for (const auto& button : all()) {
+        button->wantShown(fronts_.isFront(button->document().id, button->browserWindow()));
+        button->settle(*manager);
+    }
+}
+
+void PageButtons::bringToFront(IZABButtonManager* manager, DocumentId document) {
+    WindowHandle window = 0;
+    const auto button = document == 0 ? nullptr : buttons_.find({nullptr, document});
+    if (button && manager != nullptr) {
+        window = button->pageWindow();
+        if (window != 0) move(*manager, *button, window);
+        window = button->browserWindow();
+    } else if (document != 0) {
+        window = windowOfPage(document);
+    }
+    const bool guessed = window == 0;
+    if (guessed) window = activeWindow();
+    if (window == 0 && isOpen(lastWindow_)) window = lastWindow_;
+    lastWindow_ = window;
+    fronts_.select(document, window, guessed);
+}
+
+void PageButtons::move(IZABButtonManager& manager, CDownloadMediaBtn& button, WindowHandle window) {
+    if (window == 0 || !isOpen(window) || window == button.browserWindow()) return;
+    const WindowHandle controller = pageController(window);
+    {
+        const SharedListLock lock(OnTimeout::skip);
+        if (MediaPages::Record* page = lock ? mediaPages().find(button.document().id) : nullptr) {
+            page->page.browserWindow = window;
+            page->page.controller = controller;
+        }
+    }
+    button.moveTo(manager, window, controller);
+    fronts_.seen(button.document().id, window);
 }
 
 void PageButtons::mediaChanged(nsISupports* document, const OpenPage& page) {
     if (document == nullptr || page.browserWindow == 0 || page.controller == 0) return;
     const auto entries = entriesOf(page.document.id);
-    IZABButtonManager* const manager = buttonManager();
-    if (!entries || entries->empty() || manager == nullptr) return;
+    if (!entries) return;
+    Menu menu = mediaMenu(*entries, messageTexts(), textOfNarrow);
+    IZABButtonManager* const manager = menu.links.empty() ? nullptr : buttonManager();
+    if (manager == nullptr) return;
+    fronts_.seen(page.document.id, page.browserWindow);
     auto button = buttons_.find(page.document);
     if (!button) {
         button = std::make_shared<CDownloadMediaBtn>(document, page);
         if (!button->open(*manager) || !add(button)) return;
-        button->wantShown(isInView(page.document.id));
+        fronts_.loading(page.document.id, page.browserWindow);
+    } else {
+        move(*manager, *button, page.browserWindow);
     }
-    button->setMenu(*manager, mediaMenu(*entries, messageTexts(), textOfNarrow));
-    button->settle(*manager);
+    button->setMenu(*manager, std::move(menu));
+    settle();
+}
+
+void PageButtons::noteClosed() noexcept {
+    for (const auto& button : buttons_) button->noteClosed();
 }
 
 /// The page may have gone, or got another button, while this one was made.

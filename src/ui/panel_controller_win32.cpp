@@ -1,7 +1,7 @@
 #include "ui/panel_controller.h"
 
 #include <algorithm>
-#include <atomic>
+#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,16 +12,15 @@
 #include "binding/this_module_win32.h"
 #include "binding/throwing_win32.h"
 #include "media/capture/media_capture.h"
-#include "settings/shared_list_lock.h"
 #include "transfer/com_win32.h"
-#include "ui/in_flight.h"
-#include "ui/media_choice.h"
+#include "ui/controller_host_win32.h"
 #include "ui/panel_messages.h"
 
 namespace zab {
 namespace {
 
 using namespace panel_messages;
+static_assert(kClose == WM_CLOSE && kDestroyed == WM_NCDESTROY);
 
 constexpr DWORD kPatienceMs =
     1000;  // of the browser's main thread, with the start and the end of the other one
@@ -34,138 +33,44 @@ struct WindowClass {
 WindowClass g_processClass{"ZAB_Download_Panel_controller2_class", false};
 WindowClass g_pageClass{"ZAB Download Panel controller class", false};
 
-std::atomic<HWND> g_processController{nullptr};
-Handle g_processThread;  // by the browser's main thread alone
-
 struct PageController {
     HWND browserWindow;
     HWND window;
 };
 
-/// By the browser's main thread alone.
-std::vector<PageController>& pageControllers() {
-    static NeverDestroyed<std::vector<PageController>> controllers;
-    return controllers.get();
-}
-
-template <class Record>
-InFlight<Record>& inFlight() {
-    static NeverDestroyed<InFlight<Record>> flights;
-    return flights.get();
-}
-
-WindowHandle handleOf(HWND window) noexcept { return reinterpret_cast<WindowHandle>(window); }
-HWND windowOf(WindowHandle handle) noexcept { return reinterpret_cast<HWND>(handle); }
-
-ChoiceLists choiceLists() { return {requestLists(), mediaPages(), selectedLinks()}; }
-
-/// The choice is freed when it cannot be posted.
-void post(HWND window, UINT message, std::unique_ptr<Choice> choice) {
-    const std::uintptr_t address = inFlight<Choice>().add(handleOf(window), message, std::move(choice));
-    if (address != 0 && !PostMessageA(window, message, 0, static_cast<LPARAM>(address)))
-        inFlight<Choice>().take(handleOf(window), message, address);
-}
-
-struct Message {
-    HWND window;
-    UINT number;
-    WPARAM wParam;
-    LPARAM lParam;
-
-    template <class Record>
-    [[nodiscard]] std::unique_ptr<Record> record() const {
-        return inFlight<Record>().take(handleOf(window), number, static_cast<std::uintptr_t>(lParam));
-    }
+/// The rest by the browser's main thread alone.
+struct Started {
+    std::vector<PageController> pages;
+    Handle thread;  // of the process controller
+    Handle ready;   // it has made its window, or could not
 };
 
-LRESULT passOn(const Message& message) {
-    return DefWindowProcA(message.window, message.number, message.wParam, message.lParam);
+Started& started() {
+    static NeverDestroyed<Started> all;
+    return all.get();
 }
 
-LRESULT alive(const Message&) { return 1; }
+std::atomic<bool> g_ending{false};
 
-LRESULT requestByCopy(const Message& message) {
-    const auto* copy = reinterpret_cast<const COPYDATASTRUCT*>(message.lParam);
-    if (copy == nullptr || copy->dwData != kRequestByCopy || copy->lpData == nullptr) return passOn(message);
-    auto choice = std::make_unique<Choice>();
-    choice->request = decodeMediaRequest({static_cast<const std::uint8_t*>(copy->lpData), copy->cbData});
-    if (message.window == g_processController) choice->origin = ChoiceOrigin::processController;
-    // Not now: whoever sent this waits for the answer, and no call into another process can be made meanwhile.
-    post(message.window, kResolve, std::move(choice));
-    return 1;
+LRESULT requestByCopy(HWND window, LPARAM lParam) {
+    const auto* copy = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
+    if (copy == nullptr || copy->dwData != kRequestByCopy || copy->lpData == nullptr) return 0;
+    return controllers().requested(handleOf(window),
+                                   {static_cast<const std::uint8_t*>(copy->lpData), copy->cbData});
 }
 
-LRESULT resolve(const Message& message) {
-    auto choice = message.record<Choice>();
-    if (!choice) return 0;
-    HWND reply = message.window;
-    {
-        const SharedListLock lock(OnTimeout::skip);
-        if (!lock) return 0;
-        const NamedMedia media = named(choice->request, choice->origin, choiceLists());
-        if (!media.found()) return 0;
-        if (media.controller != 0) reply = windowOf(media.controller);
-    }
-    choice->request.kind = requestedKind(choice->request);
-    post(reply, kResolved, std::move(choice));
-    return 0;
+/// A message that the process's windows take from strangers as if they ended would cost them their names.
+bool passesOn(HWND window, UINT message) noexcept {
+    return message != WM_NCDESTROY || g_ending || isPageController(handleOf(window));
 }
 
-TransferResult transfer(TransferSession& session, const TransferRecord& record, bool requestSeen) {
-    if (!requestSeen) return session.sendAsBrowser(record);
-    TransferRecord narrow = record;
-    makeNarrow(narrow);
-    return session.send(narrow);
-}
-
-LRESULT resolved(const Message& message) {
-    auto choice = message.record<Choice>();
-    if (!choice) return 0;
-    if (!choice->ready) {
-        const SharedListLock lock(OnTimeout::skip);
-        if (!lock) return 0;
-        prepare(*choice, choiceLists());
-    }
-    TransferSession session;
-    const auto progress = sendChoice(
-        *choice, [&](const TransferRecord& record) { return transfer(session, record, choice->requestSeen); });
-    if (progress == ChoiceProgress::later) post(message.window, kResolved, std::move(choice));
-    if (progress == ChoiceProgress::givenUp) reportNoCallsNow();
-    return 0;
-}
-
-LRESULT takeEntry(const Message& message) {
-    auto entry = message.record<MediaEntry>();
-    return entry && fileEntry(std::move(entry)) ? 1 : 0;
-}
-
-/// The last message of a window.
-LRESULT ended(const Message& message) {
-    inFlight<Choice>().forget(handleOf(message.window));
-    inFlight<MediaEntry>().forget(handleOf(message.window));
-    HWND process = message.window;
-    if (g_processController.compare_exchange_strong(process, nullptr)) {
-        PostQuitMessage(0);
-    } else {
-        std::erase_if(pageControllers(), [&](const PageController& c) { return c.window == message.window; });
-    }
-    return passOn(message);
-}
-
-constexpr struct {
-    UINT number;
-    LRESULT (*handle)(const Message& message);
-} kHandlers[] = {
-    {kAlive, alive},       {WM_COPYDATA, requestByCopy}, {kResolve, resolve},
-    {kResolved, resolved}, {kFileEntry, takeEntry},      {WM_NCDESTROY, ended},
-};
-
-LRESULT CALLBACK controllerProcedure(HWND window, UINT number, WPARAM wParam, LPARAM lParam) noexcept {
-    return guarded(LRESULT{0}, [&] {
-        const Message message{window, number, wParam, lParam};
-        for (const auto& row : kHandlers)
-            if (row.number == number) return row.handle(message);
-        return passOn(message);
+LRESULT CALLBACK controllerProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+    return guarded(LRESULT{0}, [&]() -> LRESULT {
+        if (message == WM_COPYDATA) return requestByCopy(window, lParam);
+        const auto answer =
+            controllers().answer(handleOf(window), message, static_cast<std::uintptr_t>(lParam));
+        if (answer) return *answer;
+        return passesOn(window, message) ? DefWindowProcA(window, message, wParam, lParam) : 0;
     });
 }
 
@@ -184,27 +89,34 @@ bool registerOnce(WindowClass& windowClass) noexcept {
     return windowClass.registered;
 }
 
-void runProcessController(Handle started) {
-    const std::string name = std::to_string(GetCurrentProcessId());
-    const HWND window = CreateWindowExA(0, g_processClass.name, name.c_str(), 0, 0, 0, 1, 1, HWND_MESSAGE,
-                                        nullptr, pinnedModule(), nullptr);
-    g_processController = window;
-    SetEvent(started.get());
-    started.reset();
+HWND makeHiddenWindow(const WindowClass& windowClass, const char* name) noexcept {
+    return CreateWindowExA(0, windowClass.name, name, 0, 0, 0, 1, 1, HWND_MESSAGE, nullptr, pinnedModule(),
+                           nullptr);
+}
+
+void runProcessController(Handle ready) {
+    const HWND window = makeHiddenWindow(g_processClass, std::to_string(GetCurrentProcessId()).c_str());
+    controllerWindows().process = window;
+    SetEvent(ready.get());
+    ready.reset();
     if (window == nullptr) return;
     const ComApartment com;
     MSG message;
-    while (GetMessageA(&message, nullptr, 0, 0) > 0) {
+    while (!g_ending) {
+        const BOOL got = GetMessageA(&message, nullptr, 0, 0);
+        if (got < 0) break;
+        if (got == 0) continue;  // anybody may tell a thread to quit
         TranslateMessage(&message);
         DispatchMessageA(&message);
     }
-    if (g_processController == window) DestroyWindow(window);  // the thread was told to end, not its window
+    controllerWindows().process = nullptr;
+    DestroyWindow(window);
 }
 
-DWORD WINAPI processControllerThread(void* started) noexcept {
-    Handle startedEvent(started);
+DWORD WINAPI processControllerThread(void* ready) noexcept {
+    Handle readyEvent(ready);
     if (!prepareThreadToThrow()) return 0;
-    guarded([&] { runProcessController(std::move(startedEvent)); });
+    guarded([&] { runProcessController(std::move(readyEvent)); });
     return 0;
 }
 
@@ -216,15 +128,22 @@ Handle anotherHandle(const Handle& handle) noexcept {
     return other;
 }
 
+bool isRunning(const Handle& thread) noexcept {
+    return thread && WaitForSingleObject(thread.get(), 0) == WAIT_TIMEOUT;
+}
+
 void startProcessController() {
-    if (!registerOnce(g_processClass)) return;
-    const Handle started(CreateEventA(nullptr, TRUE, FALSE, nullptr));
-    Handle threads = anotherHandle(started);
+    if (!registerOnce(g_processClass) || !registerOnce(g_pageClass)) return;
+    Handle ready(CreateEventA(nullptr, TRUE, FALSE, nullptr));
+    Handle threads = anotherHandle(ready);
     if (!threads) return;
-    g_processThread.reset(CreateThread(nullptr, 0, processControllerThread, threads.get(), 0, nullptr));
-    if (!g_processThread) return;
+    g_ending = false;
+    Handle thread(CreateThread(nullptr, 0, processControllerThread, threads.get(), 0, nullptr));
+    if (!thread) return;
     (void)threads.release();
-    WaitForSingleObject(started.get(), kPatienceMs);
+    started().thread = std::move(thread);
+    started().ready = std::move(ready);
+    if (controllerWindows().own == nullptr) controllerWindows().own = makeHiddenWindow(g_pageClass, "");
 }
 
 bool isWindowOfThisProcess(HWND window) noexcept {
@@ -235,25 +154,38 @@ bool isWindowOfThisProcess(HWND window) noexcept {
 
 HWND makePageController(HWND browserWindow) {
     if (!registerOnce(g_pageClass)) return nullptr;
-    pageControllers().reserve(pageControllers().size() + 1);
+    auto& pages = started().pages;
+    pages.reserve(pages.size() + 1);
     const HWND window = CreateWindowExA(0, g_pageClass.name, "ZAB DwnlPanelCtrl Window", WS_CHILD, 0, 0, 0, 0,
                                         browserWindow, nullptr, pinnedModule(), nullptr);
-    if (window != nullptr) pageControllers().push_back({browserWindow, window});
+    if (window != nullptr) pages.push_back({browserWindow, window});
     return window;
 }
 
 }  // namespace
 
+bool isPageController(WindowHandle window) noexcept {
+    char name[64]{};
+    return isWindowOfThisProcess(windowOf(window)) && GetClassNameA(windowOf(window), name, sizeof name) != 0 &&
+           std::strcmp(name, g_pageClass.name) == 0 && windowOf(window) != controllerWindows().own;
+}
+
 WindowHandle processController() noexcept {
     return guarded(WindowHandle{0}, [] {
-        if (g_processController == nullptr) startProcessController();
-        return handleOf(g_processController);
+        if (controllerWindows().process == nullptr && !isRunning(started().thread)) startProcessController();
+        if (controllerWindows().process == nullptr && started().ready)
+            WaitForSingleObject(started().ready.get(), kPatienceMs);
+        return handleOf(controllerWindows().process);
     });
 }
 
 WindowHandle pageController(WindowHandle browserWindow) noexcept {
     return guarded(WindowHandle{0}, [&] {
-        for (const PageController& known : pageControllers())
+        // By what is there: a message that a window ends may be anybody's.
+        std::erase_if(started().pages, [](const PageController& known) {
+            return !isPageController(handleOf(known.window)) || GetParent(known.window) != known.browserWindow;
+        });
+        for (const PageController& known : started().pages)
             if (known.browserWindow == windowOf(browserWindow)) return handleOf(known.window);
         if (!isWindowOfThisProcess(windowOf(browserWindow))) return WindowHandle{0};
         processController();
@@ -263,22 +195,24 @@ WindowHandle pageController(WindowHandle browserWindow) noexcept {
 
 bool endControllers() noexcept {
     return guarded(false, [] {
-        while (!pageControllers().empty())
-            if (!DestroyWindow(pageControllers().back().window)) pageControllers().pop_back();
-        if (!g_processThread) return true;
-        PostMessageA(g_processController, WM_CLOSE, 0, 0);
-        if (WaitForSingleObject(g_processThread.get(), kPatienceMs) != WAIT_OBJECT_0) return false;
-        g_processThread.reset();
+        g_ending = true;
+        controllers().end();
+        for (const PageController& page : std::exchange(started().pages, {})) DestroyWindow(page.window);
+        if (const HWND own = controllerWindows().own.exchange(nullptr)) DestroyWindow(own);
+        if (!started().thread) return true;
+        if (const HWND process = controllerWindows().process) PostMessageA(process, WM_NULL, 0, 0);
+        if (WaitForSingleObject(started().thread.get(), kPatienceMs) != WAIT_OBJECT_0) return false;
+        started().thread.reset();
         return true;
     });
 }
 
 bool sendEntry(WindowHandle controller, std::unique_ptr<MediaEntry> entry) noexcept {
     return guarded(false, [&] {
-        const std::uintptr_t address = inFlight<MediaEntry>().add(controller, kFileEntry, std::move(entry));
-        if (address == 0) return false;
-        const LRESULT shown = SendMessageA(windowOf(controller), kFileEntry, 0, static_cast<LPARAM>(address));
-        inFlight<MediaEntry>().take(controller, kFileEntry, address);  // still there when nobody received it
+        const std::uintptr_t number = controllers().add(controller, std::move(entry));
+        if (number == 0) return false;
+        const LRESULT shown = SendMessageA(windowOf(controller), kFileEntry, 0, static_cast<LPARAM>(number));
+        if (auto unread = controllers().takeBack(controller, number)) return fileEntry(std::move(unread));
         return shown == 1;
     });
 }

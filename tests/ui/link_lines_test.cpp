@@ -16,6 +16,7 @@ TEST(LinkLines, AreTheLinksOfASelectionOnceEachInOrder) {
         {u"http://h/b\nhttps://h/a\nftp://h/c", {"http://h/b", "https://h/a", "ftp://h/c"}, "in their order"},
         {u"\r\n HTTP://h/a \r\n\n", {"HTTP://h/a"}, "white space and empty lines, any letter case"},
         {u"http://h/a\nhttp://h/b\nhttp://h/a", {"http://h/a", "http://h/b"}, "one that comes twice"},
+        {u"http://h/a#1\nhttp://h/a#2\nhttp://h/a", {"http://h/a#1"}, "one file, whatever the fragment"},
         {u"mailto:a@h\njavascript:x\n/dir/a\nhttpx://h/", {}, "other schemes, and none"},
         {u"http://h/\u00E4", {"http://h/\xC3\xA4"}, "as UTF-8"},
         {std::u16string_view(u"http://h/a\0b\nhttp://h/c", 23), {"http://h/a", "http://h/c"}, "ends at a NUL"},

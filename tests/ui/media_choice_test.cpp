@@ -22,6 +22,7 @@ OBJECTREQUESTSARRAY_ITEM object(std::string url, std::uint64_t document) {
     OBJECTREQUESTSARRAY_ITEM item;
     item.url = std::move(url);
     item.documentId = document;
+    item.pageUrl = "http://h.example/page";
     item.cookies = "c=browser";
     item.referrer = "http://h.example/from";
     item.userAgent = "agent";
@@ -37,11 +38,14 @@ struct Lists {
         page.media.offer(entry("hlstozab://http://h.example/a.m3u8", 360));
         page.media.offer(entry("http://h.example/low.mp4", 240));
         page.media.offer(entry("hlstozab://http://h.example/a.m3u8", 720));
+        MediaEntry kept = entry("http://h.example/kept.mp4", 1080);
+        kept.inMenu = false;
+        page.media.offer(kept);
         for (const std::uint64_t document : {9, 7})
             requests.examined.add(object("http://h.example/o.mp4", document));
         requests.requested.add(object("http://cdn/file.mp3", 7));
         requests.requested.add(object("http://h.example/low.mp4", 7));
-        selection = {8, "http://h.example/list", 88, {"http://h.example/1.zip", "http://h.example/2.zip"}};
+        selection = {8, "http://h.example/list", 88, {"http://h.example/1.zip", "http://h.example/2.zip"}, 0};
     }
     RequestLists requests;
     MediaPages pages;
@@ -81,14 +85,15 @@ TEST(MediaChoice, NamesEntriesThenWhatThePageRequested) {
          pageController,
          77,
          {"hlstozab://~a.m3u8 720", "hlstozab://~a.m3u8 360", "~low.mp4 240"},
-         "all, the best first"},
+         "all that the menu shows, the best first"},
+        {u"~kept.mp4", u"7", pageController, 77, {"~kept.mp4 1080"}, "kept for whoever asks for it by name"},
         {u"!ALL!", u"8", pageController, 0, {}, "not the selection: that has its own window"},
         {u"!ALL!", u"8", processController, 88, {"~1.zip ", "~2.zip "}, "the whole selection"},
         {u"~2.zip", u"8", processController, 88, {"~2.zip "}, "one of it"},
         {u"~2.zip", u"7", processController, 77, {}, "of another page"},
         {u"~o.mp4", u"7", processController, 77, {"~o.mp4 "}, "a request"},
         {u"~o.mp4", u"8", pageController, 0, {}, "another page's"},
-        {u"~o.mp4", u"", pageController, 0, {"~o.mp4 "}, "no page told"},
+        {u"~o.mp4", u"", pageController, 0, {}, "no page told: not any page's"},
         {u"rtmp://h/[[IMPORT]]/cdn/file.mp3",
          u"7",
          pageController,
@@ -99,37 +104,32 @@ TEST(MediaChoice, NamesEntriesThenWhatThePageRequested) {
         {u"", u"7", pageController, 77, {}, "nothing asked for"},
     };
     for (const auto& row : rows) {
-        Choice choice;
-        choice.request.mediaUrl = whole(row.url);
-        choice.request.pageIdentity = row.page;
-        choice.origin = row.origin;
-        const NamedMedia media = named(choice.request, choice.origin, lists.all);
+        MediaRequest request;
+        request.mediaUrl = whole(row.url);
+        request.pageIdentity = row.page;
+        const ChosenMedia media = chosenMedia(request, row.origin, lists.all);
         EXPECT_EQ(media.controller, row.controller) << row.why;
-        EXPECT_EQ(media.found(), !row.urls.empty()) << row.why;
-        prepare(choice, lists.all);
         std::vector<std::string> urls;
-        for (const TransferRecord& record : choice.transfers)
-            urls.push_back(record.url + " " + record.extraData);
+        for (std::size_t i = 0; i < media.count(); ++i)
+            urls.push_back(media.transfer(i).url + " " + media.transfer(i).extraData);
         std::vector<std::string> expected;
         for (const std::string& url : row.urls) expected.push_back(utf8FromUtf16(whole(utf16FromUtf8(url))));
         EXPECT_EQ(urls, expected) << row.why;
-        EXPECT_EQ(choice.requestSeen, media.object != nullptr) << row.why;
     }
 }
 
 TEST(MediaChoice, ARequestTellsMoreThanTheBrowserKnew) {
     Lists lists;
-    Choice choice;
-    choice.request = decodeMediaRequest({});
-    choice.request.mediaUrl = u"http://h.example/o.mp4";
-    choice.request.pageIdentity = u"7";
-    choice.request.pageUrl = u"http://h.example/told";
-    choice.request.description = u"caf\u00E9";
-    choice.request.cookies = u"c=told";
-    prepare(choice, lists.all);
-    ASSERT_EQ(choice.transfers.size(), 1u);
-    const TransferRecord& record = choice.transfers.front();
-    EXPECT_EQ(record.pageUrl, "http://h.example/told");
+    MediaRequest request = decodeMediaRequest({});
+    request.mediaUrl = u"http://h.example/o.mp4";
+    request.pageIdentity = u"7";
+    request.pageUrl = u"http://h.example/told";
+    request.description = u"caf\u00E9";
+    request.cookies = u"c=told";
+    const ChosenMedia media = chosenMedia(request, pageController, lists.all);
+    ASSERT_EQ(media.count(), 1u);
+    const TransferRecord record = media.transfer(0);
+    EXPECT_EQ(record.pageUrl, "http://h.example/page") << "whose cookies travel is not for the asker to say";
     EXPECT_EQ(record.description, "caf\xC3\xA9");
     EXPECT_EQ(record.cookies, "c=told");
     EXPECT_EQ(record.referrer, "http://h.example/from") << "what is not told is what the browser sent";
@@ -182,30 +182,6 @@ TEST(MediaChoice, AnEntryGoesOutWhole) {
     EXPECT_EQ(newest[1].url, "middle");
 }
 
-TEST(MediaChoice, IsSentUpToTheFirstFailureAndRetriedThreeTimes) {
-    using enum TransferResult;
-    Choice choice;
-    for (const char* url : {"1", "2", "3"}) choice.transfers.emplace_back().url = url;
-    std::string sent;
-    const auto answering = [&sent](TransferResult ofTheSecond) {
-        return [&sent, ofTheSecond](TransferRecord& record) {
-            sent += record.url;
-            return record.url == "2" ? ofTheSecond : made;
-        };
-    };
-    for (int i = 0; i < 3; ++i) EXPECT_EQ(sendChoice(choice, answering(retryLater)), ChoiceProgress::later);
-    EXPECT_EQ(sent, "1222") << "what was made is not made again";
-    Choice tried = choice;
-    EXPECT_EQ(sendChoice(tried, answering(retryLater)), ChoiceProgress::givenUp);
-    tried = choice;
-    sent.clear();
-    EXPECT_EQ(sendChoice(tried, answering(notMade)), ChoiceProgress::done);
-    EXPECT_EQ(sent, "2") << "the user was told: one box is enough";
-    sent.clear();
-    EXPECT_EQ(sendChoice(choice, answering(made)), ChoiceProgress::done);
-    EXPECT_EQ(sent, "23");
-}
-
 TEST(InFlight, OnlyWhatIsMeantForAWindowIsTakenThere) {
     InFlight<std::string> flights;
     constexpr WindowHandle here = 1, there = 2;
@@ -214,14 +190,10 @@ TEST(InFlight, OnlyWhatIsMeantForAWindowIsTakenThere) {
     EXPECT_EQ(flights.take(here, 0x467, address + 8), nullptr) << "a stranger's number";
     EXPECT_EQ(flights.take(here, 0x468, address), nullptr) << "another step";
     EXPECT_EQ(flights.take(there, 0x467, address), nullptr) << "another window";
-    flights.forget(there);
-    EXPECT_EQ(flights.take(there, 0x467, other), nullptr) << "freed with its window";
+    EXPECT_EQ(*flights.takeAll(there).at(0), "b");
+    EXPECT_EQ(flights.take(there, 0x467, other), nullptr) << "taken with its window";
     EXPECT_EQ(*flights.take(here, 0x467, address), "a");
     EXPECT_EQ(flights.take(here, 0x467, address), nullptr) << "once";
-    for (std::size_t i = 0; i < flights.kMost; ++i)
-        EXPECT_NE(flights.add(here, 1, std::make_unique<std::string>()), 0u);
-    EXPECT_EQ(flights.add(here, 1, std::make_unique<std::string>()), 0u) << "full";
-    EXPECT_EQ(flights.count(), flights.kMost);
 }
 
 }  // namespace

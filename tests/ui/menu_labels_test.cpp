@@ -103,6 +103,20 @@ TEST(MenuLabels, StandBestFirstAndNameEachEntryOnce) {
         << "one entry is all there is";
 }
 
+TEST(MenuLabels, AreOneLineOfPlainTextWithWhatAStreamIs) {
+    MediaEntry film = entry("hlstozab://http://h/m.m3u8", " Tom &\r\n Jerry\t", 720, 0, 0, 60);
+    film.bitrate = 2'400'000;
+    film.extension = "ts";
+    MediaEntry told = entry("hlstozab://http://h/l.m3u8", "480p bitrate  900", 480);
+    told.bitrate = 900'000;
+    told.extension = "ts";
+    const MediaEntry endless = entry("http://h/c", std::string(5000, 'x'));
+    const Menu menu = mediaMenu(std::vector{film, told, endless}, MessageTexts{}, utf16FromUtf8);
+    EXPECT_EQ(utf8FromUtf16(menu.labels.at(0)), "Tom && Jerry, 720p TS, 2400 kbit/s 1 min 0 sec");
+    EXPECT_EQ(utf8FromUtf16(menu.labels.at(1)), "480p bitrate 900, TS");
+    EXPECT_LT(menu.labels.at(2).size(), 200u);
+}
+
 TEST(MenuLabels, NameSelectedLinksByTheirFiles) {
     const std::vector<std::string> links = {"http://h/dir/a%20b.zip?x=1", "ftp://h/", "https://h/%C3%A4.iso"};
     EXPECT_EQ(shown(linksMenu(links, MessageTexts{})),

@@ -52,6 +52,7 @@ bool fileEntry(std::unique_ptr<MediaEntry> entry) {
     const SharedListLock lock(OnTimeout::skip);
     MediaPages::Record* record = lock ? mediaPages().find(entry->page.documentId) : nullptr;
     if (record == nullptr) return false;
+    entry->inMenu = fate == EntryFate::shown;
     record->media.offer(std::move(*entry));
     return fate == EntryFate::shown;
 }
