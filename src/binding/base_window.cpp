@@ -41,6 +41,10 @@ constexpr Candidate kCandidates[] = {
 
 }  // namespace
 
+InterfacePtr<nsISupports> docShellOf(nsISupports* domWindow) noexcept {
+    return throughRequestor(domWindow, kDocCharsetIID);
+}
+
 InterfacePtr<nsIBaseWindow> GetBaseWindow(nsISupports* browserObject, std::int32_t browserMajor) noexcept {
     if (auto own = query<nsIBaseWindow>(browserObject)) return own;
     for (const auto& candidate : kCandidates) {

@@ -106,4 +106,7 @@ using nsBaseWindow47 = BaseWindowAdapter<BaseWindowLayout::e>;
 InterfacePtr<nsIBaseWindow> GetBaseWindow(nsISupports* browserObject,
                                           std::int32_t browserMajor = browserMajorVersion()) noexcept;
 
+/// The docshell of a DOM window: a base window, as the DOM window itself is none. Nothing for other objects.
+InterfacePtr<nsISupports> docShellOf(nsISupports* domWindow) noexcept;
+
 }  // namespace zab

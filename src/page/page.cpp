@@ -34,7 +34,8 @@ WindowHandle browserWindowOf(iZABHelper5& helper, nsISupports* document) noexcep
     nsISupports* raw = nullptr;
     if (failed(helper.GetDocumentWindow(document, &raw))) return 0;
     const InterfacePtr<nsISupports> domWindow(raw);
-    const auto baseWindow = GetBaseWindow(domWindow.get());
+    auto baseWindow = GetBaseWindow(domWindow.get());
+    if (!baseWindow) baseWindow = GetBaseWindow(docShellOf(domWindow.get()).get());
     void* parent = nullptr;
     if (!baseWindow || failed(baseWindow->GetParentNativeWindow(&parent))) return 0;
     return reinterpret_cast<WindowHandle>(parent);

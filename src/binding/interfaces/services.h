@@ -41,6 +41,11 @@ class nsIObserverService : public nsISupports {
     virtual nsresult EnumerateObservers(const char* topic, nsISimpleEnumerator** result) = 0;
 };
 
+/// Answered by a DOM window's interface requestor with its docshell, under the same identifier in every
+/// version.
+inline constexpr nsIID kDocCharsetIID = {
+    0x9C18BB4E, 0x1DD1, 0x11B2, {0xBF, 0x91, 0x9C, 0xC8, 0x2C, 0x27, 0x58, 0x23}};
+
 class nsIInterfaceRequestor : public nsISupports {
   public:
     static constexpr nsIID kIID{0x033A1470, 0x8B2A, 0x11D3, {0xAF, 0x88, 0x00, 0xA0, 0x24, 0xFF, 0xC0, 0x8C}};
