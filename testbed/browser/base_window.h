@@ -29,7 +29,6 @@ struct BaseWindow : BedObject {
     static constexpr std::uint32_t kNumber = 0x1234;  // what a getter of numbers gives
 
     const WindowLayout& layout;
-    BedObject* target = nullptr;  // where its events arrive
     std::uint64_t nativeWindow = 0x5678;
     struct Called {
         std::string operation;

@@ -4,22 +4,12 @@
 #include <iterator>
 #include <utility>
 
-#include "binding/wide_win32.h"
 #include "browser/base_window.h"
+#include "browser/library.h"
 #include "browser/operations.h"
 
 namespace zab::testbed {
 namespace {
-
-std::string besideProgram(const std::string& name) {
-    if (name.find_first_of("\\/") != std::string::npos) return name;
-    char program[MAX_PATH];
-    const std::string path(program, GetModuleFileNameA(nullptr, program, MAX_PATH));
-    return path.substr(0, path.rfind('\\') + 1) + name;
-}
-
-/// The name under which the module has loaded its runtime.
-std::string loadedRuntime() { return GetModuleHandleA("xpcom.dll") != nullptr ? "xpcom.dll" : "xul.dll"; }
 
 std::uint64_t argument(const void* pointer) { return reinterpret_cast<std::uint64_t>(pointer); }
 
@@ -34,10 +24,12 @@ std::vector<std::string> allEntryPoints() {
 Browser::Browser(BrowserOptions options)
     : options_(std::move(options)),
       exports_(options_.runtime.empty() ? loadModule() : ModuleExports{}),
-      runtime_(options_.runtime.empty() ? loadedRuntime() : besideProgram(options_.runtime)),
+      runtime_(!options_.runtime.empty() ? options_.runtime
+               : isLoaded("xpcom.dll")   ? "xpcom.dll"
+                                         : "xul.dll"),
       hostCalls_{this, &onCall, &onEnter, &onServiceManager},
       debug_(options_.debuggerPresent),
-      thread_(GetCurrentThreadId()) {
+      thread_(std::this_thread::get_id()) {
     runtime_.setHost(&hostCalls_);
     serviceManager_ = &make<BedObject>("service manager");
     serviceManager_->answersTo(kServiceManager);
@@ -47,14 +39,17 @@ Browser::Browser(BrowserOptions options)
         services_[row.contract]->answersTo(*row.interface);
     }
     // The module looks its entry points up while it is loaded, and only then.
-    const HiddenExports hidden(runtime_.handle(), options_.hiddenEntries);
+    constexpr int kFirstWithoutFree = 40;
+    std::set<std::string> without(options_.hiddenEntries.begin(), options_.hiddenEntries.end());
+    if (options_.version >= kFirstWithoutFree) without.insert("NS_Free");
+    const auto hidden = hidesExports(runtime_.handle(), {without.begin(), without.end()});
     if (!options_.runtime.empty()) exports_ = loadModule();
     containersAtStart_ = runtime_.balance->containers;
 }
 
 ModuleExports Browser::loadModule() const {
-    const auto path = besideProgram(options_.module);
-    return options_.freshCopy ? ModuleExports::loadCopy(path) : ModuleExports::load(path);
+    return ModuleExports::of(options_.freshCopy ? loadFreshModule(options_.module, options_.version)
+                                                : loadLibrary(options_.module));
 }
 
 Browser::~Browser() {
@@ -93,8 +88,9 @@ Page& Browser::opensPage(std::string url, std::u16string title, std::uint64_t do
 }
 
 void Browser::dropsPage(Page& page) {
-    if (page.domWindow != nullptr) page.domWindow->letGo();
-    page.windowTarget->letGo();
+    page.domWindow.docShell.letGo();
+    page.domWindow.target.letGo();
+    page.domWindow.letGo();
     page.letGo();
 }
 
@@ -172,7 +168,7 @@ void Browser::mouse(std::u16string type, Page* page, std::u16string selectedLink
 
 void Browser::fires(std::u16string type, Page& page) {
     auto& event = make<Event>(type, &page);
-    auto listeners = page.windowTarget->listeners;
+    auto listeners = page.domWindow.target.listeners;
     if (type == u"unload") listeners.insert(listeners.end(), page.listeners.begin(), page.listeners.end());
     std::erase_if(listeners, [&](const auto& row) { return row.first != type; });
     for (const auto& row : listeners) callModule(StandInCall::addRef, row.second);
@@ -282,7 +278,7 @@ std::uint64_t Browser::onCall(void* context, StandInObject* raw, std::uint32_t s
 std::uint64_t Browser::called(BedObject::Handle& handle, std::uint32_t slot, const std::uint64_t* arguments) {
     auto& object = *handle.owner;
     const std::string operation = std::string(handle.interface->name) + "." + std::to_string(slot);
-    if (GetCurrentThreadId() != thread_) violates(operation + " is called on a thread of the module");
+    if (std::this_thread::get_id() != thread_) violates(operation + " is called on a thread of the module");
     if (object.dead()) violates(operation + " of a dead " + object.name());
     if (slot == 1) return static_cast<std::uint32_t>(++handle.references);
     if (slot == 2) {

@@ -10,6 +10,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "browser/debug_lines.h"
@@ -157,7 +158,7 @@ class Browser {
     bool moduleRuns_ = false;
     std::chrono::steady_clock::time_point runsSince_{};
     std::chrono::steady_clock::duration moduleTime_{};
-    std::uint32_t thread_;
+    std::thread::id thread_;
     std::vector<std::unique_ptr<BedObject>> objects_;
     std::map<std::string, BedObject*> services_;
     BedObject* serviceManager_;

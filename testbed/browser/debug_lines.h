@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zab::testbed {
@@ -18,6 +19,9 @@ class DebugLines {
 
     /// Complete lines since the last call, without their ends; a write without an end is completed by the next.
     std::vector<std::string> take();
+
+    /// What the process writes; any thread.
+    static void add(std::string_view text);
 
   private:
     void* handler_;

@@ -130,6 +130,8 @@ HeldKeys::~HeldKeys() {
     SetKeyboardState(none);
 }
 
+void putCursor(std::int32_t x, std::int32_t y) { SetCursorPos(x, y); }
+
 bool messageBoxIsOpen() { return openMessageBox() != nullptr; }
 
 std::optional<ShownBox> answerMessageBox(int button, std::chrono::milliseconds patience) {

@@ -36,6 +36,10 @@ class SettingsTree {
     static void removeAll();
 };
 
+// Virtual-key codes, and buttons of message boxes.
+inline constexpr std::uint8_t kShift = 0x10, kControl = 0x11, kAlt = 0x12;
+inline constexpr int kOk = 1, kNo = 7;
+
 /// Holds keys down, for this thread, until it goes out of scope. Virtual-key codes.
 class HeldKeys {
   public:
@@ -44,6 +48,8 @@ class HeldKeys {
     HeldKeys(const HeldKeys&) = delete;
     HeldKeys& operator=(const HeldKeys&) = delete;
 };
+
+void putCursor(std::int32_t x, std::int32_t y);
 
 struct ShownBox {
     std::u16string title, text;

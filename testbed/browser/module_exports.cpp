@@ -1,9 +1,6 @@
 #include "browser/module_exports.h"
 
-#include <filesystem>
-#include <stdexcept>
-
-#include "binding/wide_win32.h"
+#include "browser/library.h"
 
 namespace zab::testbed {
 namespace {
@@ -28,26 +25,11 @@ static_assert(sizeof(ModuleExports) == sizeof(kNames), "one name for each export
 
 }  // namespace
 
-ModuleExports ModuleExports::load(const std::string& path) {
-    const HMODULE library = LoadLibraryA(path.c_str());
-    if (library == nullptr) throw std::runtime_error("cannot load " + path);
+ModuleExports ModuleExports::of(void* library) {
     ModuleExports exports{};
     auto* place = reinterpret_cast<void**>(&exports);
-    for (const char* name : kNames) {
-        *place = reinterpret_cast<void*>(GetProcAddress(library, name));
-        if (*place++ == nullptr) throw std::runtime_error(std::string("the module lacks ") + name);
-    }
+    for (const char* name : kNames) *place++ = exportedBy(library, name);
     return exports;
-}
-
-ModuleExports ModuleExports::loadCopy(const std::string& path) {
-    static unsigned copies = 0;
-    const auto folder =
-        std::filesystem::temp_directory_path() / ("zab_modules_" + std::to_string(GetCurrentProcessId()));
-    std::filesystem::create_directories(folder);
-    const auto copy = folder / ("module" + std::to_string(++copies) + ".dll");
-    std::filesystem::copy_file(path, copy, std::filesystem::copy_options::overwrite_existing);
-    return load(copy.string());
 }
 
 }  // namespace zab::testbed

@@ -1,17 +1,15 @@
 // The module's fourteen exports, as an extension declares them.
 #pragma once
 
-#include <string>
+#include <cstdint>
 
 #include "binding/interfaces/supports.h"
 
 namespace zab::testbed {
 
 struct ModuleExports {
-    /// Loads the library at `path`. Throws std::runtime_error when it or one of its exports is missing.
-    static ModuleExports load(const std::string& path);
-    /// Loads a copy of the library under a name of its own, so that its state starts anew.
-    static ModuleExports loadCopy(const std::string& path);
+    /// Throws std::runtime_error when one of them is missing.
+    static ModuleExports of(void* library);
 
     nsresult (*InitCC)(nsISupports* host);
     nsresult (*Observe)(nsISupports* subject, const char* topic);

@@ -49,9 +49,8 @@ struct Operations {
         auto& browser = call.browser;
         auto* observer = call.pointer<nsIObserver>(0);
         const std::string topic = call.pointer<const char>(1);
-        if (std::erase_if(browser.observations_, [&](const auto& row) {
-                return row.observer == observer && row.topic == topic;
-            }) == 0)
+        if (std::erase_if(browser.observations_,
+                          [&](const auto& row) { return row.observer == observer && row.topic == topic; }) == 0)
             return NS_ERROR_FAILURE;
         browser.callModule(StandInCall::release, observer);
         return NS_OK;
@@ -214,7 +213,7 @@ struct Operations {
         for (std::uint32_t i = 0; i < 4; ++i) call.set<std::int32_t>(2 + i, found->second[i]);
         return NS_OK;
     }
-    static nsresult documentWindow(const Call& call, Page& page) { return call.give(1, page.domWindow); }
+    static nsresult documentWindow(const Call& call, Page& page) { return call.give(1, &page.domWindow); }
     static nsresult documentAttribute(const Call& call, Page& page) {
         const auto found = page.attributes.find(call.wide(0));
         if (found == page.attributes.end()) return NS_ERROR_NOT_AVAILABLE;
@@ -232,10 +231,16 @@ struct Operations {
     static nsresult selectedLinks(const Call& call, Event& event) {
         return call.set(1, std::u16string_view(event.selectedLinks));
     }
+    static nsresult docShell(const Call& call) {
+        const bool asked = *call.pointer<const nsIID>(0) == kDocCharsetIID;
+        if (asked) return call.give(1, &call.as<DomWindow>().docShell);
+        *call.pointer<void*>(1) = nullptr;
+        return NS_ERROR_NO_INTERFACE;
+    }
     /// Of a top-level window, or of a document's.
     static nsresult windowEventTarget(const Call& call) {
         if (auto* window = call.object<ChromeWindow>(0)) return call.give(1, &window->target);
-        if (auto* window = call.object<BaseWindow>(0)) return call.give(1, window->target);
+        if (auto* window = call.object<DomWindow>(0)) return call.give(1, &window->target);
         return NS_ERROR_FAILURE;
     }
     static nsresult addEventListener(const Call& call, EventTarget& target) {
@@ -282,6 +287,7 @@ constexpr auto ofPage = &on<Page, 0, Run>;
 template <nsresult (*Run)(const Call&, Event&)>
 constexpr auto ofEvent = &on<Event, 0, Run>;
 
+constexpr Operation kRequestorRows[] = {{3, &O::docShell}};
 constexpr Operation kServiceManagerRows[] = {{4, &O::getServiceByContract}};
 constexpr Operation kObserverServiceRows[] = {{3, &O::addObserver}, {4, &O::removeObserver}};
 constexpr Operation kCookieManagerRows[] = {{4, &O::enumerator}};
@@ -329,6 +335,7 @@ constexpr Interface published(const char* name, std::span<const Operation> rows,
 }
 
 constexpr Interface kObserverService = published<nsIObserverService>("observerService", kObserverServiceRows);
+constexpr Interface kRequestor = published<nsIInterfaceRequestor>("interfaceRequestor", kRequestorRows);
 constexpr Interface kCookieManager = published<nsICookieManager>("cookieManager", kCookieManagerRows);
 constexpr Interface kEnumerator = published<nsISimpleEnumerator>("enumerator", kEnumeratorRows);
 constexpr Interface kCookies[] = {published<nsICookie>("cookie", kCookieRows, nsICookie::kIIDs[0]),
@@ -378,6 +385,13 @@ UploadStream::UploadStream(Browser& browser, Upload told)
     : BedObject(browser, "upload stream"), upload(std::move(told)) {
     answersTo(kInputStreams[browser.options().version >= 17]);
     if (upload.seekable) answersTo(kSeekables[upload.oldestSeekable]);
+}
+
+DomWindow::DomWindow(Browser& browser)
+    : BedObject(browser, "DOM window"),
+      docShell(browser.make<BaseWindow>(windowLayoutOf(browser.options().version))),
+      target(browser.make<EventTarget>()) {
+    answersTo(kRequestor);
 }
 
 Channel::Channel(Browser& browser, Request told)

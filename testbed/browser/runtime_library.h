@@ -3,7 +3,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "binding/runtime.h"
 #include "runtime/standin.h"
@@ -13,8 +12,8 @@ namespace zab::testbed {
 /// The loaded runtime. The library stays in the process, as a browser's does.
 class RuntimeLibrary {
   public:
-    /// Loads `path` (or takes the one that is loaded under its name). Throws std::runtime_error.
-    explicit RuntimeLibrary(const std::string& path);
+    /// Throws std::runtime_error.
+    explicit RuntimeLibrary(const std::string& name);
 
     XpcomRuntime entries{};
     StandIn_SetHost_t* setHost = nullptr;
@@ -24,26 +23,6 @@ class RuntimeLibrary {
     const StandInBalance* balance = nullptr;
 
     [[nodiscard]] void* handle() const noexcept { return entries.module; }
-
-  private:
-    void* find(const char* name) const;
-};
-
-/// Takes exported names out of a loaded library's table for a while, so that a lookup by name does not find
-/// them.
-class HiddenExports {
-  public:
-    HiddenExports(void* library, const std::vector<std::string>& names);
-    ~HiddenExports();
-    HiddenExports(const HiddenExports&) = delete;
-    HiddenExports& operator=(const HiddenExports&) = delete;
-
-  private:
-    struct Patch {
-        char* place;
-        char original;
-    };
-    std::vector<Patch> patches_;
 };
 
 /// Text as a browser passes it: part of a larger buffer, without a terminator.

@@ -15,11 +15,11 @@ std::u16string decimal(std::uint64_t number) {
 }  // namespace
 
 Page::Page(Browser& browser, std::string address, std::u16string pageTitle, std::uint64_t documentId)
-    : EventTarget(browser, "page " + address), url(std::move(address)), title(std::move(pageTitle)) {
+    : EventTarget(browser, "page " + address),
+      url(std::move(address)),
+      title(std::move(pageTitle)),
+      domWindow(browser.make<DomWindow>()) {
     attributes[u"zabmzcc-ext-docid"] = decimal(documentId);
-    domWindow = &browser.make<BaseWindow>(windowLayoutOf(browser.options().version));
-    windowTarget = &browser.make<EventTarget>();
-    domWindow->target = windowTarget;
 }
 
 ChromeWindow::ChromeWindow(Browser& browser)

@@ -30,7 +30,15 @@ struct EventTarget : BedObject {
     std::vector<std::pair<std::u16string, nsISupports*>> listeners;  // in order of their registration
 };
 
-/// A document. Its window answers to the base-window layout of the browser's version.
+/// The window of a document. It is no base window: its docshell is, in the layout of the browser's version.
+struct DomWindow : BedObject {
+    explicit DomWindow(Browser& browser);
+
+    BaseWindow& docShell;
+    EventTarget& target;  // where its events arrive
+};
+
+/// A document.
 struct Page : EventTarget {
     Page(Browser& browser, std::string address, std::u16string pageTitle, std::uint64_t documentId);
 
@@ -40,8 +48,7 @@ struct Page : EventTarget {
     std::uint64_t nativeWindow = 0;
     std::map<std::u16string, std::u16string> attributes;  // the document ID among them
     std::map<std::u16string, std::array<std::int32_t, 4>> boxes;
-    BaseWindow* domWindow;
-    EventTarget* windowTarget;  // of that window
+    DomWindow& domWindow;
 };
 
 /// Body of a request as the browser holds it.

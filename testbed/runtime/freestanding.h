@@ -1,8 +1,12 @@
-// The little that code without a C library needs: memory from the process heap and two block operations.
+// The little that code without a C library needs: memory, two block operations, encodings. Natively the library
+// of the machine has it, so that a sanitizer sees every block.
 #pragma once
 
 #include <stddef.h>
 #include <stdint.h>
+
+#ifdef _WIN32
+#define ENTRY extern "C" __declspec(dllexport)
 
 extern "C" {
 __declspec(dllimport) void* GetProcessHeap();
@@ -27,3 +31,32 @@ T* allocate(size_t count) {
 inline void deallocate(void* block) {
     if (block != nullptr) HeapFree(GetProcessHeap(), 0, block);
 }
+
+template <template <class T, T...> class Of, uint32_t Count>
+using Counted = __make_integer_seq<Of, uint32_t, Count>;
+
+#else
+#define ENTRY extern "C" __attribute__((visibility("default")))
+
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+template <class T>
+T* allocate(size_t count) {
+    return static_cast<T*>(std::calloc(count, sizeof(T)));
+}
+
+inline void deallocate(void* block) { std::free(block); }
+
+template <template <class T, T...> class Of, uint32_t... Numbers>
+Of<uint32_t, Numbers...> ofEach(std::integer_sequence<uint32_t, Numbers...>);
+template <template <class T, T...> class Of, uint32_t Count>
+using Counted = decltype(ofEach<Of>(std::make_integer_sequence<uint32_t, Count>{}));
+
+// As Windows has them, with Latin-1 for the system's own code page.
+int MultiByteToWideChar(uint32_t codePage, uint32_t flags, const char* text, int bytes, char16_t* out,
+                        int units);
+int WideCharToMultiByte(uint32_t codePage, uint32_t flags, const char16_t* text, int units, char* out,
+                        int bytes, const char* unknown, int* usedUnknown);
+#endif

@@ -23,7 +23,7 @@ template <class Number, Number... Slots>
 struct Table {
     static constexpr Operation kSlots[] = {&operation<Slots>...};
 };
-using ObjectTable = __make_integer_seq<Table, uint32_t, kStandInSlots>;
+using ObjectTable = Counted<Table, kStandInSlots>;
 
 /// The module's window observer: the operation behind Observe is reached by no published interface.
 class WindowObserver : public nsIObserver {
@@ -38,17 +38,15 @@ T* pointer(uint64_t argument) {
 
 }  // namespace
 
-extern "C" __declspec(dllexport) const void* StandIn_Table() { return ObjectTable::kSlots; }
+ENTRY const void* StandIn_Table() { return ObjectTable::kSlots; }
 
-extern "C" __declspec(dllexport) uint32_t
-    StandIn_CallSlot(void* object, uint32_t slot, const uint64_t* arguments) {
+ENTRY uint32_t StandIn_CallSlot(void* object, uint32_t slot, const uint64_t* arguments) {
     const auto* table = *static_cast<Operation* const*>(object);
     return static_cast<uint32_t>(table[slot](static_cast<StandInObject*>(object), arguments[0], arguments[1],
                                              arguments[2], arguments[3], arguments[4], arguments[5]));
 }
 
-extern "C" __declspec(dllexport) uint32_t
-    StandIn_Call(StandInCall which, void* object, uint64_t a, uint64_t b, uint64_t c) {
+ENTRY uint32_t StandIn_Call(StandInCall which, void* object, uint64_t a, uint64_t b, uint64_t c) {
     switch (which) {
         case StandInCall::queryInterface:
             return static_cast<nsISupports*>(object)->QueryInterface(pointer<const nsIID>(a),

@@ -5,14 +5,12 @@
 #include "freestanding.h"
 #include "standin.h"
 
-#define ENTRY extern "C" __declspec(dllexport)
-
 namespace {
 
 constexpr uint32_t kAll = 0xFFFFFFFF;
 constexpr nsresult kInvalidArgument = 0x80070057;
-enum : uint32_t { kDepend = 2, kAdopt = 4, kSubstring = 8 };  // flags of Init2
-enum : uint32_t { kTerminated = 1, kOwned = 4 };              // flags of a container
+constexpr uint32_t kDepend = 2, kAdopt = 4, kSubstring = 8;  // flags of Init2
+constexpr uint32_t kTerminated = 1, kOwned = 4;              // flags of a container
 
 const StandInHost* g_host = nullptr;
 StandInBalance g_balance{};
@@ -60,6 +58,8 @@ void splice(Container<Char>* text, uint32_t offset, uint32_t cut, const Char* da
     if (length == kAll) length = lengthOf(data);
     if (offset > text->length) offset = text->length;
     if (cut > text->length - offset) cut = text->length - offset;
+    if (cut == 0 && length == 0)
+        return;  // nothing changes, not even that a lent text may end without a terminator
     const uint32_t tail = text->length - offset - cut;
     const uint32_t total = offset + length + tail;
     Char* buffer = allocate<Char>(size_t{total} + 1);
@@ -209,11 +209,13 @@ ENTRY nsresult NS_CStringToUTF16(const Narrow* from, uint32_t encoding, Wide* to
     return entered("NS_CStringToUTF16", [&]() -> nsresult {
         if (encoding > 2) return NS_ERROR_NOT_IMPLEMENTED;
         const uint32_t codePage = codePageOf(encoding);
+        constexpr uint32_t kWholeOrNothing = 8;  // broken UTF-8 becomes an empty text
+        const uint32_t flags = encoding == 1 ? kWholeOrNothing : 0;
         const auto bytes = static_cast<int>(from->length);
         const int units =
-            encoding == 0 ? bytes : MultiByteToWideChar(codePage, 0, from->data, bytes, nullptr, 0);
+            encoding == 0 ? bytes : MultiByteToWideChar(codePage, flags, from->data, bytes, nullptr, 0);
         char16_t* data = resize(to, static_cast<uint32_t>(units));
-        if (encoding != 0) MultiByteToWideChar(codePage, 0, from->data, bytes, data, units);
+        if (encoding != 0) MultiByteToWideChar(codePage, flags, from->data, bytes, data, units);
         for (int i = 0; encoding == 0 && i < bytes; ++i) data[i] = static_cast<unsigned char>(from->data[i]);
         return NS_OK;
     });

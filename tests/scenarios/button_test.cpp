@@ -102,7 +102,7 @@ TEST_F(Buttons, APageOfFiveEntriesHasAButtonThatFollowsItAndHandsThemOver) {
     EXPECT_EQ(button(), over);
     browser.fires(u"unload", page);
     EXPECT_TRUE(serves([&] { return !isWindow(over); }));
-    EXPECT_EQ(page.windowTarget->listeners.size() + page.listeners.size(), 0u);
+    EXPECT_EQ(page.domWindow.target.listeners.size() + page.listeners.size(), 0u);
 }
 
 TEST_F(Buttons, AreMadeOncePerPageAndOnlyWhereTheyCanBe) {
@@ -124,7 +124,7 @@ TEST_F(Buttons, AreMadeOncePerPageAndOnlyWhereTheyCanBe) {
 
     auto& elsewhere = opensPage(18);
     elsewhere.nativeWindow = 0;
-    elsewhere.domWindow->nativeWindow = window.handle();
+    elsewhere.domWindow.docShell.nativeWindow = window.handle();
     browser.selectsTab(u"19");
     offers(elsewhere, "a.mp4");
     EXPECT_EQ(window.buttons(true).size(), 1u) << "the document's own window names it";

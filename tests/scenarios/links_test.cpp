@@ -1,11 +1,7 @@
 // What the user reaches by hand: the menu's commands, and the content policy with its keys.
-#include <gtest/gtest.h>
-
-#include "browser/browser.h"
-#include "browser/desktop.h"
-#include "browser/hands.h"
 #include "scenarios/import_hook.h"
-#include "transfer/manager_process_win32.h"
+#include "scenarios/scenario.h"
+#include "transfer/failure_report.h"
 
 namespace zab::testbed {
 namespace {
@@ -21,9 +17,6 @@ constexpr const char* kPage = "http://site.example/dir/page.html";
 class Links : public ::testing::Test {
   protected:
     Links() {
-        static const bool registered = manager.isRegistered(true);
-        EXPECT_TRUE(registered);
-        manager.set("ExePath", SettingsTree::kProgram);
         settings.set("Extensions", "zip rar");
         settings.set("SpecialKeys\\UseKeyToForce", 1u).set("SpecialKeys\\CtrlF", 1u);
         browser.startsUp();
@@ -77,7 +70,7 @@ class Links : public ::testing::Test {
     }
 
     SettingsTree settings;
-    ::zab::testing::ManagerProcess manager;
+    Manager manager;
     Browser browser;
 };
 
@@ -128,7 +121,7 @@ TEST_F(Links, ABatchArrivesInPageOrder) {
 
 TEST_F(Links, APageWithoutLinksIsToldOnce) {
     EXPECT_EQ(downloadsAll(u"<a href='#top'>top</a><p>text"), kFailure);
-    const auto box = answerMessageBox(IDOK);
+    const auto box = answerMessageBox(kOk);
     ASSERT_TRUE(box);
     EXPECT_TRUE(box->text.starts_with(u"Cannot find the links!")) << "the message and nothing else";
 }
@@ -136,7 +129,7 @@ TEST_F(Links, APageWithoutLinksIsToldOnce) {
 TEST_F(Links, APageWithoutMediaIsToldOnce) {
     for (const bool ten : {false, true}) {
         EXPECT_EQ(downloadsMedia(u"17", ten), kFailure);
-        const auto box = answerMessageBox(IDOK);
+        const auto box = answerMessageBox(kOk);
         ASSERT_TRUE(box);
         EXPECT_EQ(box->title, u"Saving FLV video");
         EXPECT_TRUE(box->text.starts_with(u"Cannot find FLV video links on this web page."));
@@ -166,7 +159,7 @@ TEST_F(Links, TheNewestMediaOfAPageAreHandedOver) {
 }
 
 TEST_F(Links, AForcedNavigationIsHandedOverOnce) {
-    const HeldKeys keys({VK_CONTROL});
+    const HeldKeys keys({kControl});
     EXPECT_EQ(asksPolicy(kImage, "http://site.example/i.png"), kAccept);
     EXPECT_EQ(asksPolicy(kDocument, "http://site.example/view?id=1"), kReject);
     EXPECT_EQ(manager.received(0)["flags"], 0x804);
@@ -185,6 +178,7 @@ TEST_F(Links, AForcedNavigationIsHandedOverOnce) {
     EXPECT_EQ(manager.received(3)["url"], "http://site.example/last") << "and nothing came in between";
 }
 
+#ifdef _WIN32  // the process of a download manager, and COM between
 TEST_F(Links, AForcedNavigationThatFailsIsTriedOnceAndToldOnce) {
     const struct {
         bool registered;
@@ -198,7 +192,7 @@ TEST_F(Links, AForcedNavigationThatFailsIsTriedOnceAndToldOnce) {
     };
     static constexpr HookedImport kConnects[] = {{"CoCreateInstance", kCannotFail}};
     const ImportHook hook(browser, kConnects);
-    const HeldKeys keys({VK_CONTROL});
+    const HeldKeys keys({kControl});
     for (const auto& row : rows) {
         ASSERT_TRUE(manager.isRegistered(false));  // none is running
         ASSERT_TRUE(manager.isRegistered(row.registered));
@@ -208,12 +202,13 @@ TEST_F(Links, AForcedNavigationThatFailsIsTriedOnceAndToldOnce) {
         EXPECT_FALSE(forces("http://site.example/view").cancelled()) << row.why;
         EXPECT_EQ(browser.faults().countOf("CoCreateInstance"), 1u) << row.why;
         const bool told = row.answer != static_cast<DWORD>(RPC_E_CANTCALLOUT_ININPUTSYNCCALL);
-        EXPECT_EQ(answerMessageBox(IDOK, std::chrono::milliseconds(told ? 10'000 : 300)).has_value(), told)
+        EXPECT_EQ(answerMessageBox(kOk, std::chrono::milliseconds(told ? 10'000 : 300)).has_value(), told)
             << row.why;
         EXPECT_FALSE(messageBoxIsOpen()) << row.why;
     }
     ASSERT_TRUE(manager.isRegistered(true));
 }
+#endif
 
 TEST_F(Links, AResponseIsHandedOverOnceInAllItsForms) {
     goesOn("http://site.example/first");
@@ -244,8 +239,7 @@ TEST_F(Links, ThePolicyTellsTheDebuggerWhoseRequestItIs) {
 }
 
 TEST_F(Links, ACommandThatCannotCallNowIsRepeated) {
-    static constexpr HookedImport kConnects[] = {
-        {"CoCreateInstance", static_cast<std::uint32_t>(RPC_E_CANTCALLOUT_ININPUTSYNCCALL)}};
+    static constexpr HookedImport kConnects[] = {{"CoCreateInstance", transfer_failure::kNoCallsNow}};
     const ImportHook hook(browser, kConnects);
     browser.faults().failNth(1, "CoCreateInstance");
     EXPECT_EQ(downloadsAll(u"<a href=1><a href=2>"), NS_OK) << "it goes on";
@@ -256,19 +250,19 @@ TEST_F(Links, ACommandThatCannotCallNowIsRepeated) {
 
     browser.faults().failAll("CoCreateInstance");
     EXPECT_EQ(downloadsAll(u"<a href=1>"), NS_OK);
-    EXPECT_TRUE(meanwhile([] { return answerMessageBox(IDOK); })) << "there is no end of it";
+    EXPECT_TRUE(meanwhile([] { return answerMessageBox(kOk); })) << "there is no end of it";
     EXPECT_EQ(browser.faults().countOf("CoCreateInstance"), 4u);
 }
 
 TEST_F(Links, ABatchEndsWithItsConnectionAndIsToldOnce) {
-    manager.set("TestbedDie", DWORD{3});
+    manager.set("TestbedDie", std::uint32_t{3});
     std::u16string markup;
     for (const char16_t c : std::u16string_view(u"123456")) markup += std::u16string(u"<a href=") + c + u">";
     EXPECT_EQ(downloadsAll(markup), NS_OK) << "two links arrived";
-    const auto box = answerMessageBox(IDOK);
+    const auto box = answerMessageBox(kOk);
     EXPECT_TRUE(box);
     EXPECT_FALSE(messageBoxIsOpen()) << "told once";
-    manager.set("TestbedDie", DWORD{0});
+    manager.set("TestbedDie", std::uint32_t{0});
     const auto url = wide(u"http://site.example/later"), nothing = wide(u"");
     browser.intoModule([&] { return browser.module().DownloadLinkWithZAB(url, nothing, nothing, nothing); });
     EXPECT_EQ(manager.received(2)["url"], "http://site.example/dir/3") << "during which it died";

@@ -3,14 +3,13 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "browser/browser.h"
+#include "browser/told.h"
 #include "scenarios/import_hook.h"
-#include "transfer/extra_data.h"
 #include "zabprobe/exchange_reader.h"
 
 namespace zab::testbed {
@@ -21,21 +20,6 @@ std::vector<zabprobe::Exchange> recordedExchanges(std::string_view capturePrefix
 /// Request and answer of an exchange, as far as the module lets it come. The body of a POST has the recorded
 /// length.
 Channel& play(Browser& browser, const zabprobe::Exchange& exchange, Page* page = nullptr);
-
-/// The name of an element of the extra data in Told.
-inline std::string nameOf(ExtraElement element) { return "extra " + std::to_string(static_cast<int>(element)); }
-
-/// What the link transmitter is told of one download; absent texts are absent here too. Narrow, in the ANSI
-/// code page.
-struct Told {
-    std::map<std::string, std::string> texts;  // by the parameter's name, or nameOf()
-    std::uint32_t flags = 0;
-
-    [[nodiscard]] std::string text(const std::string& name) const {
-        const auto found = texts.find(name);
-        return found == texts.end() ? std::string{} : found->second;
-    }
-};
 
 /// The download manager as the module's imports show it: CoCreateInstance gives it, message boxes answer No
 /// without being shown. Everything that the module asks of the system is a step of the browser's faults.

@@ -5,7 +5,12 @@
 
 #include "browser/browser.h"
 #include "browser/desktop.h"
+#ifdef _WIN32
+#include "browser/hands.h"
 #include "transfer/manager_process_win32.h"
+#else
+#include "desk/manager_process.h"
+#endif
 
 namespace zab::testbed {
 

@@ -1,7 +1,6 @@
 // The browser's windows come and go, and its events arrive: listeners, popups, drags and tabs.
 #include <gtest/gtest.h>
 
-#include "binding/wide_win32.h"
 #include "browser/browser.h"
 #include "browser/desktop.h"
 
@@ -102,8 +101,6 @@ TEST(WindowsAtFirst, AWindowThatCouldNotBeListenedToLeavesNoListenerBehind) {
 }
 
 TEST_F(Windows, AskForTheSelectedLinksAfterADragOnly) {
-    POINT at{};
-    GetCursorPos(&at);
     const struct {
         const char* why;
         std::vector<std::u16string> events;
@@ -121,9 +118,9 @@ TEST_F(Windows, AskForTheSelectedLinksAfterADragOnly) {
     };
     auto& page = browser.opensPage("http://site.example/");
     for (const auto& row : rows) {
+        putCursor(100, 100);
         browser.mouse(row.events.front(), &page);
-        at.x += row.moves;
-        SetCursorPos(at.x, at.y);
+        putCursor(100 + row.moves, 100);
         if (*row.failing != '\0') {
             browser.faults().failAll(row.failing);
         } else {

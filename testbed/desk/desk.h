@@ -1,0 +1,88 @@
+// The desk that stands in for Windows when the whole module runs natively: settings as values, a download
+// manager that keeps what it is told, windows as numbers.
+//
+// One desk in a process, shared by the bed (which lays things out and reads them back) and by the module's edge
+// (edge_*.cpp, in place of the files that call Windows). One thread.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "binding/runtime.h"
+#include "browser/desktop.h"
+#include "browser/told.h"
+#include "page/platform.h"
+#include "ui/button_library.h"
+
+namespace zab::testbed {
+
+/// A window of the desk.
+struct DeskWindow {
+    WindowHandle parent = 0;
+    PixelRect rect{};
+    // Of a button.
+    std::u16string caption{};
+    WindowHandle controller = 0;
+    std::uint64_t documentId = 0;
+    std::u16string pageUrl{};
+    std::vector<std::u16string> labels{}, links{};
+    bool visible = false;
+    bool closes = false;  // was asked to
+};
+
+struct Desk {
+    // What lies there before the module looks.
+
+    /// The browser's; an entry that it lacks is null.
+    XpcomRuntime runtime{};
+    std::int32_t browserVersion = 0;
+    /// Below the download manager's key: "Extensions", "SpecialKeys\\CtrlF". Empty: the key itself is missing.
+    std::map<std::string, std::variant<std::uint32_t, std::string>> settings;
+    /// Plain contents of the data file.
+    std::string dataFile;
+    /// By virtual-key code; above 127: down.
+    std::array<std::uint8_t, 256> keyboard{};
+    ScreenPoint cursor{};
+    bool debuggerWatches = true;
+    bool listsLocked = false;  // somebody else holds the lock over the lists and keeps it
+    bool managerRegistered = true;
+    bool hasButtonLibrary = true;
+    bool noCallsNow = false;  // a connection that fails is one that may be had later
+
+    // What the module did.
+
+    std::vector<Told> told;
+    std::vector<ShownBox> boxes;  // message boxes that nobody has answered yet
+    std::map<WindowHandle, DeskWindow> windows;
+    std::function<void(std::string_view)> debuggerText = [](std::string_view) {};
+    std::int32_t lockHeld = 0;
+    std::deque<std::function<void()>> posted;  // to the message loop of the browser's thread
+
+    /// One call of what Windows would do: whether it fails. Named for what is asked ("setting Extensions").
+    std::function<bool(const std::string& step)> fails = [](const std::string&) { return false; };
+
+    WindowHandle opensWindow(DeskWindow window) {
+        windows.emplace(++lastWindow, std::move(window));
+        return lastWindow;
+    }
+    WindowHandle lastWindow = 0x1000;
+
+    /// The browser's thread serves its messages until there are none.
+    void servesMessages() {
+        for (; !posted.empty(); posted.pop_front()) posted.front()();
+    }
+};
+
+/// Named alike on both sides; the module is handed the bed's.
+Desk& desk() noexcept;
+
+/// Exported by the module as it is built for the desk: sits down at it and binds the runtime.
+using ZabDesk_Sit_t = void(Desk* desk);
+
+}  // namespace zab::testbed

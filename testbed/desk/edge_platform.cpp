@@ -1,0 +1,314 @@
+// The module's edge at the desk: runtime, settings, keys, windows. Each function stands for the one of the same
+// name that calls Windows.
+#include <algorithm>
+#include <optional>
+
+#include "binding/browser_text_win32.h"
+#include "binding/browser_version.h"
+#include "binding/guard.h"
+#include "binding/never_destroyed.h"
+#include "binding/utf.h"
+#include "desk/desk.h"
+#include "entry/modifier_keys.h"
+#include "intercept/content_sniffing.h"
+#include "media/capture/companion_libraries.h"
+#include "media/capture/media_capture.h"
+#include "settings/data_file.h"
+#include "settings/settings_store.h"
+#include "settings/shared_list_lock.h"
+#include "ui/button_windows.h"
+#include "ui/panel_controller.h"
+#include "ui/panel_gate.h"
+#include "ui/panel_settings.h"
+
+namespace zab {
+namespace testbed {
+namespace {
+
+Desk* g_desk = nullptr;
+
+std::optional<std::string> textAt(const std::string& path) {
+    if (desk().fails("setting " + path)) return std::nullopt;
+    const auto found = desk().settings.find(path);
+    const auto* text = found == desk().settings.end() ? nullptr : std::get_if<std::string>(&found->second);
+    return text != nullptr ? std::optional(*text) : std::nullopt;
+}
+
+std::optional<std::uint32_t> numberAt(const std::string& path) {
+    if (desk().fails("setting " + path)) return std::nullopt;
+    const auto found = desk().settings.find(path);
+    const auto* number = found == desk().settings.end() ? nullptr : std::get_if<std::uint32_t>(&found->second);
+    return number != nullptr ? std::optional(*number) : std::nullopt;
+}
+
+bool hasKey(const std::string& path) {
+    return std::ranges::any_of(desk().settings,
+                               [&](const auto& row) { return row.first.starts_with(path + "\\"); });
+}
+
+constexpr const char* kBrowser = "ZABBI\\zab_scenarios";
+constexpr const char* kPanel = "ZABBI\\Firefox\\DwnlPanel";
+
+}  // namespace
+
+Desk& desk() noexcept { return *g_desk; }
+
+/// Of this library alone: it is never unloaded, and what it remembers starts anew with each browser.
+extern "C" __attribute__((visibility("hidden"))) int __cxa_atexit(void (*)(void*), void*, void*) noexcept {
+    return 0;
+}
+
+extern "C" __attribute__((visibility("default"))) void ZabDesk_Sit(Desk* desk) {
+    g_desk = desk;
+    runtimeRecord() = desk->runtime;
+    setBrowserMajorVersion(desk->browserVersion);
+}
+
+}  // namespace testbed
+
+using testbed::desk;
+using testbed::numberAt;
+using testbed::textAt;
+
+// Text. The desk's own code page is Latin-1.
+
+std::string ansiFromUtf16(std::u16string_view text) {
+    std::string narrow;
+    for (const char16_t unit : text) narrow += unit < 0x100 ? static_cast<char>(unit) : '?';
+    return narrow;
+}
+
+std::u16string utf16FromAnsi(std::string_view text) {
+    std::u16string wide;
+    for (const char c : text) wide += static_cast<unsigned char>(c);
+    return wide;
+}
+
+std::optional<std::string> narrowPreferringAnsi(std::u16string_view text) {
+    if (text.empty() || desk().fails("narrow text")) return std::nullopt;
+    auto ansi = ansiFromUtf16(text);
+    return utf16FromAnsi(ansi) == text ? ansi : utf8FromUtf16(text);
+}
+
+// Settings.
+
+bool EnsureRootKey() noexcept { return !desk().settings.empty() && !desk().fails("settings root"); }
+
+Registration RegisterBrowser() noexcept {
+    static bool known = false;
+    if (known) return Registration::known;
+    createSharedListMutex();
+    if (!EnsureRootKey()) return Registration::failed;
+    ReloadDataFile(dataFile());
+    if (desk().fails("browser record")) return Registration::failed;
+    known = true;
+    const bool created = desk().settings.emplace(std::string(testbed::kBrowser) + "\\int", 1u).second;
+    return created ? Registration::created : Registration::known;
+}
+
+std::uint32_t IsBrowserIntegrationEnabled() noexcept {
+    return numberAt(std::string(testbed::kBrowser) + "\\int").value_or(1) != 0 ? 1 : 0;
+}
+
+std::uint32_t GetPanelViewFlag() noexcept {
+    return numberAt(std::string(testbed::kPanel) + "\\PanelView") == 2u ? 0 : 1;
+}
+
+std::optional<std::string> extensionList() { return textAt("Extensions"); }
+std::optional<std::string> exePathNarrow() { return textAt("ExePath"); }
+std::optional<std::u16string> exePath() {
+    const auto path = textAt("ExePath");
+    return path ? std::optional(utf16FromUtf8(*path)) : std::nullopt;
+}
+CExceptionServersList readExceptionServers(const TextValue& value) {
+    return CExceptionServersList(textAt(value.name).value_or(std::string{}));
+}
+
+const MessageTexts& messageTexts() {
+    static NeverDestroyed<MessageTexts> texts;
+    return texts.get();
+}
+
+std::uint32_t ReloadDataFile(Published<ZabFcRecord>& record) {
+    record.publish(parseDataFile(desk().fails("data file") ? std::string{} : desk().dataFile));
+    return 0;
+}
+
+bool stayLoaded() noexcept { return true; }
+bool endConfigTimeWatcher() noexcept { return true; }
+void closeSharedState() noexcept {}
+
+// The lock over the lists: a wait for it at the desk is over at once.
+
+SharedListLock::SharedListLock(OnTimeout onTimeout) noexcept : onTimeout_(onTimeout) {
+    held_ = !desk().listsLocked && !desk().fails("lists lock");
+    desk().lockHeld += held_;
+}
+SharedListLock::~SharedListLock() { desk().lockHeld -= held_; }
+void createSharedListMutex() noexcept {}
+void closeSharedListMutex() noexcept {}
+
+// Keys.
+
+namespace {
+
+Keys g_keysAtPress = 0;
+
+Keys keysDown() {
+    constexpr struct {
+        std::uint8_t code;
+        Keys key;
+    } kCodes[] = {{0x11, kCtrlKey}, {0x12, kAltKey}, {0x10, kShiftKey}, {0x2D, kInsertKey}, {0x2E, kDeleteKey}};
+    Keys held = 0;
+    for (const auto& row : kCodes)
+        if (desk().keyboard[row.code] > 127) held |= row.key;
+    return held;
+}
+
+bool isSet(const char* name) { return numberAt(std::string("SpecialKeys\\") + name).value_or(0) != 0; }
+
+template <std::size_t N>
+Keys configured(const KeySetting (&settings)[N]) {
+    Keys keys = 0;
+    for (const auto& setting : settings)
+        if (isSet(setting.name)) keys |= setting.key;
+    return keys;
+}
+
+}  // namespace
+
+bool IsPreventKeyDown() noexcept {
+    return isSet(kUseKeyToPrevent) && combinationHeld(configured(kPreventKeys), keysDown());
+}
+bool IsForceKeyDown() noexcept {
+    if (!isSet(kUseKeyToForce)) return false;
+    const Keys keys = configured(kForceKeys);
+    return forceKeysHeld(keys, keysDown(), desk().keyboard) &&
+           forceKeysHeldAtPress(keys, isSet(kCheckMouse), g_keysAtPress);
+}
+void recordMousePressKeys() noexcept { g_keysAtPress = keysDown(); }
+
+// What all pages ask.
+
+void writeDebuggerText(const std::string& text) noexcept { desk().debuggerText(text); }
+void writeDebuggerText(const std::u16string& text) noexcept { desk().debuggerText(utf8FromUtf16(text)); }
+bool debuggerWatches() noexcept { return desk().debuggerWatches; }
+std::optional<ScreenPoint> cursorPosition() noexcept {
+    return desk().fails("cursor") ? std::nullopt : std::optional(desk().cursor);
+}
+bool runSoon(std::function<void()> work) {
+    if (desk().fails("runSoon")) return false;
+    desk().posted.push_back([work = std::move(work)] { guarded([&] { work(); }); });
+    return true;
+}
+void announceIntegration() noexcept {}
+bool SniffContentType(const std::uint8_t*, std::uint32_t, MyStrClass&) noexcept { return false; }
+
+// Windows.
+
+void closeWindow(WindowHandle window) noexcept { desk().windows.erase(window); }
+bool isOpen(WindowHandle window) noexcept { return desk().windows.contains(window); }
+void postClose(WindowHandle window) noexcept {
+    if (const auto found = desk().windows.find(window); found != desk().windows.end())
+        found->second.closes = true;
+}
+void postMove(WindowHandle button, const PixelRect& rect) noexcept {
+    if (const auto found = desk().windows.find(button); found != desk().windows.end())
+        found->second.rect = rect;
+}
+std::optional<WindowFacts> windowFactsOf(WindowHandle browserWindow) noexcept {
+    const auto found = desk().windows.find(browserWindow);
+    if (found == desk().windows.end() || desk().fails("window facts")) return std::nullopt;
+    WindowFacts facts;
+    facts.client = found->second.rect;
+    facts.cursor = PixelPoint{desk().cursor.x, desk().cursor.y};
+    return facts;
+}
+
+WindowHandle processController() noexcept {
+    static WindowHandle controller = 0;
+    if (controller == 0 && !desk().fails("process controller")) controller = desk().opensWindow({});
+    return controller;
+}
+WindowHandle pageController(WindowHandle browserWindow) noexcept {
+    if (!desk().windows.contains(browserWindow) || desk().fails("page controller")) return 0;
+    for (const auto& [handle, window] : desk().windows)
+        if (window.parent == browserWindow && window.controller == handle) return handle;
+    const auto made = desk().opensWindow({.parent = browserWindow});
+    desk().windows[made].controller = made;
+    return made;
+}
+bool endControllers() noexcept { return true; }
+bool sendEntry(WindowHandle, std::unique_ptr<MediaEntry> entry) noexcept {
+    return guarded(false, [&] { return fileEntry(std::move(entry)); });
+}
+
+EntryFate entryFate(std::string_view pageUrl, std::string_view extension, std::uint64_t size) {
+    PanelValues values;
+    values.keyOpen = testbed::hasKey(testbed::kPanel);
+    const std::string key = std::string(testbed::kPanel) + "\\";
+    values.everyType = numberAt(key + "!ALL!") == 1u;
+    if (const auto name = panelValueName(extension); values.keyOpen && name && !values.everyType) {
+        values.type = numberAt(key + *name);
+        values.minimumSize = numberAt("DwnlPanel\\minsize\\" + std::string(extension)).value_or(0);
+        values.captureWithoutPanel = numberAt(key + "DonlCaptWP").value_or(0);
+        values.exceptedPages = readExceptionServers(kPanelExceptionServers);
+    }
+    return fateOf(panelGate(pageUrl, extension, values), size);
+}
+
+CDwnlSelectedPanelSettings CDwnlSelectedPanelSettings::load() {
+    CDwnlSelectedPanelSettings settings;
+    settings.mode = numberAt("DwnlSelPanel\\PanelMode").value_or(kAnyLink);
+    return settings;
+}
+
+// Companion libraries: no readers of bodies lie at the desk; the button library draws nothing.
+
+namespace {
+
+class NoReaders final : public CompanionLibraries {
+  public:
+    std::optional<DashStreams> dashStreams(std::string_view, std::string_view) override { return std::nullopt; }
+    SniffedContent sniff(std::string_view) override { return {}; }
+};
+
+class DeskButtons final : public IZABButtonManager {
+  public:
+    void DeleteThis(std::uint32_t) override {}
+    std::uint64_t CreateButton(std::uint64_t parent, const std::int32_t* rect, const char16_t* caption,
+                               std::uint64_t controller) override {
+        if (desk().fails("CreateButton")) return 0;
+        return desk().opensWindow({.parent = parent,
+                                   .rect = {rect[0], rect[1], rect[2], rect[3]},
+                                   .caption = caption,
+                                   .controller = controller});
+    }
+    void SetEntries(std::uint64_t button, std::uint64_t documentId, const char16_t* pageUrl,
+                    std::uint32_t count, const char16_t* const* labels, const char16_t* const* links) override {
+        auto& window = desk().windows[button];
+        window.documentId = documentId;
+        window.pageUrl = pageUrl;
+        window.labels.assign(labels, labels + count);
+        window.links.assign(links, links + count);
+    }
+    void ShowButton(std::uint64_t button, std::uint32_t visible) override {
+        desk().windows[button].visible = visible != 0;
+    }
+};
+
+}  // namespace
+
+void destroyButtonManager() noexcept {}
+
+CompanionLibraries& companionLibraries() noexcept {
+    static NoReaders none;
+    return none;
+}
+
+IZABButtonManager* buttonManager() noexcept {
+    static DeskButtons buttons;
+    return desk().hasButtonLibrary && !desk().fails("button library") ? &buttons : nullptr;
+}
+
+}  // namespace zab

@@ -1,0 +1,45 @@
+// What the desk alone shows: days in a browser in any order, and windows as the module finds them.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "browser/base_window.h"
+#include "browser/browser.h"
+#include "browser/desktop.h"
+#include "desk/desk.h"
+#include "scenarios/any_order.h"
+
+namespace zab::testbed {
+namespace {
+
+TEST(AnyOrder, LeavesNothingBehind) {
+    for (std::uint32_t seed = 1; seed <= 60; ++seed) {
+        std::mt19937 random(seed);
+        std::vector<std::uint8_t> day(4000);
+        for (auto& byte : day) byte = static_cast<std::uint8_t>(random());
+        ASSERT_EQ(faultsOfAnyOrder(day), "") << "seed " << seed;
+    }
+}
+
+TEST(PageWindow, IsThatOfTheDocShellWhereTheExtensionNamesNone) {
+    for (const int version : {3, 12, 17, 30, 52}) {
+        SettingsTree settings;
+        desk().windows.clear();
+        Browser browser({.version = version});
+        browser.startsUp();
+        auto& page = browser.opensPage("http://h.example/", u"Page", 17);
+        page.domWindow.docShell.nativeWindow = desk().opensWindow({.rect = {0, 0, 800, 600}});
+        browser.selectsTab(u"17");
+        auto& film = browser.requests({.url = "http://h.example/a.flv", .loadFlags = kEmbedded, .page = &page});
+        browser.answers(film, 200, {{"Content-Type", "video/x-flv"}, {"Content-Length", "5000"}});
+        std::size_t buttons = 0;
+        for (const auto& [handle, window] : desk().windows) buttons += window.documentId == 17;
+        EXPECT_EQ(buttons, 1u) << version;
+        browser.unloads(u"17");
+        EXPECT_EQ(browser.unbalanced(), "") << version;
+        EXPECT_EQ(browser.violations(), std::vector<std::string>{}) << version;
+    }
+}
+
+}  // namespace
+}  // namespace zab::testbed
