@@ -1,5 +1,7 @@
 #include "page/page_streams.h"
 
+#include <utility>
+
 #include "binding/text.h"
 #include "web/url.h"
 
@@ -16,12 +18,10 @@ constexpr std::uint64_t mixed(std::uint64_t hash, char c) noexcept {
 }  // namespace
 
 void RecentKeys::add(std::uint64_t key) {
-    if (keys_.contains(key)) return;
-    order_.push_back(key);
-    keys_.insert(key);
-    if (keys_.size() <= most_) return;
-    keys_.erase(order_.front());
-    order_.pop_front();
+    if (!keys_.insert(key).second) return;
+    if (order_.size() < most_) return order_.push_back(key);
+    keys_.erase(std::exchange(order_[oldest_], key));
+    oldest_ = (oldest_ + 1) % most_;
 }
 
 std::uint64_t PageStreams::keyOf(std::string_view text) noexcept {

@@ -8,13 +8,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <string_view>
 #include <unordered_set>
+#include <vector>
 
 namespace zab {
 
-/// At most `most` keys; the oldest go first.
+/// At most `most` keys; the oldest go first. Takes no memory while it is empty.
 class RecentKeys {
   public:
     explicit RecentKeys(std::size_t most) noexcept : most_(most) {}
@@ -27,7 +27,8 @@ class RecentKeys {
   private:
     std::size_t most_;
     std::unordered_set<std::uint64_t> keys_;
-    std::deque<std::uint64_t> order_;
+    std::vector<std::uint64_t> order_;  // a ring, once it is full
+    std::size_t oldest_ = 0;            // in the full ring
 };
 
 class PageStreams {
