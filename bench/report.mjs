@@ -72,6 +72,7 @@ const targets = {
   'capture/playlist in chunks': { timesOf: 'capture/playlist at once', most: 3 },
   'capture/watch page in chunks': { timesOf: 'capture/watch page at once', most: 3 },
   'capture/page of videos in chunks': { timesOf: 'capture/page of videos at once', most: 3 },
+  'streams/segments on a page of five streams': { timesOf: 'streams/segments on a page without streams', most: 1.2 },
 };
 
 // Twice the input takes about twice the time; an input of a few kilobytes disappears in the noise.
