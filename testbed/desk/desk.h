@@ -49,6 +49,7 @@ struct Desk {
     /// By virtual-key code; above 127: down.
     std::array<std::uint8_t, 256> keyboard{};
     ScreenPoint cursor{};
+    WindowHandle activeWindow = 0;
     bool debuggerWatches = true;
     bool listsLocked = false;  // somebody else holds the lock over the lists and keeps it
     bool managerRegistered = true;

@@ -207,6 +207,7 @@ bool SniffContentType(const std::uint8_t*, std::uint32_t, MyStrClass&) noexcept 
 // Windows.
 
 void closeWindow(WindowHandle window) noexcept { desk().windows.erase(window); }
+WindowHandle activeWindow() noexcept { return desk().activeWindow; }
 bool isOpen(WindowHandle window) noexcept { return desk().windows.contains(window); }
 void postClose(WindowHandle window) noexcept {
     if (const auto found = desk().windows.find(window); found != desk().windows.end())
