@@ -66,7 +66,8 @@ std::int32_t answerNavigation(const PolicyQuestion& question) {
 
 std::int32_t answerPolicy(const PolicyQuestion& question) {
     markSeen(BrowserHook::contentPolicy);
-    writeDebuggerText("********** docID=" + std::to_string(question.document) + "\r\n");
+    // Asked for every load of every page: the line is composed only for who reads it.
+    if (debuggerWatches()) writeDebuggerText("********** docID=" + std::to_string(question.document) + "\r\n");
     if (isObjectRequest(question.type)) recordObjectRequest(question);
     return question.type == policy_types::kDocument ? answerNavigation(question) : kPolicyAccept;
 }
