@@ -47,7 +47,8 @@ std::optional<std::string> layersValue(const std::string& programPath);
 /// One of kExceptionServers and kPanelExceptionServers, as it stands now.
 CExceptionServersList readExceptionServers(const TextValue& value);
 
-/// For module unload, when no other thread is inside: closes the mutex and the kept keys.
+/// For the end of the browser or the module, when no other thread is inside: closes the mutex and the kept
+/// keys.
 void closeSharedState() noexcept;
 
 }  // namespace zab

@@ -29,7 +29,7 @@ class SharedListLock {
     bool held_ = false;
 };
 
-/// Made with the first browser notification; closed when the module is unloaded.
+/// Made with the first browser notification; closed when the browser shuts down.
 void createSharedListMutex() noexcept;
 void closeSharedListMutex() noexcept;
 
