@@ -11,6 +11,7 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -143,6 +144,38 @@ TEST(Zabprobe, ShowsTheMenusOfACapturesPages) {
     EXPECT_EQ(pages[1]["menu"][0]["link"], "http://b/b.mp4");
     const std::string table = run("har --page --explain", har).output;
     EXPECT_NE(table.find("    http://a/m/1.ts"), std::string::npos) << table;
+}
+
+TEST(Zabprobe, ListsEachRecordedFilmAsItsViewersWould) {
+    const struct {
+        const char* capture;
+        std::vector<std::string> menu;
+    } rows[] = {
+        {"hls-ts",
+         {"video ts 1080p bitrate  4882, 1 min 30 sec", "video ts 720p bitrate  2441, 1 min 30 sec",
+          "video ts 360p bitrate  878"}},
+        {"hls-fmp4",
+         {"video mp4 720p bitrate  2734, 1 min 20 sec", "video mp4 480p bitrate  1171, 1 min 20 sec",
+          "audio mp4 Deutsch de, 1 min 20 sec"}},
+        {"hls-live", {"video ts 540p bitrate  1757", "video ts 360p bitrate  781"}},
+        {"hls-packed", {"video ts 720p bitrate  2929, 2 min 0 sec", "video ts 480p bitrate  1464"}},
+        {"hls-iframe", {"video ts 1080p bitrate  2929", "video ts 480p bitrate  976, 1 min 0 sec"}},
+        {"hls-app",
+         {"video mp4 720p bitrate  2148, 1 min 0 sec", "video mp4 720p bitrate  2148, 1 min 30 sec",
+          "video ts 480p bitrate  1074", "video ts 480p bitrate  1074"}},
+        {"dash", {}},  // needs the download manager's library
+        {"radio", {"audio mp3 one.mp3", "audio aac two.aac"}},
+    };
+    for (const auto& row : rows) {
+        const auto capture = std::string(ZAB_RECORDED "/streams-") + row.capture + ".har";
+        const auto pages = nlohmann::json::parse(run("har --page '" + capture + "'", "").output);
+        ASSERT_EQ(pages.size(), 1u) << row.capture;
+        std::vector<std::string> menu;
+        for (const auto& choice : pages[0]["menu"])
+            menu.push_back(choice["kind"].get<std::string>() + " " + choice["extension"].get<std::string>() +
+                           " " + choice["label"].get<std::string>());
+        EXPECT_EQ(menu, row.menu) << row.capture;
+    }
 }
 
 }  // namespace
