@@ -108,12 +108,21 @@ class Program {
         print(line);
     }
 
+    void keeps(const json& cookies) {
+        for (const json& cookie : cookies)
+            browser_.cookies.push_back(
+                {.name = cookie.at("name"), .value = cookie.at("value"), .host = cookie.at("host")});
+    }
+
     /// Makes an exchange, or does what the user does instead.
     void performs(const json& step) {
-        const auto choice = step.find("chooses");
-        if (choice == step.end()) return makes(step);
-        chooses(step.at("page").at("id"), *choice);
-        print({{"name", step.value("name", "")}, {"url", *choice}, {"method", "MENU"}, {"cancelled", "menu"}});
+        const bool isChoice = step.contains("chooses");
+        if (!isChoice && !step.contains("downloadsAll")) return makes(step);
+        isChoice ? chooses(step.at("page").at("id"), step.at("chooses")) : downloadsAll(step);
+        print({{"name", step.value("name", "")},
+               {"url", step.at(isChoice ? "chooses" : "url")},
+               {"method", isChoice ? "MENU" : "ALL"},
+               {"cancelled", "menu"}});
     }
 
     /// Every page goes away; what the module holds then, it has forgotten to give back.
@@ -164,6 +173,16 @@ class Program {
             TranslateMessage(&message);
             DispatchMessageA(&message);
         }
+    }
+
+    /// The extension hands the page over with the cookies that it knows for it.
+    void downloadsAll(const json& step) {
+        const auto passed = [this](const json& text) {
+            return PassedText(browser_.runtime(), zab::utf16FromUtf8(text.get<std::string>()));
+        };
+        const PassedText markup = passed(step.at("downloadsAll")), url = passed(step.at("page").at("url")),
+                         cookies = passed(step.at("cookies"));
+        browser_.intoModule([&] { return browser_.module().DownloadAllWithZAB(markup, url, cookies); });
     }
 
     void makes(const json& exchange) {
@@ -305,10 +324,10 @@ class Program {
     std::map<std::uint64_t, Page*> pages_;
 };
 
-json exchangesIn(const std::string& path) {
+json listIn(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     json list = json::parse(file);
-    return list.is_object() ? list.at("exchanges") : list;
+    return list.is_object() ? list : json{{"exchanges", list}};
 }
 
 }  // namespace
@@ -324,11 +343,12 @@ int main(int argc, char** argv) {
     CLI11_PARSE(app, argc, argv);
     endWhenAnExchangeHangs();
     try {
-        const json exchanges = exchangesIn(list);
+        const json steps = listIn(list);
         options.version = generationOf(programVersion());
         Program program(options);
         program.introduces();
-        for (const auto& step : exchanges) program.performs(step);
+        program.keeps(steps.value("cookies", json::array()));
+        for (const auto& step : steps.at("exchanges")) program.performs(step);
         program.tellsOffers();
         program.leavesAllPages();
         return 0;

@@ -141,12 +141,12 @@ class Site {
     int port_ = 0;
 };
 
-std::vector<json> runBrowser(const Folders& folders, const json& exchanges) {
-    const fs::path list = folders.scratch / "exchanges.json";
-    writeFile(list, exchanges.dump(1));
+std::vector<json> runBrowser(const Folders& folders, const json& list) {
+    const fs::path file = folders.scratch / "exchanges.json";
+    writeFile(file, list.dump(1));
     runUnderWine(folders, "browser",
                  {(folders.windows / "zab_browser.exe").string(), "--module",
-                  windowsPath(folders.windows / "zabcchandler7_64.dll"), "--list", windowsPath(list)},
+                  windowsPath(folders.windows / "zabcchandler7_64.dll"), "--list", windowsPath(file)},
                  kBrowserLimit);
     std::vector<json> lines = readLines(folders.output("browser"));
     if (lines.empty() || !lines.front().contains("browser")) fail("the browser did not say what it is");
@@ -174,7 +174,7 @@ bool runDemo(const fs::path& build, bool verbose) {
     const Site site(folders);
     const json list = zab::site::exchangeList(site.port());
     prepareRegistry(folders, list.at("settings"));
-    const std::vector<json> browser = runBrowser(folders, list.at("exchanges"));
+    const std::vector<json> browser = runBrowser(folders, list);
     const auto taken = std::count_if(browser.begin(), browser.end(),
                                      [](const json& line) { return outcomeOf(line) == "transfer"; });
     const std::vector<json> transfers = awaitTransfers(folders, static_cast<std::size_t>(taken));

@@ -132,24 +132,31 @@ std::optional<DWORD> fetch(const DownloadOrder& order, const std::wstring& url, 
     return readResponse(request.get(), sink);
 }
 
-constexpr std::wstring_view kHlsScheme = L"hlstozab://";
+constexpr std::wstring_view kHlsSchemes[] = {L"hlstozab://", L"hls2tozab://"};  // the second: with sound apart
 
-/// The addresses of the files that make up the download: those of the segments of an HLS media playlist, or
-/// the order's own.
-std::vector<std::wstring> partsOf(const DownloadOrder& order) {
-    if (!order.url.starts_with(kHlsScheme)) return {order.url};
-    const std::wstring address = order.url.substr(kHlsScheme.size());
+/// The addresses of the files that an HLS media playlist names: its initialisation map and its segments.
+void addPartsOf(const std::wstring& address, const DownloadOrder& order, std::vector<std::wstring>& parts) {
+    constexpr std::string_view kMap = "#EXT-X-MAP:URI=\"";
     std::string playlist;
     fetch(order, address,
           [&](unsigned char* bytes, DWORD count) { playlist.append(reinterpret_cast<char*>(bytes), count); });
-    std::vector<std::wstring> parts;
     const std::string base(address.begin(), address.end());
     std::istringstream lines(playlist);
     for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with(kMap)) line = line.substr(kMap.size(), line.rfind('"') - kMap.size());
         if (line.empty() || line.front() == '#') continue;
         const std::string url = resolveUrl(base, line);
         parts.emplace_back(url.begin(), url.end());
     }
+}
+
+/// The addresses of the files that make up the download.
+std::vector<std::wstring> partsOf(const DownloadOrder& order) {
+    std::vector<std::wstring> parts;
+    for (const auto scheme : kHlsSchemes)
+        if (order.url.starts_with(scheme)) addPartsOf(order.url.substr(scheme.size()), order, parts);
+    if (parts.empty()) return {order.url};
+    if (!order.secondUrl.empty()) addPartsOf(order.secondUrl, order, parts);
     return parts;
 }
 

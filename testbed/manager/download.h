@@ -10,6 +10,7 @@ namespace zab::testbed {
 /// Narrow texts; empty: absent.
 struct DownloadOrder {
     std::wstring url;
+    std::wstring secondUrl;  // of a film whose sound is kept apart: the sound's playlist
     std::wstring userAgent;
     std::wstring referrer;
     std::wstring cookies;
@@ -26,7 +27,7 @@ struct Downloaded {
 };
 
 /// Nothing when the address is not of HTTP or the server cannot be read to the end. Follows redirects. The
-/// segments of an HLS link are fetched in order and joined.
+/// segments of an HLS link are fetched in order and joined, those of its sound behind them.
 std::optional<Downloaded> download(const DownloadOrder& order);
 
 }  // namespace zab::testbed

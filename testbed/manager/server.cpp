@@ -115,6 +115,7 @@ class Transmitter final : public ILinkTransmitter {
             return behaviour.answer;
         }
         DownloadOrder order{wideOf(url),
+                            elementOf(extraData, 12),
                             elementOf(extraData, 0),
                             wideOf(referrer),
                             wideOf(cookies),

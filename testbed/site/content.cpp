@@ -3,7 +3,8 @@
 #include <openssl/sha.h>
 #include <zlib.h>
 
-#include <cstdint>
+#include <algorithm>
+#include <random>
 #include <stdexcept>
 
 #include "exchanges.h"
@@ -13,18 +14,12 @@ namespace {
 
 constexpr std::string_view kAnyBrowser = "Mozilla/5.0 (";
 
-// Bytes that do not compress and depend on every byte of the seed (FNV-1a, then xorshift64*).
+// Bytes that do not compress and depend on every byte of the seed; the same with every library.
 std::string generated(std::string_view seed, std::size_t size) {
-    std::uint64_t state = 0xcbf29ce484222325u;
-    for (const char c : seed) state = (state ^ static_cast<unsigned char>(c)) * 0x100000001b3u;
-    std::string bytes;
-    bytes.reserve(size);
-    while (bytes.size() < size) {
-        state ^= state >> 12;
-        state ^= state << 25;
-        state ^= state >> 27;
-        bytes += static_cast<char>((state * 0x2545f4914f6cdd1du) >> 56);
-    }
+    std::seed_seq sequence(seed.begin(), seed.end());
+    std::mt19937 engine(sequence);
+    std::string bytes(size, '\0');
+    for (char& byte : bytes) byte = static_cast<char>(engine() >> 24);
     return bytes;
 }
 
@@ -34,16 +29,28 @@ std::string_view missing(Guard guard, const Visit& visit) {
     switch (guard) {
         case Guard::none: return {};
         case Guard::session:
-            if (visit.cookie.find(kSessionCookie) == visit.cookie.npos) return "the cookie of the session";
-            if (visit.referer != "http://" + std::string(visit.host) + std::string(kSessionPage))
+            if (visit.header("Cookie").find(kSessionCookie) == std::string::npos)
+                return "the cookie of the session";
+            if (visit.header("Referer") != "http://" + visit.header("Host") + std::string(kSessionPage))
                 return "the referrer";
-            return visit.userAgent.substr(0, kAnyBrowser.size()) == kAnyBrowser ? "" : "a browser's user agent";
-        case Guard::basic: return visit.authorization == kBasicAuthorization ? "" : "the credentials";
+            return visit.header("User-Agent").starts_with(kAnyBrowser) ? "" : "a browser's user agent";
+        case Guard::viewer:
+            return visit.header("Cookie") == kViewerCookie ? "" : "this host's own cookie, alone";
+        case Guard::basic: return visit.header("Authorization") == kBasicAuthorization ? "" : "the credentials";
         case Guard::form:
             if (visit.formBody.empty()) return "the form";
-            return visit.formType.empty() ? "the form's content type" : "";
+            return visit.header("Content-Type").empty() ? "the form's content type" : "";
     }
     return {};
+}
+
+std::string withOrigins(std::string_view text, std::string_view host) {
+    constexpr std::string_view kMark = "{media}";
+    const std::string port(host.substr(std::min(host.find(':'), host.size())));
+    std::string whole(text);
+    for (auto at = whole.find(kMark); at != whole.npos; at = whole.find(kMark, at))
+        whole.replace(at, kMark.size(), "http://" + std::string(kMediaHost) + port);
+    return whole;
 }
 
 }  // namespace
@@ -54,10 +61,10 @@ Reply replyTo(const Resource& resource, const Visit& visit) {
         return {resource.guard == Guard::basic ? 401 : resource.status,
                 "This request came without " + std::string(lost) + ".\n"};
     if (resource.target == "/") return {resource.status, startPage()};
-    if (!resource.text.empty()) return {resource.status, std::string(resource.text)};
+    if (!resource.text.empty()) return {resource.status, withOrigins(resource.text, visit.header("Host"))};
     std::string seed(resource.target);
     if (resource.guard == Guard::form)
-        seed.append(1, '\n').append(visit.formType).append(1, '\n').append(visit.formBody);
+        seed.append(1, '\n').append(visit.header("Content-Type")).append(1, '\n').append(visit.formBody);
     return {resource.status, generated(seed, resource.size)};
 }
 

@@ -1,6 +1,7 @@
 // What the site answers to one request: pure, so that the server and the list of expectations cannot disagree.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -8,15 +9,9 @@
 
 namespace zab::site {
 
-/// The part of a request that a guard looks at; bytes as they came.
 struct Visit {
-    std::string_view host;  // as the Host header says it, with its port
-    std::string_view cookie;
-    std::string_view referer;
-    std::string_view userAgent;
-    std::string_view authorization;
-    std::string_view formType;
-    std::string_view formBody;
+    std::function<std::string(const char* name)> header;  // of the request, as it came; empty without one
+    std::string_view formBody = {};
 };
 
 struct Reply {

@@ -13,7 +13,7 @@ namespace {
 
 // The browser's own request to this address ends a redirect that was taken over.
 constexpr std::string_view kSentinel = "http://www.mozilla.org/thisrequestistransferredtozab.stop";
-constexpr std::string_view kExceptedHost = "localhost";
+constexpr std::string_view kExceptedHost = kMediaHost;
 constexpr std::string_view kCaughtHost = "127.0.0.1";
 constexpr std::string_view kForm = "name=A+visitor&kind=zip&note=%E2%82%AC";
 constexpr std::size_t kOversizedForm = 50001;
@@ -231,18 +231,10 @@ const Resource& resourceOf(const Exchange& row) {
 // --------------------------------------------------------------------------------------------
 
 std::string bodyOf(const Exchange& row, const Origin& origin, std::string_view form) {
-    const nlohmann::json headers = headersOf(row, origin);
-    const std::string cookie = headers.value("Cookie", ""), referer = headers.value("Referer", ""),
-                      userAgent = headers.value("User-Agent", ""),
-                      authorization = headers.value("Authorization", "");
-    return replyTo(resourceOf(row), {.host = origin.host,
-                                     .cookie = cookie,
-                                     .referer = referer,
-                                     .userAgent = userAgent,
-                                     .authorization = authorization,
-                                     .formType = formTypeOf(row.sends),
-                                     .formBody = form})
-        .body;
+    nlohmann::json headers = headersOf(row, origin);
+    headers["Host"] = origin.host;
+    headers["Content-Type"] = formTypeOf(row.sends);
+    return replyTo(resourceOf(row), {[&](const char* name) { return headers.value(name, ""); }, form}).body;
 }
 
 std::string managerSha256(const Exchange& row, const Origin& origin) {
@@ -270,6 +262,11 @@ nlohmann::json expectedOf(const Exchange& row, const Origin& origin) {
             {"why", row.why}};
 }
 
+nlohmann::json cookieOf(std::string_view host, std::string_view pair) {
+    const auto equals = pair.find('=');
+    return {{"host", host}, {"name", pair.substr(0, equals)}, {"value", pair.substr(equals + 1)}};
+}
+
 }  // namespace
 
 nlohmann::json exchangeList(int port) {
@@ -285,6 +282,7 @@ nlohmann::json exchangeList(int port) {
               {"exceptions", kExceptedHost},
               {"preventKey", "alt"},
               {"forceKey", "ctrl"}}},
+            {"cookies", {cookieOf(kCaughtHost, kSessionCookie), cookieOf(kMediaHost, kViewerCookie)}},
             {"exchanges", exchanges},
             {"offers", mediaOffers(port)}};
 }

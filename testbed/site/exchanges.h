@@ -10,12 +10,13 @@
 
 namespace zab::site {
 
-/// {"settings": {"extensions", "exceptions", "preventKey", "forceKey"}, "exchanges": [...], "offers": [...]};
-/// the last is that of mediaOffers(). Each "expected" object holds `url`, `outcome` ("browser", "transfer" or
-/// "cancel"), `flags` (of the transfer), `fileName` (as the download manager is told it), `sha256` (of what the
-/// download manager must get; "" where nothing can be fetched), `lacks` (what that file is made without,
-/// because no transfer can carry it; "" for nothing), `browserSha256` (of what the browser reads; "" when it
-/// reads no body), `shown` (whether its page is shown, and may be held by the module for its button) and `why`.
+/// {"settings": {"extensions", "exceptions", "preventKey", "forceKey"}, "cookies": [...], "exchanges": [...],
+/// "offers": [...]}; the last is that of mediaOffers(). Each "expected" object holds `url`, `outcome`
+/// ("browser", "transfer" or "cancel"), `flags` (of the transfer), `fileName` (as the download manager is told
+/// it), `sha256` (of what the download manager must get; "" where nothing can be fetched), `lacks` (what that
+/// file is made without, because no transfer can carry it; "" for nothing), `browserSha256` (of what the
+/// browser reads; "" when it reads no body), `shown` (whether its page is shown, and may be held by the module
+/// for its button) and `why`.
 nlohmann::json exchangeList(int port);
 
 /// The page at "/": a link to everything that a click can reach, and what a page embeds.

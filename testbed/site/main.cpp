@@ -24,18 +24,8 @@ void answer(const httplib::Request& request, httplib::Response& response) {
         response.set_content("The site holds nothing of this name.\n", "text/plain");
         return;
     }
-    const std::string host = request.get_header_value("Host"), cookie = request.get_header_value("Cookie"),
-                      referer = request.get_header_value("Referer"),
-                      userAgent = request.get_header_value("User-Agent"),
-                      authorization = request.get_header_value("Authorization"),
-                      formType = request.get_header_value("Content-Type");
-    Reply reply = replyTo(*resource, {.host = host,
-                                      .cookie = cookie,
-                                      .referer = referer,
-                                      .userAgent = userAgent,
-                                      .authorization = authorization,
-                                      .formType = formType,
-                                      .formBody = request.body});
+    Reply reply =
+        replyTo(*resource, {[&](const char* name) { return request.get_header_value(name); }, request.body});
 
     // The library itself turns 200 into 206 for a request with a range.
     if (reply.status != 200) response.status = reply.status;

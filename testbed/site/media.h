@@ -12,8 +12,9 @@ namespace zab::site {
 
 std::span<const Resource> mediaResources() noexcept;
 
-/// What the pages load, in the form of exchangeList(). Behind the last, the user chooses one entry in a menu,
-/// and the download manager must join its file from many.
+/// What the pages load, in the form of exchangeList(). Behind the last, the user chooses entries in menus,
+/// whose files the download manager must join from many, and downloads all links of a page that names another
+/// host.
 nlohmann::json mediaExchanges(int port);
 
 /// One object per page: `page` (its document ID), `title`, and `entries` ({"link", "label"}) in menu order.

@@ -12,14 +12,14 @@ namespace zab::site {
 
 /// What a request must bring before it gets the real body. Who brings less gets a short text under the same
 /// headers, so that a lost cookie, referrer or form shows as a wrong file and not as a failed request.
-enum class Guard { none, session, basic, form };
+enum class Guard { none, session, basic, form, viewer };
 
 struct Resource {
     std::string_view target;  // path and query
     std::string_view type;    // Content-Type, whole; empty for none
     std::string_view disposition = {};
-    std::size_t size = 4000;  // bytes of the generated body, when `text` is empty
-    std::string_view text = {};
+    std::size_t size = 4000;     // bytes of the generated body, when `text` is empty
+    std::string_view text = {};  // "{media}" in it stands for the origin of the media host
     Guard guard = Guard::none;
     int status = 200;
     std::string_view location = {};  // of a redirect: a target of this site, or a whole URL of another scheme
@@ -29,6 +29,10 @@ struct Resource {
 
 inline constexpr std::string_view kSessionCookie = "session=7f3a90c2";
 inline constexpr std::string_view kSessionPage = "/session/";
+/// The other name of the site. It knows its visitor by a cookie of its own, and none may come with that of the
+/// session.
+inline constexpr std::string_view kMediaHost = "localhost";
+inline constexpr std::string_view kViewerCookie = "viewer=51c8e04d";
 inline constexpr std::string_view kUserAgent =
     "Mozilla/5.0 (Windows NT 10.0; Win64; x64; rv:52.0) Gecko/20100101 Firefox/52.0";
 inline constexpr std::string_view kBasicAuthorization =
