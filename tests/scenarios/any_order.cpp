@@ -37,6 +37,7 @@ class Play {
 
     std::string run() {
         while (!bytes_.empty()) act();
+        for (auto* channel : channels_) browser_.finishes(*channel);
         for (auto* page : pages_) ends(*page);
         desk().servesMessages();
         std::string faults = browser_.unbalanced();

@@ -152,17 +152,17 @@ TEST(Zabprobe, ListsEachRecordedFilmAsItsViewersWould) {
         std::vector<std::string> menu;
     } rows[] = {
         {"hls-ts",
-         {"video ts 1080p bitrate  4882, 1 min 30 sec", "video ts 720p bitrate  2441, 1 min 30 sec",
-          "video ts 360p bitrate  878"}},
+         {"video ts 1080p bitrate 4882, TS, 1 min 30 sec", "video ts 720p bitrate 2441, TS, 1 min 30 sec",
+          "video ts 360p bitrate 878, TS"}},
         {"hls-fmp4",
-         {"video mp4 720p bitrate  2734, 1 min 20 sec", "video mp4 480p bitrate  1171, 1 min 20 sec",
-          "audio mp4 Deutsch de, 1 min 20 sec"}},
-        {"hls-live", {"video ts 540p bitrate  1757", "video ts 360p bitrate  781"}},
-        {"hls-packed", {"video ts 720p bitrate  2929, 2 min 0 sec", "video ts 480p bitrate  1464"}},
-        {"hls-iframe", {"video ts 1080p bitrate  2929", "video ts 480p bitrate  976, 1 min 0 sec"}},
+         {"video mp4 720p bitrate 2734, MP4, 1 min 20 sec", "video mp4 480p bitrate 1171, MP4, 1 min 20 sec",
+          "audio mp4 Deutsch de, MP4, 1 min 20 sec"}},
+        {"hls-live", {"video ts 540p bitrate 1757, TS", "video ts 360p bitrate 781, TS"}},
+        {"hls-packed", {"video ts 720p bitrate 2929, TS, 2 min 0 sec", "video ts 480p bitrate 1464, TS"}},
+        {"hls-iframe", {"video ts 1080p bitrate 2929, TS", "video ts 480p bitrate 976, TS, 1 min 0 sec"}},
         {"hls-app",
-         {"video mp4 720p bitrate  2148, 1 min 0 sec", "video mp4 720p bitrate  2148, 1 min 30 sec",
-          "video ts 480p bitrate  1074", "video ts 480p bitrate  1074"}},
+         {"video mp4 720p bitrate 2148, MP4, 1 min 0 sec", "video mp4 720p bitrate 2148, MP4, 1 min 30 sec",
+          "video ts 480p bitrate 1074, TS", "video ts 480p bitrate 1074, TS"}},
         {"dash", {}},  // needs the download manager's library
         {"radio", {"audio mp3 one.mp3", "audio aac two.aac"}},
     };

@@ -74,7 +74,9 @@ void BrowserPage::change(const std::function<void(OfferedMedia&)>& change) {
     if (identity() == nullptr) return;
     findWindows();
     const SharedListLock lock(OnTimeout::skip);
-    if (lock && state_ == State::known) change(mediaPages().open(page_).media);
+    if (!lock || state_ != State::known) return;
+    change(mediaPages().open(page_).media);
+    changed_ = true;
 }
 
 void BrowserPage::forget(const DocumentKey& document) noexcept {
@@ -107,7 +109,12 @@ bool BrowserPage::open(const MediaEntry& first) {
 }
 
 void BrowserPage::take(std::vector<MediaEntry> entries, bool asMessages) {
-    if (entries.empty() || identity() == nullptr) return;
+    if (identity() == nullptr) return;
+    // A run without entries may have told the page more about those that it has.
+    if (entries.empty()) {
+        if (changed_) mediaDisplay().mediaChanged(document_.get(), page_);
+        return;
+    }
     findWindows();
     // Those of the browser are as they are now; the request's serve where there are none.
     std::string cookies = cookiesOf(examined_.url);

@@ -45,6 +45,7 @@ class BrowserPage final : public CapturePage {
     InterfacePtr<nsISupports> document_;
     OpenPage page_;
     bool windowsKnown_ = false;
+    bool changed_ = false;  // what is known of the page's media
     EntryPage identity_;
     OBJECTREQUESTSARRAY_ITEM examined_;  // the response
 };
