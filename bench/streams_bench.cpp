@@ -64,8 +64,8 @@ std::function<void()> onAPageOfStreams(const std::string& addresses) {
 }
 
 const zabbench::Case kCases[] = {
-    {"streams", "segments on a page without streams", segments, kStreams * kSegments, onAPlainPage},
-    {"streams", "segments on a page of five streams", segments, kStreams * kSegments, onAPageOfStreams},
+    {"streams", "segments on a page without streams", segments, kStreams* kSegments, onAPlainPage},
+    {"streams", "segments on a page of five streams", segments, kStreams* kSegments, onAPageOfStreams},
 };
 
 }  // namespace
