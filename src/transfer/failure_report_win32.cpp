@@ -3,6 +3,8 @@
 // Behind windows.h, which it needs.
 #include <shellapi.h>
 
+#include <atomic>
+
 #include "binding/guard.h"
 #include "binding/never_destroyed.h"
 #include "binding/this_module_win32.h"
@@ -45,9 +47,14 @@ void reportTransferFailure(void* status) {
 
 void tellNoLinksFound(void*) { tell(messageTexts()[TextId::noLinksFound].view(), kFailureBoxTitle); }
 
+std::atomic<bool> g_noMediaIsTold{false};
+
 void tellNoMediaFound(void*) {
-    const MessageTexts& texts = messageTexts();
-    tell(texts[TextId::noFlvFound].view(), texts[TextId::savingFlvTitle].view());
+    guarded([] {
+        const MessageTexts& texts = messageTexts();
+        tell(texts[TextId::noFlvFound].view(), texts[TextId::savingFlvTitle].view());
+    });
+    g_noMediaIsTold = false;
 }
 
 }  // namespace
@@ -76,6 +83,10 @@ void reportNoCallsNow() noexcept { startTransferFailureReport(transfer_failure::
 
 void reportNoLinksFound() noexcept { startThread(moduleThread<tellNoLinksFound>, nullptr); }
 
-void reportNoMediaFound() noexcept { startThread(moduleThread<tellNoMediaFound>, nullptr); }
+void reportNoMediaFound() noexcept {
+    // Anybody may ask for what a page does not offer: one box at a time.
+    if (g_noMediaIsTold.exchange(true)) return;
+    if (startThread(moduleThread<tellNoMediaFound>, nullptr) == 0) g_noMediaIsTold = false;
+}
 
 }  // namespace zab

@@ -46,7 +46,7 @@ void reportNoCallsNow() noexcept;
 /// For a command that found nothing to transfer on a page.
 void reportNoLinksFound() noexcept;
 
-/// The same for media.
+/// The same for media. Told once for as long as the box is open.
 void reportNoMediaFound() noexcept;
 
 }  // namespace zab
