@@ -58,6 +58,7 @@ void openLinkPopup(iZABHelper5& helper, const InterfacePtr<nsISupports>& documen
 }
 
 void closeLinkPopup() noexcept {
+    if (selectedLinks().popup == 0) return;  // changed on this thread alone
     guarded([] {
         WindowHandle popup = 0;
         {

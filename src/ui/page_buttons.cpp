@@ -20,10 +20,10 @@ std::u16string textOfNarrow(std::string_view text) {
     return isCompleteUtf8(text) ? utf16FromUtf8(text) : utf16FromAnsi(text);
 }
 
-/// 0: the page is not known, or has no window that is still there.
+/// 0: the page is not known, or has no window that is still there. Needs no lock: pages come and go on this
+/// thread alone.
 WindowHandle windowOfPage(DocumentId document) {
-    const SharedListLock lock(OnTimeout::skip);
-    const MediaPages::Record* page = lock ? mediaPages().find(document) : nullptr;
+    const MediaPages::Record* page = mediaPages().find(document);
     return page != nullptr && isOpen(page->page.browserWindow) ? page->page.browserWindow : 0;
 }
 
