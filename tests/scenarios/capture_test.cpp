@@ -67,8 +67,8 @@ const Row kRows[] = {
      "#EXTM3U\n#EXT-X-MEDIA:TYPE=AUDIO,GROUP-ID=\"g\",URI=\"a.m3u8\"\n"
      "#EXT-X-STREAM-INF:BANDWIDTH=1048576,RESOLUTION=1280x720,AUDIO=\"g\"\nv/hd.m3u8\n"
      "#EXT-X-STREAM-INF:BANDWIDTH=524288,RESOLUTION=640x360\nv/sd.m3u8\n",
-     "hls2tozab://http://h.example/d/v/hd.m3u8\t720p bitrate  1024\n"
-     "hlstozab://http://h.example/d/v/sd.m3u8\t360p bitrate  512\n"},
+     "hls2tozab://http://h.example/d/v/hd.m3u8\t720p bitrate 1024, TS\n"
+     "hlstozab://http://h.example/d/v/sd.m3u8\t360p bitrate 512, TS\n"},
     {MediaKind::vimeoPlayer, "http://player.vimeo.com/video/1", "text/html",
      "<title>A film</title>\"progressive\":[{url:http://v.example/1,quality:720p,mime:video/mp4},"
      "{url:http://v.example/2,quality:360p,mime:video/mp4}]",
@@ -77,7 +77,7 @@ const Row kRows[] = {
     {MediaKind::hds, "http://h.example/m.f4m", "text/plain",
      "<?xml version='1.0'?><manifest xmlns=\"http://ns.adobe.com/f4m/1.0\"><duration>9.9</duration>"
      "<bootstrapInfo>B</bootstrapInfo><media url='v' height='720' bitrate='1500'/></manifest>",
-     "dhstozab://http://h.example/m.f4m\t720p bitrate 1500, 9 sec\n"},
+     "dhstozab://http://h.example/m.f4m\t720p bitrate 1500, FLV, 9 sec\n"},
     {MediaKind::youtubeDash, "http://manifest.googlevideo.com/api/manifest/dash/1", "text/plain",
      "<MPD>" + representation(247, "http://v.example/a") + representation(140, "http://s.example/b") + "</MPD>",
      "ytatozab://http://v.example/a\t720p HD MKV\n"},
@@ -85,15 +85,15 @@ const Row kRows[] = {
      "<?xml version=\"1.0\"?><MPD><Period><AdaptationSet mimeType=\"video/mp4\"><Representation id=\"hd\" "
      "height=\"720\" bandwidth=\"2048000\"/><Representation id=\"sd\" height=\"360\" bandwidth=\"512000\"/>"
      "</AdaptationSet></Period></MPD>",
-     "mpdtozab://http://h.example/m.mpd&selected_id=hd\t720p HD bitrate 2000kbps\n"
-     "mpdtozab://http://h.example/m.mpd&selected_id=sd\t360p bitrate 500kbps\n"},
+     "mpdtozab://http://h.example/m.mpd&selected_id=hd\t720p HD bitrate 2000kbps, MP4\n"
+     "mpdtozab://http://h.example/m.mpd&selected_id=sd\t360p bitrate 500kbps, MP4\n"},
     {MediaKind::facebook, "http://www.facebook.com/ajax/x", "text/plain",
      "videoData: hd_src:'http:\\/\\/f.example\\/h' sd_src:'http://f.example/s' </html>",
      "http://f.example/h\tPage HD\n"
      "http://f.example/s\tPage\n"},
     {MediaKind::hdsFragment, "http://h.example/d/film_Seg1-Frag2", "video/f4f",
      box("afra", "x") + box("mdat", kVideoTag + kVideoTag),
-     "dhs2tozab://http://h.example/d/film_Seg%ld-Frag%ld\tfilm\n"},
+     "dhs2tozab://http://h.example/d/film_Seg%ld-Frag%ld\tfilm, FLV\n"},
     {MediaKind::sniff, "http://h.example/noname", "application/x-thing",
      "ZABFACTS\x9\x10\x11\x12\x13 and its sound", "http://h.example/noname\tnoname, 19 Bytes 9 sec\n"},
 };
@@ -242,7 +242,7 @@ TEST_F(Capture, BelievesALibraryOnlyAsFarAsItMust) {
 TEST_F(Capture, AListenerMayEndAtAnyTime) {
     const Row& row = rowOf(MediaKind::hls);
     const std::size_t variant = row.body.find("#EXT-X-STREAM-INF:BANDWIDTH=524288");
-    const std::string first = "hls2tozab://http://h.example/d/v/hd.m3u8\t720p bitrate  1024\n";
+    const std::string first = "hls2tozab://http://h.example/d/v/hd.m3u8\t720p bitrate 1024, TS\n";
     EXPECT_EQ(captures(row, row.body.substr(0, variant), row.body.size(), 0), first) << "in the middle";
 
     auto& page = opensPage();
