@@ -77,8 +77,8 @@ class ManagerProcess {
     static constexpr const char* kKey = "Software\\ZabrionHub";
 
     static void forget() {
-        for (const char* name :
-             {"TestbedLog", "TestbedDownload", "TestbedDie", "TestbedHangMs", "TestbedAnswer", "TestbedMute", "ExePath"})
+        for (const char* name : {"TestbedLog", "TestbedDownload", "TestbedDie", "TestbedHangMs",
+                                 "TestbedAnswer", "TestbedMute", "ExePath"})
             RegDeleteKeyValueA(HKEY_CURRENT_USER, kKey, name);
         RegDeleteTreeA(HKEY_CURRENT_USER, kLayers);
     }
