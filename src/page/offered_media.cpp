@@ -51,7 +51,9 @@ void OfferedMedia::replace(std::size_t index, MediaEntry entry) {
     fillIn(entry.size, held.size);
     fillIn(entry.duration, held.duration);
     if (held.extension == kMp4Extension) entry.extension = held.extension;
-    entryBytes_ = entryBytes_ - textBytesOf(held) + textBytesOf(entry);
+    const std::size_t bytes = entryBytes_ - textBytesOf(held) + textBytesOf(entry);
+    if (bytes > kMostEntryBytes) return;
+    entryBytes_ = bytes;
     hashes_[index] = hashOf(entry);
     held = std::move(entry);
 }
@@ -87,7 +89,7 @@ void OfferedMedia::offer(MediaEntry entry) {
         return;
     }
     const std::size_t bytes = textBytesOf(entry);
-    if (bytes > kMostEntryBytes - entryBytes_ || !makeRoom(entry)) return;
+    if (entryBytes_ + bytes > kMostEntryBytes || !makeRoom(entry)) return;
     hashes_.reserve(hashes_.size() + 1);  // the two lists grow together or not at all
     entries_.push_back(std::move(entry));
     hashes_.push_back(hash);

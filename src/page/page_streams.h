@@ -22,7 +22,6 @@ class RecentKeys {
     void add(std::uint64_t key);
     [[nodiscard]] bool holds(std::uint64_t key) const noexcept { return keys_.contains(key); }
     [[nodiscard]] bool empty() const noexcept { return keys_.empty(); }
-    [[nodiscard]] std::size_t count() const noexcept { return keys_.size(); }
 
   private:
     std::size_t most_;

@@ -348,6 +348,19 @@ TEST(OfferedMedia, HoldsEachStreamOnceAndAHundred) {
         large.offer(entry);
     }
     EXPECT_EQ(large.entries().size(), 15u) << "16 MiB of texts hold no 16 addresses of 1 MiB with their links";
+    zab::MediaEntry bare = entry;
+    bare.isBarePlaylist = true;
+    bare.page.url.clear();
+    bare.link = "hlstozab://http://h/v";
+    large.offer(bare);
+    large.learnFromPlaylist("http://h/v", 1, "mp4");
+    entry.link = "hls2tozab://http://h/v";
+    large.offer(entry);
+    EXPECT_TRUE(large.entries().back().isBarePlaylist)
+        << "a film that takes the place of its playlist has no more room";
+    entry.link = "http://h/more";
+    large.offer(entry);
+    EXPECT_EQ(large.entries().size(), 16u) << "nor has what comes then";
     (void)large.takeEntries();
     large.offer(entry);
     EXPECT_EQ(large.entries().size(), 1u) << "and room again for others";

@@ -76,7 +76,7 @@ void offerDash(std::string_view body, CaptureRun& run) {
 
 void offerSniffed(std::string_view body, CaptureRun& run) {
     const CaptureContext& context = run.context();
-    if (context.companions == nullptr || isPartOfStream(run)) return;
+    if (context.companions == nullptr) return;
     const SniffedContent sniffed = context.companions->sniff(body);
     if (sniffed.verdict != SniffedContent::Verdict::recognised) return;
     if (equalsIgnoringCase(sniffed.extension, "xml")) {
@@ -84,6 +84,7 @@ void offerSniffed(std::string_view body, CaptureRun& run) {
         if (isYouTubeManifest(context.url)) offerYouTubeDash(body, run);
         return;
     }
+    if (isPartOfStream(run)) return;
     MediaEntry entry = run.plainEntry(withoutRange(context.url));
     entry.extension = lowered(sniffed.extension);
     entry.kind = entryKindOf(entry.extension);
