@@ -11,9 +11,10 @@
 #include "binding/never_destroyed.h"
 #include "binding/this_module_win32.h"
 #include "binding/throwing_win32.h"
+#include "binding/wide_win32.h"
 #include "media/capture/media_capture.h"
 #include "transfer/com_win32.h"
-#include "ui/controller_host_win32.h"
+#include "ui/controller_host.h"
 #include "ui/panel_messages.h"
 
 namespace zab {
@@ -21,6 +22,9 @@ namespace {
 
 using namespace panel_messages;
 static_assert(kClose == WM_CLOSE && kDestroyed == WM_NCDESTROY);
+
+WindowHandle handleOf(HWND window) noexcept { return reinterpret_cast<WindowHandle>(window); }
+HWND windowOf(WindowHandle handle) noexcept { return reinterpret_cast<HWND>(handle); }
 
 constexpr DWORD kPatienceMs =
     1000;  // of the browser's main thread, with the start and the end of the other one
@@ -96,7 +100,7 @@ HWND makeHiddenWindow(const WindowClass& windowClass, const char* name) noexcept
 
 void runProcessController(Handle ready) {
     const HWND window = makeHiddenWindow(g_processClass, std::to_string(GetCurrentProcessId()).c_str());
-    controllerWindows().process = window;
+    controllerWindows().process = handleOf(window);
     SetEvent(ready.get());
     ready.reset();
     if (window == nullptr) return;
@@ -109,7 +113,7 @@ void runProcessController(Handle ready) {
         TranslateMessage(&message);
         DispatchMessageA(&message);
     }
-    controllerWindows().process = nullptr;
+    controllerWindows().process = 0;
     DestroyWindow(window);
 }
 
@@ -143,7 +147,7 @@ void startProcessController() {
     (void)threads.release();
     started().thread = std::move(thread);
     started().ready = std::move(ready);
-    if (controllerWindows().own == nullptr) controllerWindows().own = makeHiddenWindow(g_pageClass, "");
+    if (controllerWindows().own == 0) controllerWindows().own = handleOf(makeHiddenWindow(g_pageClass, ""));
 }
 
 bool isWindowOfThisProcess(HWND window) noexcept {
@@ -167,15 +171,19 @@ HWND makePageController(HWND browserWindow) {
 bool isPageController(WindowHandle window) noexcept {
     char name[64]{};
     return isWindowOfThisProcess(windowOf(window)) && GetClassNameA(windowOf(window), name, sizeof name) != 0 &&
-           std::strcmp(name, g_pageClass.name) == 0 && windowOf(window) != controllerWindows().own;
+           std::strcmp(name, g_pageClass.name) == 0 && window != controllerWindows().own;
+}
+
+bool postToWindow(WindowHandle window, std::uint32_t message, std::uintptr_t lParam) noexcept {
+    return PostMessageA(windowOf(window), message, 0, static_cast<LPARAM>(lParam)) != FALSE;
 }
 
 WindowHandle processController() noexcept {
     return guarded(WindowHandle{0}, [] {
-        if (controllerWindows().process == nullptr && !isRunning(started().thread)) startProcessController();
-        if (controllerWindows().process == nullptr && started().ready)
-            WaitForSingleObject(started().ready.get(), kPatienceMs);
-        return handleOf(controllerWindows().process);
+        const auto& process = controllerWindows().process;
+        if (process == 0 && !isRunning(started().thread)) startProcessController();
+        if (process == 0 && started().ready) WaitForSingleObject(started().ready.get(), kPatienceMs);
+        return process.load();
     });
 }
 
@@ -198,9 +206,9 @@ bool endControllers() noexcept {
         g_ending = true;
         controllers().end();
         for (const PageController& page : std::exchange(started().pages, {})) DestroyWindow(page.window);
-        if (const HWND own = controllerWindows().own.exchange(nullptr)) DestroyWindow(own);
+        if (const WindowHandle own = controllerWindows().own.exchange(0)) DestroyWindow(windowOf(own));
         if (!started().thread) return true;
-        if (const HWND process = controllerWindows().process) PostMessageA(process, WM_NULL, 0, 0);
+        if (const WindowHandle process = controllerWindows().process) postToWindow(process, WM_NULL, 0);
         if (WaitForSingleObject(started().thread.get(), kPatienceMs) != WAIT_OBJECT_0) return false;
         started().thread.reset();
         return true;

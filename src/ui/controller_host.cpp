@@ -1,4 +1,4 @@
-#include "ui/controller_host_win32.h"
+#include "ui/controller_host.h"
 
 #include <utility>
 
@@ -33,10 +33,10 @@ WindowHandle controllerOfPage(DocumentId document) {
 class Host final : public ControllerHost {
   public:
     bool post(WindowHandle window, std::uint32_t message, std::uintptr_t lParam) override {
-        return PostMessageA(windowOf(window), message, 0, static_cast<LPARAM>(lParam)) != FALSE;
+        return postToWindow(window, message, lParam);
     }
     std::optional<ChosenMedia> lookUp(const MediaRequest& request, WindowHandle asked) override {
-        const bool byProcess = windowOf(asked) == controllerWindows().process;
+        const bool byProcess = asked == controllerWindows().process;
         const SharedListLock lock(OnTimeout::skip);
         if (!lock) return std::nullopt;
         const WindowHandle popup = selectedLinks().popup;
@@ -49,7 +49,7 @@ class Host final : public ControllerHost {
         const WindowHandle ofPage = controllerOfPage(documentIdOf(choice.request.pageIdentity));
         for (const WindowHandle window : {choice.media.controller, ofPage, asked})
             if (window != leaving && isPageController(window)) return window;
-        return handleOf(controllerWindows().own);
+        return controllerWindows().own;
     }
     std::unique_ptr<ChoiceSender> sender() override { return std::make_unique<Sender>(); }
     bool file(std::unique_ptr<MediaEntry> entry) override { return fileEntry(std::move(entry)); }
