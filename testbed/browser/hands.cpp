@@ -1,5 +1,6 @@
 #include "browser/hands.h"
 
+#include <future>
 #include <thread>
 
 #include "binding/wide_win32.h"
@@ -76,6 +77,16 @@ bool serves(const std::function<bool()>& ended, std::chrono::milliseconds patien
     }
     return true;
 }
+
+void beside(const std::function<void()>& work) {
+    auto done = std::async(std::launch::async, work);
+    serves([&] { return done.wait_for(0s) == std::future_status::ready; });
+    done.get();
+}
+
+std::int32_t scrollBarWidth() { return GetSystemMetrics(SM_CXVSCROLL); }
+
+void closesButton(NativeWindow button) { PostMessageA(windowOf(button), WM_CLOSE, 0, 0); }
 
 std::vector<std::u16string> opensMenu(NativeWindow button) {
     HWND window = nullptr;

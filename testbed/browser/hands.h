@@ -1,11 +1,9 @@
-// A real window of the browser, and the user before it: clicks on what is on the screen, with real input. Needs
-// a display.
+// A window of the browser, and the user before it. Under Windows real ones, with real input: needs a display.
 #pragma once
 
 #include <chrono>
 #include <cstdint>
 #include <functional>
-#include <future>
 #include <string>
 #include <vector>
 
@@ -22,17 +20,21 @@ bool isWindow(NativeWindow window);
 /// In the client area of its parent.
 Area areaOf(NativeWindow window);
 std::u16string captionOf(NativeWindow window);
+std::int32_t scrollBarWidth();
 
 /// Serves this thread's windows until `ended`, as a browser's main thread does while its user acts. False: it
 /// did not in time.
 bool serves(const std::function<bool()>& ended, std::chrono::milliseconds patience = std::chrono::seconds(10));
 
-/// Serves this thread's windows while `work` runs on another one; gives its result.
+/// Does `work` as somebody else beside this thread, which serves its windows until that has ended.
+void beside(const std::function<void()>& work);
+
+/// The same; gives its result.
 template <class Work>
 auto meanwhile(Work work) {
-    auto result = std::async(std::launch::async, std::move(work));
-    serves([&] { return result.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
-    return result.get();
+    decltype(work()) result{};
+    beside([&] { result = work(); });
+    return result;
 }
 
 /// Clicks on a button and gives the labels of the menu that opens; none when it does not.
@@ -41,5 +43,6 @@ std::vector<std::u16string> opensMenu(NativeWindow button);
 bool choosesItem(std::size_t item);
 /// Leaves the menu of a button by a click beside it.
 void leavesMenu(NativeWindow button);
+void closesButton(NativeWindow button);
 
 }  // namespace zab::testbed

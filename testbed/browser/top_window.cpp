@@ -107,6 +107,12 @@ std::vector<NativeWindow> TopWindow::buttons(bool all) const {
     return found;
 }
 
+void TopWindow::putsCursor(std::int32_t x, std::int32_t y) const {
+    POINT point{x, y};
+    ClientToScreen(windowOf(handle_), &point);
+    SetCursorPos(point.x, point.y);
+}
+
 void TopWindow::selectsLinks() {
     look_.linksSelected = true;
     InvalidateRect(windowOf(handle_), nullptr, FALSE);

@@ -25,6 +25,8 @@ class TopWindow {
     [[nodiscard]] std::array<std::int32_t, 4> contentBox() const;
     /// The download buttons over it that are visible, or all.
     [[nodiscard]] std::vector<NativeWindow> buttons(bool all = false) const;
+    /// In its client area.
+    void putsCursor(std::int32_t x, std::int32_t y) const;
     /// Shows the page's links as selected.
     void selectsLinks();
 

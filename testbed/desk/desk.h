@@ -19,6 +19,7 @@
 #include "browser/told.h"
 #include "page/platform.h"
 #include "ui/button_library.h"
+#include "ui/panel_messages.h"
 
 namespace zab::testbed {
 
@@ -26,6 +27,7 @@ namespace zab::testbed {
 struct DeskWindow {
     WindowHandle parent = 0;
     PixelRect rect{};
+    bool answers = false;  // by the module's procedure: a controller; a page's when it has a parent
     // Of a button.
     std::u16string caption{};
     WindowHandle controller = 0;
@@ -33,8 +35,13 @@ struct DeskWindow {
     std::u16string pageUrl{};
     std::vector<std::u16string> labels{}, links{};
     bool visible = false;
-    bool closes = false;  // was asked to
 };
+
+/// The download manager that has a button library beside it.
+inline constexpr const char* kCompanions = "C:\\Companions\\zabrion.exe";
+
+/// How wide a scroll bar is at the desk, in pixels.
+inline constexpr std::int32_t kScrollBar = 17;
 
 struct Desk {
     // What lies there before the module looks.
@@ -53,7 +60,6 @@ struct Desk {
     bool debuggerWatches = true;
     bool listsLocked = false;  // somebody else holds the lock over the lists and keeps it
     bool managerRegistered = true;
-    bool hasButtonLibrary = true;
     bool noCallsNow = false;  // a connection that fails is one that may be had later
 
     // What the module did.
@@ -65,6 +71,10 @@ struct Desk {
     std::int32_t lockHeld = 0;
     std::deque<std::function<void()>> posted;  // to the message loop of the browser's thread
 
+    /// The module's window procedure: a message (panel_messages.h), and WM_COPYDATA with a media request.
+    std::function<std::intptr_t(WindowHandle, std::uint32_t message, std::uintptr_t lParam)> answer;
+    std::function<std::intptr_t(WindowHandle, const std::string& payload)> requested;
+
     /// One call of what Windows would do: whether it fails. Named for what is asked ("setting Extensions").
     std::function<bool(const std::string& step)> fails = [](const std::string&) { return false; };
 
@@ -73,6 +83,28 @@ struct Desk {
         return lastWindow;
     }
     WindowHandle lastWindow = 0x1000;
+
+    // Sent at once, as from another program or the button library; 0: it is no controller.
+
+    std::intptr_t sends(WindowHandle window, std::uint32_t message, std::uintptr_t lParam) const {
+        return isController(window) ? answer(window, message, lParam) : 0;
+    }
+    std::intptr_t copies(WindowHandle window, const std::string& payload) const {
+        return isController(window) ? requested(window, payload) : 0;
+    }
+    [[nodiscard]] bool isController(WindowHandle window) const {
+        return windows.contains(window) && windows.at(window).answers;
+    }
+    /// A window ends, and its children before it.
+    void destroys(WindowHandle window) {
+        if (!windows.contains(window)) return;
+        std::vector<WindowHandle> children;
+        for (const auto& [handle, child] : windows)
+            if (child.parent == window) children.push_back(handle);
+        for (const WindowHandle child : children) destroys(child);
+        sends(window, panel_messages::kDestroyed, 0);
+        windows.erase(window);
+    }
 
     /// The browser's thread serves its messages until there are none.
     void servesMessages() {

@@ -30,6 +30,8 @@ SettingsTree& SettingsTree::remove(const std::string& path) {
     return *this;
 }
 
+SettingsTree& SettingsTree::setCompanions() { return set("ExePath", kCompanions); }
+
 HeldKeys::HeldKeys(const std::vector<std::uint8_t>& keys) {
     desk().keyboard = {};
     for (const auto key : keys) desk().keyboard[key] = 0x80;

@@ -17,8 +17,10 @@
 #include "settings/settings_store.h"
 #include "settings/shared_list_lock.h"
 #include "ui/button_windows.h"
+#include "ui/controller_host.h"
 #include "ui/panel_controller.h"
 #include "ui/panel_gate.h"
+#include "ui/panel_messages.h"
 #include "ui/panel_settings.h"
 
 namespace zab {
@@ -62,6 +64,16 @@ extern "C" __attribute__((visibility("default"))) void ZabDesk_Sit(Desk* desk) {
     g_desk = desk;
     runtimeRecord() = desk->runtime;
     setBrowserMajorVersion(desk->browserVersion);
+    desk->answer = [](WindowHandle window, std::uint32_t message, std::uintptr_t lParam) {
+        return guarded(std::intptr_t{0},
+                       [&] { return controllers().answer(window, message, lParam).value_or(0); });
+    };
+    desk->requested = [](WindowHandle window, const std::string& payload) {
+        return guarded(std::intptr_t{0}, [&] {
+            return controllers().requested(
+                window, {reinterpret_cast<const std::uint8_t*>(payload.data()), payload.size()});
+        });
+    };
 }
 
 }  // namespace testbed
@@ -206,42 +218,64 @@ bool SniffContentType(const std::uint8_t*, std::uint32_t, MyStrClass&) noexcept 
 
 // Windows.
 
-void closeWindow(WindowHandle window) noexcept { desk().windows.erase(window); }
+void closeWindow(WindowHandle window) noexcept { desk().destroys(window); }
 WindowHandle activeWindow() noexcept { return desk().activeWindow; }
 bool isOpen(WindowHandle window) noexcept { return desk().windows.contains(window); }
 void postClose(WindowHandle window) noexcept {
-    if (const auto found = desk().windows.find(window); found != desk().windows.end())
-        found->second.closes = true;
+    desk().posted.emplace_back([window] { desk().destroys(window); });
 }
 void postMove(WindowHandle button, const PixelRect& rect) noexcept {
-    if (const auto found = desk().windows.find(button); found != desk().windows.end())
-        found->second.rect = rect;
+    desk().posted.emplace_back([=] {
+        if (isOpen(button)) desk().windows[button].rect = rect;
+    });
 }
 std::optional<WindowFacts> windowFactsOf(WindowHandle browserWindow) noexcept {
-    const auto found = desk().windows.find(browserWindow);
-    if (found == desk().windows.end() || desk().fails("window facts")) return std::nullopt;
+    if (!isOpen(browserWindow) || desk().fails("window facts")) return std::nullopt;
     WindowFacts facts;
-    facts.client = found->second.rect;
+    facts.client = desk().windows[browserWindow].rect;
+    facts.scrollBarWidth = facts.scrollBarHeight = testbed::kScrollBar;
     facts.cursor = PixelPoint{desk().cursor.x, desk().cursor.y};
     return facts;
 }
 
+// The controllers' windows, all of this thread.
+
+bool isPageController(WindowHandle window) noexcept {
+    return desk().isController(window) && desk().windows[window].parent != 0;
+}
+bool postToWindow(WindowHandle window, std::uint32_t message, std::uintptr_t lParam) noexcept {
+    if (!isOpen(window) || desk().fails("message")) return false;
+    desk().posted.emplace_back([=] { desk().sends(window, message, lParam); });
+    return true;
+}
 WindowHandle processController() noexcept {
-    static WindowHandle controller = 0;
-    if (controller == 0 && !desk().fails("process controller")) controller = desk().opensWindow({});
-    return controller;
+    auto& windows = controllerWindows();
+    if (windows.process == 0 && !desk().fails("process controller")) {
+        windows.process = desk().opensWindow({.answers = true});
+        windows.own = desk().opensWindow({.answers = true});
+    }
+    return windows.process;
 }
 WindowHandle pageController(WindowHandle browserWindow) noexcept {
-    if (!desk().windows.contains(browserWindow) || desk().fails("page controller")) return 0;
     for (const auto& [handle, window] : desk().windows)
-        if (window.parent == browserWindow && window.controller == handle) return handle;
-    const auto made = desk().opensWindow({.parent = browserWindow});
-    desk().windows[made].controller = made;
-    return made;
+        if (window.parent == browserWindow && window.answers) return handle;
+    if (!isOpen(browserWindow)) return 0;
+    processController();
+    return desk().fails("page controller") ? 0 : desk().opensWindow({.parent = browserWindow, .answers = true});
 }
-bool endControllers() noexcept { return true; }
-bool sendEntry(WindowHandle, std::unique_ptr<MediaEntry> entry) noexcept {
-    return guarded(false, [&] { return fileEntry(std::move(entry)); });
+bool endControllers() noexcept {
+    controllers().end();
+    std::erase_if(desk().windows, [](const auto& row) { return row.second.answers; });
+    controllerWindows().process = controllerWindows().own = 0;
+    return true;
+}
+bool sendEntry(WindowHandle controller, std::unique_ptr<MediaEntry> entry) noexcept {
+    return guarded(false, [&] {
+        const auto number = controllers().add(controller, std::move(entry));
+        const bool shown = number != 0 && desk().sends(controller, panel_messages::kFileEntry, number) == 1;
+        auto unread = controllers().takeBack(controller, number);
+        return unread ? fileEntry(std::move(unread)) : shown;
+    });
 }
 
 EntryFate entryFate(std::string_view pageUrl, std::string_view extension, std::uint64_t size) {
@@ -260,7 +294,12 @@ EntryFate entryFate(std::string_view pageUrl, std::string_view extension, std::u
 
 CDwnlSelectedPanelSettings CDwnlSelectedPanelSettings::load() {
     CDwnlSelectedPanelSettings settings;
-    settings.mode = numberAt("DwnlSelPanel\\PanelMode").value_or(kAnyLink);
+    const std::string key = "DwnlSelPanel\\";
+    settings.mode = numberAt(key + "PanelMode").value_or(kAnyLink);
+    if (settings.mode != kNamedTypes) return settings;
+    for (const auto& [path, value] : desk().settings)  // the keys below it
+        if (const auto end = path.rfind('\\'); path.starts_with(key) && end > key.size())
+            settings.names.push_back(path.substr(key.size(), end - key.size()));
     return settings;
 }
 
@@ -287,6 +326,7 @@ class DeskButtons final : public IZABButtonManager {
     }
     void SetEntries(std::uint64_t button, std::uint64_t documentId, const char16_t* pageUrl,
                     std::uint32_t count, const char16_t* const* labels, const char16_t* const* links) override {
+        if (!isOpen(button)) return;
         auto& window = desk().windows[button];
         window.documentId = documentId;
         window.pageUrl = pageUrl;
@@ -294,7 +334,7 @@ class DeskButtons final : public IZABButtonManager {
         window.links.assign(links, links + count);
     }
     void ShowButton(std::uint64_t button, std::uint32_t visible) override {
-        desk().windows[button].visible = visible != 0;
+        if (isOpen(button)) desk().windows[button].visible = visible != 0;
     }
 };
 
@@ -309,7 +349,11 @@ CompanionLibraries& companionLibraries() noexcept {
 
 IZABButtonManager* buttonManager() noexcept {
     static DeskButtons buttons;
-    return desk().hasButtonLibrary && !desk().fails("button library") ? &buttons : nullptr;
+    static IZABButtonManager* manager = nullptr;
+    if (manager == nullptr && exePathNarrow() == testbed::kCompanions && processController() != 0 &&
+        !desk().fails("button library"))
+        manager = &buttons;
+    return manager;
 }
 
 }  // namespace zab

@@ -100,6 +100,7 @@ void* loadFreshModule(const std::string& name, int browserVersion) {
     void* library = loadLibrary(name);
     static auto& state = *new LibraryState(library);
     state.restore();
+    desk().posted.clear();
     desk().browserVersion = browserVersion;
     auto& runtime = desk().runtime;
     runtime = {};

@@ -45,14 +45,3 @@ class ManagerProcess {
 };
 
 }  // namespace zab::testing
-
-namespace zab::testbed {
-
-/// Serves this thread's messages, then looks; gives what is seen.
-template <class Look>
-auto meanwhile(Look look) {
-    desk().servesMessages();
-    return look();
-}
-
-}  // namespace zab::testbed

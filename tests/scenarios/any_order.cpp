@@ -28,7 +28,7 @@ constexpr std::uint32_t kStatuses[] = {200, 206, 302, 404};
 class Play {
   public:
     explicit Play(Bytes bytes) : bytes_(bytes) {
-        settings_.set("Extensions", "zip rar");
+        settings_.setCompanions().set("Extensions", "zip rar");
         settings_.set("SpecialKeys\\UseKeyToForce", 1u).set("SpecialKeys\\CtrlF", 1u);
         topWindow_ = desk().opensWindow({.rect = {0, 0, 800, 600}});
         browser_.startsUp();

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "browser/base_window.h"
-#include "browser/hands.h"
 #include "scenarios/scenario.h"
 
 namespace zab::testbed {
@@ -39,10 +38,9 @@ class Buttons : public ::testing::Test {
         browser.finishes(channel);
     }
     /// The user presses, drags and releases over a part of the page that holds links.
-    void drags(Page& page, std::u16string_view links, POINT to) {
+    void drags(Page& page, std::u16string_view links, std::int32_t x, std::int32_t y) {
         browser.mouse(u"mousedown", &page);
-        ClientToScreen(reinterpret_cast<HWND>(window.handle()), &to);
-        SetCursorPos(to.x, to.y);
+        window.putsCursor(x, y);
         browser.mouse(u"mouseup", &page, std::u16string(links));
     }
     /// The only visible button; 0: none, or several.
@@ -70,7 +68,7 @@ TEST_F(Buttons, APageOfFiveEntriesHasAButtonThatFollowsItAndHandsThemOver) {
     ASSERT_NE(over, 0u);
     EXPECT_EQ(window.buttons(true).size(), 1u) << "one for all entries";
     EXPECT_EQ(captionOf(over), u"Download selected files");
-    const auto scrollBar = GetSystemMetrics(SM_CXVSCROLL);
+    const auto scrollBar = scrollBarWidth();
     EXPECT_EQ(areaOf(over).right, 10 + 400 - 2 - scrollBar);
     EXPECT_EQ(areaOf(over).top, 40 + 2);
 
@@ -116,7 +114,7 @@ TEST_F(Buttons, AreMadeOncePerPageAndOnlyWhereTheyCanBe) {
     ASSERT_NE(over, 0u);
     EXPECT_EQ(meanwhile([&] { return opensMenu(over); }).size(), 3u) << "what came before was kept";
     meanwhile([&] { return leavesMenu(over), true; });
-    PostMessageA(reinterpret_cast<HWND>(over), WM_CLOSE, 0, 0);
+    closesButton(over);
     EXPECT_TRUE(serves([&] { return !isWindow(over); }));
     offers(page, "c.mp4");
     EXPECT_TRUE(window.buttons(true).empty()) << "the user closed it: the page gets no other";
@@ -174,7 +172,7 @@ TEST_F(Buttons, SelectedLinksAreChosenFromAPopupThatTheNextPressCloses) {
     browser.cookies = {{"session", "1", "files.example"}};
     auto& page = opensPage(17);
     drags(page, u"http://files.example/a%20b.zip\nmailto:x@h\nftp://h.example/\nhttp://files.example/c.iso",
-          {200, 150});
+          200, 150);
     const auto popup = button();
     ASSERT_NE(popup, 0u);
     EXPECT_EQ(captionOf(popup), u"Download selected files");
@@ -218,7 +216,7 @@ TEST_F(Buttons, APopupOpensAsTheUserWantsIt) {
     int x = 100;
     for (const auto& row : rows) {
         settings.set("DwnlSelPanel\\PanelMode", row.mode);
-        drags(page, row.links, {x += 5, 100});
+        drags(page, row.links, x += 5, 100);
         EXPECT_EQ(window.buttons().size(), row.opens ? 1u : 0u) << row.why;
     }
     browser.selectsTab(u"18");

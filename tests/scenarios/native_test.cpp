@@ -24,6 +24,7 @@ TEST(AnyOrder, LeavesNothingBehind) {
 TEST(PageWindow, IsThatOfTheDocShellWhereTheExtensionNamesNone) {
     for (const int version : {3, 12, 17, 30, 52}) {
         SettingsTree settings;
+        settings.setCompanions();
         desk().windows.clear();
         Browser browser({.version = version});
         browser.startsUp();

@@ -5,8 +5,8 @@
 
 #include "browser/browser.h"
 #include "browser/desktop.h"
-#ifdef _WIN32
 #include "browser/hands.h"
+#ifdef _WIN32
 #include "transfer/manager_process_win32.h"
 #else
 #include "desk/manager_process.h"

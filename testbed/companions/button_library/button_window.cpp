@@ -4,6 +4,8 @@
 #include <map>
 #include <memory>
 
+#include "button_library/choice_record.h"
+
 namespace zab::testbed {
 namespace {
 
@@ -52,21 +54,8 @@ void paint(HWND window, const Button& button) {
     EndPaint(window, &paint);
 }
 
-void addField(std::string& record, std::uint8_t tag, const std::u16string& text) {
-    const std::size_t bytes = std::min<std::size_t>(text.size() * 2, 0xFFFE);
-    record += static_cast<char>(tag);
-    record += static_cast<char>(bytes & 0xFF);
-    record += static_cast<char>(bytes >> 8);
-    record += '\0';
-    record.append(reinterpret_cast<const char*>(text.data()), bytes);
-}
-
 void report(HWND window, const Button& button, const std::u16string& link) {
-    const std::string number = std::to_string(button.page.documentId);
-    std::string record;
-    addField(record, 30, link);
-    addField(record, 32, std::u16string(number.begin(), number.end()));
-    addField(record, 31, button.page.url);
+    std::string record = choiceRecord(link, button.page.documentId, button.page.url);
     COPYDATASTRUCT copy{kMediaRequest, static_cast<DWORD>(record.size()), record.data()};
     DWORD_PTR answer = 0;
     SendMessageTimeoutA(button.controller, WM_COPYDATA, reinterpret_cast<WPARAM>(window),
