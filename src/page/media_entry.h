@@ -113,4 +113,9 @@ constexpr std::string_view addressOf(std::string_view link) noexcept {
     return link;
 }
 
+/// The download manager puts a stream's pieces together, instead of fetching one file.
+constexpr bool isStream(const MediaEntry& entry) noexcept {
+    return addressOf(entry.link).size() != entry.link.size();
+}
+
 }  // namespace zab

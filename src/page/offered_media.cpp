@@ -35,8 +35,6 @@ void fillIn(Number& known, Number told) noexcept {
     if (known == 0) known = told;
 }
 
-bool isStream(const MediaEntry& entry) noexcept { return addressOf(entry.link).size() != entry.link.size(); }
-
 }  // namespace
 
 std::size_t OfferedMedia::bareAt(std::string_view address) const noexcept {

@@ -45,8 +45,6 @@ std::string decimalsOf(std::uint64_t bytes, const Unit& unit) {
     return digits;
 }
 
-bool isStream(const MediaEntry& entry) noexcept { return addressOf(entry.link).size() != entry.link.size(); }
-
 /// "720p TS": what a stream's description does not say already. A file's name says it.
 std::string formatOf(const MediaEntry& entry) {
     if (!isStream(entry)) return {};

@@ -39,7 +39,7 @@ std::size_t CLinkProcessor::add(const Found& found) {
 
 void CLinkProcessor::setText(std::size_t number, std::string_view text) { found_[number].text = text; }
 
-std::optional<std::string> CLinkProcessor::addressOf(std::string_view written) const {
+std::optional<std::string> CLinkProcessor::resolved(std::string_view written) const {
     const std::string cleaned = cleanedReference(schemeOf(base_), written);
     if (cleaned.empty()) return std::nullopt;  // the page itself, which nobody means
     const std::string_view own = splitReference(cleaned).scheme;
@@ -65,7 +65,7 @@ void CLinkProcessor::finish() {
     std::uint32_t place = 0;
     for (Written& written : std::exchange(found_, {})) {
         ++place;
-        if (auto url = addressOf(written.reference)) take(*std::move(url), written, place);
+        if (auto url = resolved(written.reference)) take(*std::move(url), written, place);
     }
     known_.clear();
     choose();

@@ -61,7 +61,7 @@ class CLinkProcessor {
         bool playable;
     };
 
-    [[nodiscard]] std::optional<std::string> addressOf(std::string_view written) const;
+    [[nodiscard]] std::optional<std::string> resolved(std::string_view written) const;
     [[nodiscard]] LinkReason reasonOf(std::string_view url, LinkSource source) const;
     void take(std::string url, Written& written, std::uint32_t place);
     void merge(PageLink& link, Written& written);
