@@ -1,33 +1,13 @@
 // Downloads a link with what the browser told about it: proof that a transfer carries enough to get the file.
 #pragma once
 
-#include <cstdint>
-#include <optional>
-#include <string>
+#include <nlohmann/json.hpp>
 
 namespace zab::testbed {
 
-/// Narrow texts; empty: absent.
-struct DownloadOrder {
-    std::wstring url;
-    std::wstring secondUrl;  // of a film whose sound is kept apart: the sound's playlist
-    std::wstring userAgent;
-    std::wstring referrer;
-    std::wstring cookies;
-    std::string user;
-    std::string password;
-    std::optional<std::string> postBody;
-    std::wstring postContentType;
-};
-
-struct Downloaded {
-    std::uint32_t status = 0;  // of HTTP
-    std::uint64_t sizeBytes = 0;
-    std::string sha256;  // lower-case hexadecimal
-};
-
-/// Nothing when the address is not of HTTP or the server cannot be read to the end. Follows redirects. The
-/// segments of an HLS link are fetched in order and joined, those of its sound behind them.
-std::optional<Downloaded> download(const DownloadOrder& order);
+/// `transfer` is a line of the transfer log. Gives "status" (of HTTP), "size" and "sha256". Follows redirects.
+/// The segments of an HLS link are fetched in order and joined, those of its sound behind them. Throws
+/// std::runtime_error when the address is not of HTTP or an answer cannot be read to its end.
+nlohmann::ordered_json download(const nlohmann::ordered_json& transfer);
 
 }  // namespace zab::testbed

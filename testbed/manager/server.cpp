@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <memory>
-#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -34,37 +33,13 @@ struct Busy {
     Busy& operator=(const Busy&) = delete;
 };
 
-std::wstring wideOf(BSTR text) { return text == nullptr ? L"" : std::wstring(text, SysStringLen(text)); }
-
-/// In the ANSI code page, as the browser side had it.
-std::string narrowOf(BSTR text) {
-    const int length = static_cast<int>(SysStringLen(text));
-    if (length == 0) return {};
-    std::string narrow(
-        static_cast<std::size_t>(WideCharToMultiByte(CP_ACP, 0, text, length, nullptr, 0, nullptr, nullptr)),
-        '\0');
-    WideCharToMultiByte(CP_ACP, 0, text, length, narrow.data(), static_cast<int>(narrow.size()), nullptr,
-                        nullptr);
-    return narrow;
-}
-
-/// Empty when the element is absent or cannot be read.
-std::wstring elementOf(const VARIANT* extraData, LONG index) {
-    if (extraData == nullptr || extraData->vt != (VT_ARRAY | VT_BSTR)) return {};
-    BSTR copy = nullptr;
-    if (FAILED(SafeArrayGetElement(extraData->parray, &index, &copy))) return {};
-    std::wstring text = wideOf(copy);
-    SysFreeString(copy);
-    return text;
-}
-
 /// Behind the call: downloads, then writes the line of the transfer.
-void finish(const Behaviour& behaviour, const DownloadOrder& order, nlohmann::ordered_json line) {
-    if (const auto result = download(order))
-        line["download"] = {
-            {"status", result->status}, {"size", result->sizeBytes}, {"sha256", result->sha256}};
-    else
-        line["error"] = "not downloaded";
+void finish(const Behaviour& behaviour, nlohmann::ordered_json line) {
+    try {
+        line["download"] = download(line);
+    } catch (const std::exception& error) {
+        line["error"] = error.what();
+    }
     appendLine(behaviour.logFile, line);
 }
 
@@ -114,18 +89,8 @@ class Transmitter final : public ILinkTransmitter {
             appendLine(behaviour.logFile, line);  // at once: the lines stand in the order of the calls
             return behaviour.answer;
         }
-        DownloadOrder order{wideOf(url),
-                            elementOf(extraData, 12),
-                            elementOf(extraData, 0),
-                            wideOf(referrer),
-                            wideOf(cookies),
-                            narrowOf(user),
-                            narrowOf(password),
-                            postData == nullptr ? std::nullopt : std::optional(narrowOf(postData)),
-                            elementOf(extraData, 4)};
-        std::thread([behaviour, order = std::move(order), line = std::move(line),
-                     busy = std::make_unique<Busy>()] {
-            finish(behaviour, order, line);
+        std::thread([behaviour, line = std::move(line), busy = std::make_unique<Busy>()] {
+            finish(behaviour, line);
         }).detach();
         return behaviour.answer;
     }

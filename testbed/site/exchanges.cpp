@@ -209,7 +209,6 @@ nlohmann::json requestOf(const Exchange& row, const Origin& origin) {
                            {"load", kLoads[static_cast<std::size_t>(row.load)]},
                            {"expected", nlohmann::json::array()}};
     if (const std::string form = formOf(row.sends); !form.empty()) {
-        request["method"] = "POST";
         request["body"] = form;
         request["bodyType"] = formTypeOf(row.sends);
     }
@@ -218,7 +217,7 @@ nlohmann::json requestOf(const Exchange& row, const Origin& origin) {
     if (row.load != Load::top || !row.closes.empty())
         request["page"] = {{"id", pageId}, {"url", origin.url("/")}, {"title", "The test site"}};
     if (!row.closes.empty()) request["closes"] = row.closes;
-    if (!row.key.empty()) request["keys"] = {row.key};
+    if (!row.key.empty()) request["key"] = row.key;
     return request;
 }
 
@@ -278,10 +277,12 @@ nlohmann::json exchangeList(int port) {
     }
     for (auto& exchange : mediaExchanges(port)) exchanges.push_back(std::move(exchange));
     return {{"settings",
-             {{"extensions", "zip rar 7z gz exe msi"},
-              {"exceptions", kExceptedHost},
-              {"preventKey", "alt"},
-              {"forceKey", "ctrl"}}},
+             {{"Extensions", "zip rar 7z gz exe msi"},
+              {"ExceptionServers", kExceptedHost},
+              {"SpecialKeys\\UseKeyToPrevent", 1},
+              {"SpecialKeys\\AltP", 1},
+              {"SpecialKeys\\UseKeyToForce", 1},
+              {"SpecialKeys\\CtrlF", 1}}},
             {"cookies", {cookieOf(kCaughtHost, kSessionCookie), cookieOf(kMediaHost, kViewerCookie)}},
             {"exchanges", exchanges},
             {"offers", mediaOffers(port)}};

@@ -2,7 +2,7 @@
 // made.
 //
 // The expectations hold under the settings that stand here too. As JSON, the list is what the stand-in browser
-// reads (testbed/browser/exchange_list.md); each exchange carries an "expected" array with one object per hop.
+// reads (testbed/demo/exchange_list.md); each exchange carries an "expected" array with one object per hop.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -10,7 +10,7 @@
 
 namespace zab::site {
 
-/// {"settings": {"extensions", "exceptions", "preventKey", "forceKey"}, "cookies": [...], "exchanges": [...],
+/// {"settings": {name: value}, "cookies": [...], "exchanges": [...],
 /// "offers": [...]}; the last is that of mediaOffers(). Each "expected" object holds `url`, `outcome`
 /// ("browser", "transfer" or "cancel"), `flags` (of the transfer), `fileName` (as the download manager is told
 /// it), `sha256` (of what the download manager must get; "" where nothing can be fetched), `lacks` (what that

@@ -1,13 +1,14 @@
 // zab_site: an HTTP site on 127.0.0.1 whose every answer is known beforehand.
 //
-//   zab_site [--port N]          serves until it is ended; the first line of output is the port (0, the
-//   default, takes
-//                                a free one)
-//   zab_site --list --port N     prints what a browser asks of a site on that port, and what must come of it
+//   zab_site [--port N] [--list FILE]
+//
+// Serves until it is ended; the first line of output is the port (0, the default, takes a free one). FILE then
+// holds what a browser asks of it, and what must come of that.
 
 #include <httplib.h>
 
 #include <CLI/CLI.hpp>
+#include <fstream>
 #include <iostream>
 
 #include "content.h"
@@ -48,7 +49,16 @@ void answer(const httplib::Request& request, httplib::Response& response) {
                                   });
 }
 
-int serve(int port) {
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app("An HTTP site on 127.0.0.1 whose every answer is known beforehand.");
+    int port = 0;
+    std::string list;
+    app.add_option("--port", port, "port to serve on; 0 takes a free one")->check(CLI::Range(0, 65535));
+    app.add_option("--list", list,
+                   "file that is to hold the exchanges of the site, with what must come of them");
+    CLI11_PARSE(app, argc, argv);
     httplib::Server server;
     server.Get(".*", answer);
     server.Post(".*", answer);
@@ -60,20 +70,7 @@ int serve(int port) {
         std::cerr << "zab_site: the port cannot be had\n";
         return 2;
     }
+    if (!list.empty()) std::ofstream(list) << exchangeList(port).dump(1);
     std::cout << port << std::endl;
     return server.listen_after_bind() ? 0 : 2;
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    CLI::App app("An HTTP site on 127.0.0.1 whose every answer is known beforehand.");
-    int port = 0;
-    bool list = false;
-    app.add_option("--port", port, "port to serve on; 0 takes a free one")->check(CLI::Range(0, 65535));
-    app.add_flag("--list", list, "print the exchanges of a site on this port, with what must come of them");
-    CLI11_PARSE(app, argc, argv);
-    if (!list) return serve(port);
-    std::cout << exchangeList(port).dump(2) << '\n';
-    return 0;
 }
