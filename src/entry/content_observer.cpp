@@ -78,7 +78,7 @@ bool transfer(const Channel& channel, const std::string& navigation, const Trans
     const std::string line = lineOf(decision);
     handedOver().begins(channel.get(), navigation);
     const bool made = sendToDownloadManager(record) == TransferResult::made;
-    handedOver().ends(channel.get(), navigation, made);
+    handedOver().ends(channel.get(), navigation, made, now());
     if (made) writeDebuggerText(line);
     return made;
 }

@@ -55,10 +55,14 @@ std::int32_t answerNavigation(const PolicyQuestion& question) {
         decidePolicy({question.type, question.url, clicked, question.takesClicks}, RegistrySettings{});
     if (decision.outcome != Outcome::transfer) return kPolicyAccept;
     const TransferRecord record = transferOf(question, decision);
-    const bool made = TransferSession().sendAsBrowser(record) == TransferResult::made;
-    handedOver().policyTried(record.url, made, std::chrono::steady_clock::now());
+    const std::string line = "**********Policy transfer: " + sentenceOf(decision) + "\r\n";
+    TransferSession session;
+    handedOver().begins(nullptr, record.url);
+    const bool made = session.sendAsBrowser(record) == TransferResult::made;
+    // From here on nothing may fail: what the download manager has must not be loaded as well.
+    handedOver().ends(nullptr, record.url, made, std::chrono::steady_clock::now());
     if (!made) return kPolicyAccept;
-    writeDebuggerText("**********Policy transfer: " + sentenceOf(decision) + "\r\n");
+    writeDebuggerText(line);
     return kPolicyReject;
 }
 

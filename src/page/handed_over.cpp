@@ -14,10 +14,6 @@ void HandedOver::policyAsked(std::string_view url) noexcept {
     });
 }
 
-void HandedOver::policyTried(std::string_view url, bool made, Time now) {
-    add({nullptr, std::string(withoutFragment(url)), now, made ? State::made : State::failed});
-}
-
 void HandedOver::channelStarts(const nsISupports* channel) noexcept {
     std::erase_if(navigations_, [&](const Navigation& navigation) { return navigation.channel == channel; });
 }
@@ -44,9 +40,11 @@ void HandedOver::begins(const nsISupports* channel, std::string_view url) {
     add({channel, std::string(withoutFragment(url)), {}, State::underWay});
 }
 
-void HandedOver::ends(const nsISupports* channel, std::string_view url, bool made) noexcept {
+void HandedOver::ends(const nsISupports* channel, std::string_view url, bool made, Time now) noexcept {
     const auto found = find(channel, url);
-    if (found != navigations_.end()) found->state = made ? State::made : State::failed;
+    if (found == navigations_.end()) return;
+    found->at = now;
+    found->state = made ? State::made : State::failed;
 }
 
 HandedOver::State HandedOver::stateOf(const nsISupports* channel, std::string_view url) noexcept {

@@ -34,9 +34,6 @@ class HandedOver {
 
     /// The policy is asked about a load of `url`: a new navigation, whatever was before.
     void policyAsked(std::string_view url) noexcept;
-    /// And tried to hand it over, with the transfer ending at `now`.
-    void policyTried(std::string_view url, bool made, Time now);
-
     /// A channel is new, whatever stood at its address before. To be called before anything about it can fail.
     void channelStarts(const nsISupports* channel) noexcept;
     enum class State : std::uint8_t {
@@ -51,9 +48,10 @@ class HandedOver {
     /// A navigation that failed goes on as a load of `location`.
     void redirected(const nsISupports* channel, std::string_view url, std::string_view location, Time now);
 
-    /// The request or its response is being handed over; ends() says how that went.
+    /// The request or its response is being handed over, or, with a null channel, what the policy was asked
+    /// about. All memory is taken here: ends() says how it went, when nothing may fail any more.
     void begins(const nsISupports* channel, std::string_view url);
-    void ends(const nsISupports* channel, std::string_view url, bool made) noexcept;
+    void ends(const nsISupports* channel, std::string_view url, bool made, Time now) noexcept;
     [[nodiscard]] State stateOf(const nsISupports* channel, std::string_view url) noexcept;
 
   private:

@@ -20,9 +20,14 @@ const nsISupports* channel(int number) {
 constexpr HandedOver::Time kNow{};
 constexpr const char* kUrl = "http://h/a";
 
+void policyTried(HandedOver& record, bool made) {
+    record.begins(nullptr, kUrl);
+    record.ends(nullptr, kUrl, made, kNow);
+}
+
 TEST(HandedOver, ANavigationOfThePolicyIsOneRequest) {
     HandedOver record;
-    record.policyTried(kUrl, true, kNow);
+    policyTried(record, true);
     EXPECT_EQ(record.loadStarts(channel(0), "http://h/b", kNow), State::notYet) << "another address";
     EXPECT_EQ(record.loadStarts(channel(1), "http://h/a#x", kNow), State::made)
         << "a fragment makes no other navigation";
@@ -32,10 +37,10 @@ TEST(HandedOver, ANavigationOfThePolicyIsOneRequest) {
 
 TEST(HandedOver, WhatThePolicyIsAskedAnewIsANewNavigation) {
     HandedOver record;
-    record.policyTried(kUrl, true, kNow);
+    policyTried(record, true);
     record.policyAsked(kUrl);
     EXPECT_EQ(record.loadStarts(channel(0), kUrl, kNow), State::notYet) << "this time it let the browser";
-    record.policyTried(kUrl, true, kNow);
+    policyTried(record, true);
     EXPECT_EQ(record.loadStarts(channel(0), kUrl, kNow + HandedOver::kPatience + seconds(1)), State::notYet)
         << "too late to be the refused one";
 }
@@ -46,20 +51,20 @@ TEST(HandedOver, AChannelIsHandedOverOnceUntilItServesAgain) {
     record.begins(channel(0), kUrl);
     EXPECT_EQ(record.stateOf(channel(0), kUrl), State::underWay) << "a notification inside the call";
     EXPECT_EQ(record.stateOf(channel(1), kUrl), State::notYet) << "another request for the same";
-    record.ends(channel(0), kUrl, true);
+    record.ends(channel(0), kUrl, true, kNow);
     EXPECT_EQ(record.stateOf(channel(0), kUrl), State::made);
     EXPECT_EQ(record.stateOf(channel(0), "http://h/b"), State::notYet);
     record.channelStarts(channel(0));
     EXPECT_EQ(record.stateOf(channel(0), kUrl), State::notYet) << "its address serves another request";
 
     record.begins(channel(0), kUrl);
-    record.ends(channel(0), kUrl, false);
+    record.ends(channel(0), kUrl, false, kNow);
     EXPECT_EQ(record.stateOf(channel(0), kUrl), State::failed) << "which is not tried again";
 }
 
 TEST(HandedOver, AFailedNavigationStaysSoWhereverItLeads) {
     HandedOver record;
-    record.policyTried(kUrl, false, kNow);
+    policyTried(record, false);
     EXPECT_EQ(record.loadStarts(channel(0), kUrl, kNow), State::failed);
     record.redirected(channel(0), kUrl, "http://h/b#x", kNow);
     EXPECT_EQ(record.loadStarts(channel(1), "http://h/b", kNow), State::failed) << "on the redirect's channel";
