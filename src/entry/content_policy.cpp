@@ -25,13 +25,17 @@ std::string pageAddress(std::string_view origin) {
     return webAddressOf(origin) ? std::string(origin) : std::string{};
 }
 
+DocumentId documentOf(const PolicyQuestion& question) {
+    return question.document ? *question.document : documentIdOf(question.context);
+}
+
 void recordObjectRequest(const PolicyQuestion& question) {
     OBJECTREQUESTSARRAY_ITEM record;
     record.url = question.url;
     record.pageUrl = pageAddress(question.origin);
     record.referrer = record.pageUrl;
     record.document = question.context;
-    record.documentId = question.document;
+    record.documentId = documentOf(question);
     record.extension = plainExtensionOf(lastSegmentOf(question.url));
     record.kind = objectKindOf(question.mimeGuess, record.extension);
     record.fromPolicy = true;
@@ -71,7 +75,8 @@ std::int32_t answerNavigation(const PolicyQuestion& question) {
 std::int32_t answerPolicy(const PolicyQuestion& question) {
     markSeen(BrowserHook::contentPolicy);
     // Asked for every load of every page: the line is composed only for who reads it.
-    if (debuggerWatches()) writeDebuggerText("********** docID=" + std::to_string(question.document) + "\r\n");
+    if (debuggerWatches())
+        writeDebuggerText("********** docID=" + std::to_string(documentOf(question)) + "\r\n");
     if (isObjectRequest(question.type)) recordObjectRequest(question);
     return question.type == policy_types::kDocument ? answerNavigation(question) : kPolicyAccept;
 }

@@ -1,10 +1,12 @@
 // The browser's content policy asks before it loads anything: a navigation can be taken here before there is a
 // request, and the requests of a page's media and plug-ins are remembered for their responses.
 //
-// The browser asks for every image, so whatever is no page and no object costs one line to the debugger only.
+// The browser asks for every image: what is no page and no object asks nobody, takes no memory and reads no
+// setting.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "page/document_id.h"
@@ -17,9 +19,9 @@ struct PolicyQuestion {
     std::string_view url;
     std::string_view origin;  // the page that asks; empty: not known
     std::string_view mimeGuess;
-    nsISupports* context = nullptr;  // compared, and asked for its document ID
-    DocumentId document = 0;
-    bool takesClicks = false;  // see PolicyFacts
+    nsISupports* context = nullptr;      // compared
+    std::optional<DocumentId> document;  // absent: the context is asked, when it is needed
+    bool takesClicks = false;            // see PolicyFacts
 };
 
 /// kPolicyReject when the download manager has the load, else kPolicyAccept.

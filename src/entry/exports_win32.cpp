@@ -1,5 +1,6 @@
 // The exported functions: each says what it is and its neutral value; what it does stands elsewhere.
 
+#include <optional>
 #include <utility>
 
 #include "binding/browser_string.h"
@@ -24,7 +25,7 @@ Result entered(Result neutral, Body&& body) noexcept {
 }
 
 std::int32_t answer(std::uint32_t type, const nsACString* url, const nsACString* origin, nsISupports* context,
-                    const nsACString* mimeGuess, DocumentId document, bool takesClicks) {
+                    const nsACString* mimeGuess, std::optional<DocumentId> document, bool takesClicks) {
     return answerPolicy({type, viewOf(url), viewOf(origin), viewOf(mimeGuess), context, document, takesClicks});
 }
 
@@ -63,7 +64,7 @@ std::uint32_t ZABMzCC_GetListenerState() {
 std::int32_t ZABMzCC_ShouldLoad(std::uint32_t type, const nsACString* url, const nsACString* origin,
                                 nsISupports* context, const nsACString* mimeGuess) {
     return entered(kPolicyAccept,
-                   [&] { return answer(type, url, origin, context, mimeGuess, documentIdOf(context), false); });
+                   [&] { return answer(type, url, origin, context, mimeGuess, std::nullopt, false); });
 }
 
 std::int32_t ZABMzCC_ShouldLoad2(std::uint32_t type, const nsACString* url, const nsACString* origin,
@@ -76,7 +77,7 @@ std::int32_t ZABMzCC_ShouldLoad2(std::uint32_t type, const nsACString* url, cons
 
 std::int32_t ZABMzCC_ShouldLoad_old1(std::uint32_t type, const nsACString* url, nsISupports* context) {
     return entered(kPolicyAccept,
-                   [&] { return answer(type, url, nullptr, context, nullptr, documentIdOf(context), true); });
+                   [&] { return answer(type, url, nullptr, context, nullptr, std::nullopt, true); });
 }
 
 nsresult ZABMzCC_DownloadLinkWithZAB(const nsAString* url, const nsAString* referrer, const nsAString* cookies,

@@ -17,6 +17,7 @@ constexpr HookedImport kCounted[] = {
     {"RegQueryValueExW"},
     {"RegSetValueExA"},
     {"RegEnumKeyExA"},
+    {"RegQueryInfoKeyA"},
     {"RegNotifyChangeKeyValue"},
     {"RegCloseKey"},
     {"WaitForSingleObject"},
@@ -102,6 +103,26 @@ TEST_F(Cost, WhatAPageEmbedsReachesNeitherRegistryNorLockNorHeap) {
         EXPECT_EQ(callsDuring([&] { browser.answers(second, 200, row.answer); }), row.calls) << row.why;
         EXPECT_FALSE(second.cancelled()) << row.why;
     }
+}
+
+TEST_F(Cost, APolicyQuestionAsksNobody) {
+    constexpr std::uint32_t kImage = 3;  // of the content policy
+    const auto& module = browser.module();
+    const PassedText url(browser.runtime(), std::string_view("http://h.example/a.png")),
+        id(browser.runtime(), u"17");
+    auto& page = browser.opensPage("http://h.example/");
+    const auto helpersBefore = browser.helperCalls();
+    const auto ask = [&] {
+        browser.intoModule([&] {
+            return module.ShouldLoad(kImage, url, url, page.asSupports(), url) ==
+                           module.ShouldLoad2(kImage, url, url, page.asSupports(), url, id)
+                       ? 0u
+                       : 1u;
+        });
+    };
+    ask();
+    EXPECT_EQ(callsDuring(ask), "");
+    EXPECT_EQ(browser.helperCalls(), helpersBefore);
 }
 
 TEST_F(Cost, ARequestTakesTheLockOnceAndMakesOneRecord) {
