@@ -62,10 +62,20 @@ const RegistryKey* browserKey(bool& created) {
     return program ? browser.get([&] { return browserRecord(*program, created); }) : nullptr;
 }
 
+/// What `read` finds in a kept key. Only when it finds nothing `open` has its turn, which asks the system
+/// whether the key is still there, as a re-made key could hold it.
+template <class Open, class Read>
+auto readKept(const CachedKey& cache, Open open, Read read) -> decltype(read(*cache.ifOpen())) {
+    const RegistryKey* kept = cache.ifOpen();
+    if (kept != nullptr)
+        if (auto found = read(*kept)) return found;
+    const RegistryKey* key = open();
+    return key != nullptr && key != kept ? read(*key) : std::nullopt;
+}
+
 template <class Value>
-auto rootText(const Value& value) -> decltype(root.ifOpen()->text(value)) {
-    const RegistryKey* key = rootKey();
-    return key != nullptr ? key->text(value) : std::nullopt;
+auto rootText(const Value& value) {
+    return readKept(root, rootKey, [&](const RegistryKey& key) { return key.text(value); });
 }
 
 }  // namespace
@@ -82,7 +92,10 @@ const RegistryKey* rootKey() {
     return key;
 }
 
-const RegistryKey* specialKeysKey() { return rootKey() ? cached(specialKeys, kSpecialKeysPath) : nullptr; }
+const RegistryKey* specialKeysKey() {
+    if (const RegistryKey* key = specialKeys.living()) return key;
+    return rootKey() != nullptr ? cached(specialKeys, kSpecialKeysPath) : nullptr;
+}
 const RegistryKey* panelKey() { return cached(panel, kPanelKeyPath); }
 const RegistryKey* minimumSizesKey() { return cached(minimumSizes, kMinimumSizesPath); }
 
@@ -106,8 +119,10 @@ std::uint32_t IsBrowserIntegrationEnabled() noexcept {
     return guarded(1u, [] {
         if (browser.ifOpen() == nullptr) return 1u;
         bool madeAnew = false;
-        const RegistryKey* key = browserKey(madeAnew);
-        return key == nullptr || key->number(kIntegration) != 0 ? 1u : 0u;
+        const auto on = readKept(
+            browser, [&] { return browserKey(madeAnew); },
+            [](const RegistryKey& key) { return key.number(kIntegration.name); });
+        return on.value_or(kIntegration.fallback) != 0 ? 1u : 0u;
     });
 }
 
@@ -126,8 +141,7 @@ std::optional<std::u16string> dataFolder() { return rootText(kDataFolder); }
 
 std::optional<std::uint32_t> languageId() noexcept {
     return guarded(std::optional<std::uint32_t>{}, [] {
-        const RegistryKey* key = rootKey();
-        return key != nullptr ? key->number(kLanguageId) : std::nullopt;
+        return readKept(root, rootKey, [](const RegistryKey& key) { return key.number(kLanguageId); });
     });
 }
 
