@@ -76,7 +76,7 @@ std::vector<std::string> addressesOf(std::string_view mediaUrl) {
     return addresses;
 }
 
-ObjectKind requestedKind(const MediaRequest& request) noexcept {
+ObjectKind requestedKind(const MediaRequest& request) {
     if (request.streamName.starts_with(kAudioStream)) return ObjectKind::audio;
     const std::string extension = utf8FromUtf16(request.extension);
     // Deliberate: the panel asks for an M4A as for a film. Held by MediaChoice.AudioIsTold.

@@ -34,6 +34,6 @@ MediaRequest decodeMediaRequest(Bytes payload);
 std::vector<std::string> addressesOf(std::string_view mediaUrl);
 
 /// By its extension or its stream's name.
-ObjectKind requestedKind(const MediaRequest& request) noexcept;
+ObjectKind requestedKind(const MediaRequest& request);
 
 }  // namespace zab
