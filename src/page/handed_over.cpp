@@ -20,10 +20,12 @@ void HandedOver::channelStarts(const nsISupports* channel) noexcept {
 
 HandedOver::State HandedOver::loadStarts(const nsISupports* channel, std::string_view url, Time now) noexcept {
     std::erase_if(navigations_, [&](const Navigation& navigation) {
-        return navigation.channel == nullptr && now - navigation.at > kPatience;
+        return navigation.channel == nullptr && navigation.state != State::underWay &&
+               now - navigation.at > kPatience;
     });
     const auto found = find(nullptr, url);
-    if (found == navigations_.end()) return State::notYet;
+    // A load that starts while the policy still waits for an answer is another one.
+    if (found == navigations_.end() || found->state == State::underWay) return State::notYet;
     found->channel = channel;
     return found->state;
 }
