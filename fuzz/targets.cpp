@@ -58,7 +58,7 @@ constexpr Target kTargets[] = {
     {"decide", checkDecide},
     {"encoding", checkEncoding},
     {"exception_list", checkExceptionList},
-    {"facebook", checkFacebook},
+    {"facebook", checkSite<facebookEntries>},
     {"har", checkExchanges},
     {"hds", checkHds},
     {"header_line", checkHeaderLine},
@@ -74,7 +74,7 @@ constexpr Target kTargets[] = {
     {"tag_scanner", checkTagScanner},
     {"url", checkUrl},
     {"url_unescape", checkUrlUnescape},
-    {"vimeo", checkVimeo},
+    {"vimeo", checkSite<vimeoRenditions>},
     {"youtube", checkYoutube},
 };
 

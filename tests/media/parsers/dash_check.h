@@ -1,7 +1,6 @@
 // What holds for every body that the DASH parser may meet; shared by the property test and the fuzz target.
 #pragma once
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -52,13 +51,6 @@ inline std::string naiveDashRecords(std::string_view body) {
     return all;
 }
 
-inline void checkDash(std::string_view body) {
-    zab::CYoutubeDashXMLParser parser;
-    parser.parse(body);
-    must(parser.representations.size() <= static_cast<std::size_t>(std::count(body.begin(), body.end(), '<')));
-    const std::string records = dashRecords(body);
-    must(records == dashRecords(body));
-    must(records == naiveDashRecords(body));
-}
+inline void checkDash(std::string_view body) { must(dashRecords(body) == naiveDashRecords(body)); }
 
 }  // namespace zabtest

@@ -4,95 +4,76 @@
 
 #include "media/parsers/generated.h"
 #include "media/parsers/site_checks.h"
+#include "readings.h"
 
 namespace zab {
 namespace {
 
 using namespace std::string_view_literals;
-
+using zabtest::expectReadings;
 using zabtest::facebookEntries;
-using zabtest::Lines;
+using zabtest::Reading;
 
 TEST(Facebook, TakesTheAddressesOfEachBlock) {
-    const struct {
-        std::string_view text;
-        Lines entries;
-        const char* why;
-    } rows[] = {
-        {R"(videoData:[{hd_src:"a",sd_src:"b"}])", {"hd a 0", "sd b 0"}, "high definition first"},
-        {R"("videoData":[{"sd_src":"b","hd_src":"a"}])", {"hd a 0", "sd b 0"}, "quoted"},
-        {R"(videoData: sd_src: 	'b')", {"sd b 0"}, "one address, single quotes, white space"},
-        {R"(videoData:hd_src:"")", {"hd  0"}, "an empty value is an address"},
-        {R"(videoData:sd_src:null "sd_src":"q")", {"sd q 0"}, "a bare key without a value is absent"},
-        {R"(videoData:sd_src:null sd_src:"q")", {}, "only the next bare key is looked at"},
-        {R"(videoData:"sd_src":"q" sd_src:"b")", {"sd b 0"}, "the bare key wins, though farther"},
-        {R"("videoData":sd_src:"q" videoData:sd_src:"b")", {"sd b 0"}, "the bare marker wins, though farther"},
-        {R"(videoData:sd_src:"b" "videoData":sd_src:"q")", {"sd b 0", "sd q 0"}, "then the quoted one"},
-        {R"(videoData: videoData:sd_src:"b")", {"sd b 0", "sd b 0"}, "a block takes what is ahead"},
-        {R"(sd_src:"b" videoData:)", {}, "not what is behind"},
-        {R"(sd_src:"b")", {}, "no block"},
-        {R"(videoData:sd_src:"b)", {}, "no closing quote"},
-        {R"(videoData:sd_src:"it's")", {"sd it's 0"}, "the same quote closes"},
-        {R"(videoData:sd_src:"h:\/\/x\u0025\u0026\\/")",
-         {R"(sd h://x%\u0026\/ 0)"},
+    const Reading rows[] = {
+        {R"(videoData:[{hd_src:"a",sd_src:"b"}])", "hd a 0;sd b 0;", "high definition first"},
+        {R"("videoData":[{"sd_src":"b","hd_src":"a"}])", "hd a 0;sd b 0;", "quoted"},
+        {R"(videoData: sd_src: 	'b')", "sd b 0;", "one address, single quotes, white space"},
+        {R"(videoData:hd_src:"")", "hd  0;", "an empty value is an address"},
+        {R"(videoData:sd_src:null "sd_src":"q")", "sd q 0;", "a bare key without a value is absent"},
+        {R"(videoData:sd_src:null sd_src:"q")", "", "only the next bare key is looked at"},
+        {R"(videoData:"sd_src":"q" sd_src:"b")", "sd b 0;", "the bare key wins, though farther"},
+        {R"("videoData":sd_src:"q" videoData:sd_src:"b")", "sd b 0;", "so does the bare marker"},
+        {R"(videoData:sd_src:"b" "videoData":sd_src:"q")", "sd b 0;sd q 0;", "then the quoted one"},
+        {R"(sd_src:"b" videoData:)", "", "a block takes what is ahead"},
+        {R"(videoData:sd_src:"b)", "", "no closing quote"},
+        {R"(videoData:sd_src:"it's")", "sd it's 0;", "the same quote closes"},
+        {R"(videoData:sd_src:"h:\/\/x\u0025\u0026\\/")", R"(sd h://x%\u0026\/ 0;)",
          "two escapes, one pass each"},
-        {std::string_view("videoData:\0sd_src:'b'", 21), {}, "ends at NUL"},
-        {"", {}, "nothing"},
     };
-    for (const auto& row : rows) EXPECT_EQ(facebookEntries(row.text), row.entries) << row.why;
+    expectReadings(facebookEntries, rows);
 }
 
 TEST(Facebook, TakesTheDurationFromTheManifestOfTheBlock) {
-    const struct {
-        std::string_view behindTheAddress;
-        const char* seconds;
-        const char* why;
-    } rows[] = {
-        {R"( dash_manifest mediaPresentationDuration=\"PT9S\")", "9", "behind backslash, quote and ="},
-        {R"( dash_manifest mediaPresentationDuration='PT9S')", "9", "single quotes"},
-        {R"( mediaPresentationDuration="PT9S" dash_manifest)", "0", "before the manifest"},
-        {R"( mediaPresentationDuration="PT9S")", "0", "no manifest"},
-        {R"( dash_manifest videoData: mediaPresentationDuration="PT9S")", "0", "of the next block"},
-        {R"( videoData: dash_manifest mediaPresentationDuration="PT9S")", "0", "manifest of the next block"},
-        {R"( dash_manifest mediaPresentationDuration= "PT9S")", "0", "a blank is not skipped"},
-        {R"( dash_manifest mediaPresentationDuration="PT9S)", "0", "no end"},
-        {R"( dash_manifest mediaPresentationDuration=)", "0", "nothing there"},
+    const auto read = [](const std::string& behind) {
+        return facebookEntries("videoData:sd_src:'b'" + behind);
     };
-    for (const auto& row : rows) {
-        const auto entries = facebookEntries("videoData:sd_src:'b'" + std::string(row.behindTheAddress));
-        ASSERT_FALSE(entries.empty()) << row.why;
-        EXPECT_EQ(entries[0], std::string("sd b ") + row.seconds) << row.why;
-    }
+    const Reading rows[] = {
+        {R"( dash_manifest mediaPresentationDuration=\"PT9S\")", "sd b 9;", "behind backslash, quote and ="},
+        {R"( mediaPresentationDuration="PT9S" dash_manifest)", "sd b 0;", "before the manifest"},
+        {R"( dash_manifest videoData: mediaPresentationDuration="PT9S")", "sd b 0;", "of the next block"},
+        {R"( videoData: dash_manifest mediaPresentationDuration="PT9S")", "sd b 0;", "its manifest"},
+        {R"( dash_manifest mediaPresentationDuration= "PT9S")", "sd b 0;", "a blank is not skipped"},
+        {R"( dash_manifest mediaPresentationDuration="PT9S)", "sd b 0;", "no end"},
+        {R"( dash_manifest mediaPresentationDuration=)", "sd b 0;", "nothing there"},
+    };
+    expectReadings(read, rows);
 }
 
 TEST(IsoDuration, IsWholeSecondsOrZero) {
-    const struct {
-        std::u16string_view text;
-        std::uint32_t seconds;
-        const char* why;
-    } rows[] = {
-        {u"PT1M30.5S\"", 90, "the fraction is dropped"},
-        {u"PT1,5X\"", 1, "and everything behind it"},
-        {u"P1DT1H'", 90000, "days and hours"},
-        {u"P1Y1M ", 365 * 86400 + 30 * 86400, "years and months"},
-        {u"PT1M1S\\", 61, "minutes behind the T"},
-        {u"PT1S2S\"", 2, "the last of a repeated unit"},
-        {u"PT\"", 0, "no number"},
-        {u"P1DT\"", 86400, "nothing behind the T"},
-        {u"PT5X\"", 0, "unknown unit"},
-        {u"P1H\"", 0, "hours before the T"},
-        {u"P1.5D\"", 0, "a fraction before the T"},
-        {u"PT1HT1S\"", 0, "a second T"},
-        {u"PT-5S\"", 0, "not a number"},
-        {u"PT5\"", 0, "no unit"},
-        {u"PTS\"", 0, "no number before the unit"},
-        {u"pt5s\"", 0, "lower case"},
-        {u"PT5S", 0, "no end"},
-        {u"P50000Y\"", static_cast<std::uint32_t>(50000ull * 365 * 86400), "modulo 2^32"},
-        {u"PT99999999999S\"", 4294967295u, "a number beyond 32 bits is the largest"},
-        {u"", 0, "nothing"},
+    const auto read = [](std::string_view text) {
+        return std::to_string(isoDurationSeconds(utf16FromUtf8(text)));
     };
-    for (const auto& row : rows) EXPECT_EQ(isoDurationSeconds(row.text), row.seconds) << row.why;
+    const Reading rows[] = {
+        {"PT1M30.5S\"", "90", "the fraction is dropped"},
+        {"PT1,5X\"", "1", "and everything behind it"},
+        {"P1DT1H'", "90000", "days and hours"},
+        {"P1Y1M ", "34128000", "years and months: of 365 and 30 days"},
+        {"PT1M1S\\", "61", "minutes behind the T"},
+        {"PT1S2S\"", "2", "the last of a repeated unit"},
+        {"P1DT\"", "86400", "nothing behind the T"},
+        {"PT5X\"", "0", "unknown unit"},
+        {"P1H\"", "0", "hours before the T"},
+        {"P1.5D\"", "0", "a fraction before the T"},
+        {"PT1HT1S\"", "0", "a second T"},
+        {"PT5\"", "0", "no unit"},
+        {"PTS\"", "0", "no number before the unit"},
+        {"1D\"", "0", "no P"},
+        {"PT5S", "0", "no end"},
+        {"P50000Y\"", "547002368", "modulo 2^32"},
+        {"PT99999999999S\"", "4294967295", "a number beyond 32 bits is the largest"},
+    };
+    expectReadings(read, rows);
 }
 
 TEST(Facebook, KeepsAnAddressThatManyBlocksShareOnce) {
@@ -110,12 +91,7 @@ const auto kPieces = zabtest::pieces(
     "dash_manifest~mediaPresentationDuration~=~PT9S~P1D~T~ ~\n~,~9~\0"sv);
 
 TEST(Facebook, EveryPrefixOfGeneratedTextsKeepsItsBounds) {
-    zabtest::Random random(66);
-    for (int round = 0; round < 30; ++round) {
-        const std::string text = zabtest::strungTogether(random, kPieces, 60);
-        for (std::size_t size = 0; size <= text.size(); size += 1 + random() % 9)
-            zabtest::onExactBlock(std::string_view(text).substr(0, size), zabtest::checkFacebook);
-    }
+    zabtest::checkGenerated(zabtest::Random(66), 30, kPieces, zabtest::checkSite<facebookEntries>);
 }
 
 TEST(Facebook, AddsEntriesByHand) {

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdlib>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -17,35 +16,56 @@ inline constexpr std::string_view kFullPlaylist =
     "#EXT-X-VERSION:3\n#EXT-X-MEDIA:GROUP-ID=g,URI=a\n#EXT-X-STREAM-INF:AUDIO=g\nv\n#EXT-X-TARGETDURATION:9\n"
     "#EXT-X-MEDIA-SEQUENCE:9\n#EXT-X-MAP:URI=x\n#EXTINF:9,t\ns\nEXT-X-ENDLIST\n#EXT-X-MEDIA:GROUP-ID=h\n";
 
-/// Everything that a parse gives, as text; `before`: by a parser that has read this already.
-inline std::string hlsRecords(std::string_view body, std::string_view before = {}) {
-    zab::CM3UParser parser;
-    zab::CM3UParser::Stream stream;
-    parser.parse(before);
-    while (parser.getNextStream(stream)) continue;
-    std::ostringstream all;
-    all.precision(17);
-    all << parser.parse(body) << parser.kind << parser.takeAllVariants << parser.hasNonTsSegments << '\n';
-    for (const auto& v : parser.master.variants)
-        all << v.uri << '|' << v.programId << '|' << v.bandwidth << '|' << v.codecs << '|' << v.resolution
-            << '|' << v.audio << '|' << v.video << '|' << v.subtitles << '\n';
-    for (const auto& r : parser.master.renditions)
-        all << r.groupId << '|' << r.uri << '|' << r.type << '|' << r.language << '|' << r.name << '|'
-            << r.isDefault << '|' << r.autoselect << '|' << r.forced << '|' << r.characteristics << '\n';
-    for (const auto& s : parser.media.segments) all << s.title << '|' << s.uri << '|' << s.duration << '\n';
-    all << parser.master.version << parser.media.version << parser.media.targetDuration << '|'
-        << parser.media.mediaSequence << '|' << parser.media.endList << '|' << parser.media.totalDuration
-        << '\n';
-    while (parser.getNextStream(stream))
-        all << stream.uri << '|' << stream.audioUri << '|' << stream.height << '|' << stream.durationText << '|'
-            << stream.bandwidth << '\n';
-    return all.str();
+/// "a|b|c;"
+template <class First, class... Rest>
+std::string record(const First& first, const Rest&... rest) {
+    std::ostringstream fields;
+    fields.precision(17);
+    fields << first;
+    ((fields << '|' << rest), ...);
+    return fields.str() + ';';
 }
 
-inline std::string withCrBeforeLf(std::string_view body) {
-    std::string result;
-    for (const char c : body) result.append(c == '\n' ? "\r\n" : std::string(1, c));
-    return result;
+inline std::string segmentsOf(const zab::CM3UParser& parser) {
+    std::string all;
+    for (const auto& s : parser.media.segments) all += record(s.title, s.uri, s.duration);
+    return all;
+}
+inline std::string variantsOf(const zab::CM3UParser& parser) {
+    std::string all;
+    for (const auto& v : parser.master.variants)
+        all += record(v.uri, v.programId, v.bandwidth, v.codecs, v.resolution, v.audio, v.video, v.subtitles);
+    return all;
+}
+inline std::string renditionsOf(const zab::CM3UParser& parser) {
+    std::string all;
+    for (const auto& r : parser.master.renditions)
+        all += record(r.groupId, r.uri, r.type, r.language, r.name, r.isDefault, r.autoselect, r.forced,
+                      r.characteristics, r.subtitles);
+    return all;
+}
+/// Target duration, sequence, versions, end mark and total duration.
+inline std::string headOf(const zab::CM3UParser& parser) {
+    const auto& media = parser.media;
+    return record(media.targetDuration, media.mediaSequence, parser.master.version, media.version,
+                  media.endList, media.totalDuration);
+}
+inline std::string streamsOf(zab::CM3UParser& parser) {
+    std::string all;
+    zab::CM3UParser::Stream s;
+    while (parser.getNextStream(s)) all += record(s.uri, s.audioUri, s.height, s.durationText, s.bandwidth);
+    must(s.uri.empty());  // the outputs are emptied at the end too
+    return all;
+}
+
+/// Everything that a parse gives; `before`: by a parser that has read this already.
+inline std::string hlsRecords(std::string_view body, std::string_view before = {}) {
+    zab::CM3UParser parser;
+    parser.parse(before);
+    streamsOf(parser);
+    const bool isPlaylist = parser.parse(body);
+    return record(isPlaylist, parser.kind, parser.takeAllVariants, parser.hasNonTsSegments) +
+           variantsOf(parser) + renditionsOf(parser) + segmentsOf(parser) + headOf(parser) + streamsOf(parser);
 }
 
 inline void checkHls(std::string_view body) {
@@ -54,17 +74,11 @@ inline void checkHls(std::string_view body) {
     const auto tags = static_cast<std::size_t>(std::count(body.begin(), body.end(), '#'));
     must(parser.master.variants.size() + parser.master.renditions.size() + parser.media.segments.size() <=
          tags);
-    double total = 0;
-    std::size_t linked = 0;
-    const zab::CM3UParser::MediaSegment* segment =
-        parser.media.segments.empty() ? nullptr : &parser.media.segments[0];
-    for (; segment != nullptr; segment = segment->next, ++linked) total += segment->duration;
-    must(linked == parser.media.segments.size());
-    must(total == parser.media.totalDuration || total != total);
-
     const std::string once = hlsRecords(body);
     must(hlsRecords(body, kFullPlaylist) == once);
-    must(hlsRecords(withCrBeforeLf(body)) == once);
+    std::string withCr;
+    for (const char c : body) withCr.append(c == '\n' ? "\r\n" : std::string(1, c));
+    must(hlsRecords(withCr) == once);
 }
 
 }  // namespace zabtest

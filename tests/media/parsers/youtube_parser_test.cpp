@@ -4,164 +4,120 @@
 
 #include "media/parsers/generated.h"
 #include "media/parsers/site_checks.h"
+#include "readings.h"
 
 namespace zab {
 namespace {
 
+using namespace std::string_literals;
 using namespace std::string_view_literals;
+using zabtest::expectReadings;
+using zabtest::Reading;
+using zabtest::youtubePage;
+using zabtest::youtubeReply;
 
-using zabtest::As;
-using zabtest::Lines;
-using zabtest::youtubeCatalogue;
-
-struct Row {
-    std::string_view text;
-    Lines entries;
-    const char* why;
-};
-
-template <std::size_t N>
-void expectEntries(const Row (&rows)[N], As as, std::string_view prefix = {}) {
-    for (const Row& row : rows) {
-        Lines catalogue = youtubeCatalogue(std::string(prefix) + std::string(row.text), as);
-        catalogue.erase(catalogue.begin());  // the title
-        EXPECT_EQ(catalogue, row.entries) << row.why;
-    }
-}
+std::string pageEntries(std::string_view text) { return youtubePage(text).entries; }
+std::string replyEntries(std::string_view text) { return youtubeReply(text).entries; }
 
 TEST(YoutubeStreamMap, IsReadPieceByPiece) {
-    const Row rows[] = {
+    const auto read = [](const std::string& map) { return pageEntries("\"url_encoded_fmt_stream_map" + map); };
+    const Reading rows[] = {
         {R"(":"itag=22\u0026url=videoplayback?a,itag= 18\u0026url=videoplayback?b")",
-         {"22 videoplayback?a", "18 videoplayback?b"},
-         "one stream for each piece, blanks before the number"},
-        {R"(:::  "" url=videoplayback\u0026itag=5x")",
-         {"5 videoplayback"},
-         "any marks before it, any order of keys"},
-        {R"(":"url=http%3A%2F%2Fh%2Fvideoplayback%3Fa")", {"0 http://h/videoplayback?a"}, "URL-encoded"},
-        {R"(":"url=http:\/\/h\/videoplayback%3Fa")", {"0 http://h/videoplayback%3Fa"}, "not when it has \\/"},
-        {R"(":"url=videoplayback%252Ca%2Cb")", {"0 videoplayback%2Ca"}, "decoded once, then cut at the comma"},
-        {R"(":"url=videoplayback%5Cu0026a")", {"0 videoplayback"}, "cut at an ampersand that decoding brought"},
-        {R"(":"url=videoplayback%00a\u0026itag=5")", {"5 videoplayback"}, "cut at NUL"},
-        {R"(":"url=videoplayback%C3%A9")", {"0 videoplayback\xC3\x83\xC2\xA9"}, "a unit for each byte"},
-        {R"(":"url=videoplayback\\/\\\/")", {R"(0 videoplayback\/\\/)"}, "backslashes stay, one pass"},
-        {R"(":"url=videoplayback\u0026sig=S%31\u0026x")", {"0 videoplayback&signature=S%31"}, "as it stands"},
-        {R"(":"url=videoplayback?signature=R\u0026sig=S")", {"0 videoplayback?signature=R"}, "has one"},
-        {R"(":"url=videoplayback\u0026sig=")", {"0 videoplayback&signature="}, "an empty one is one"},
-        {R"(":"url=videoplayback\u0026s=S")", {"0 videoplayback"}, "scrambled: not appended"},
-        {R"(":"url=videoplayback&itag=37\u0026itag=22")",
-         {"37 videoplayback&itag=37"},
+         "22 videoplayback?a;18 videoplayback?b;", "one stream for each piece, blanks before the number"},
+        {R"(:::  "" url=videoplayback\u0026itag=5x")", "5 videoplayback;",
+         "any marks before, any order of keys"},
+        {R"(":"url=http%3A%2F%2Fh%2Fvideoplayback%3Fa")", "0 http://h/videoplayback?a;", "URL-encoded"},
+        {R"(":"url=http:\/\/h\/videoplayback%3Fa")", "0 http://h/videoplayback%3Fa;", "not when it has \\/"},
+        {R"(":"url=videoplayback%252Ca%2Cb")", "0 videoplayback%2Ca;", "decoded once, then cut at the comma"},
+        {R"(":"url=videoplayback%5Cu0026a")", "0 videoplayback;", "cut at an ampersand that decoding brought"},
+        {R"(":"url=videoplayback%C3%A9")", "0 videoplayback\xC3\x83\xC2\xA9;", "a unit for each byte"},
+        {R"(":"url=videoplayback\\/\\\/")", R"(0 videoplayback\/\\/;)", "backslashes stay, one pass"},
+        {R"(":"url=videoplayback\u0026sig=S%31\u0026x")", "0 videoplayback&signature=S%31;", "as it stands"},
+        {R"(":"url=videoplayback?signature=R\u0026sig=S")", "0 videoplayback?signature=R;", "has one"},
+        {R"(":"url=videoplayback\u0026sig=")", "0 videoplayback&signature=;", "an empty one is one"},
+        {R"(":"url=videoplayback\u0026s=S")", "0 videoplayback;", "scrambled: not appended"},
+        {R"(":"url=videoplayback&itag=37\u0026itag=22")", "37 videoplayback&itag=37;",
          "the URL's own itag wins"},
-        {R"(":"url=videoplayback&itag=0\u0026itag=22")", {"22 videoplayback&itag=0"}, "unless it is 0"},
-        {R"(":"url=videoplayback\u0026itag=-5")", {"0 videoplayback"}, "digits only"},
-        {R"(":"url=videoplayback\u0026itag=99999999999")", {"4294967295 videoplayback"}, "the nearest limit"},
-        {R"(":"url=a\u0026url=videoplayback")", {"0 a"}, "the first place; looked for in all behind it"},
-        {R"(":"xurl=videoplayback\u0026Url=videoplayback")", {}, "keys exactly, at their places"},
-        {R"(":"url=other")", {}, "not a stream"},
-        {R"(":"url=videoplayback\u0026itag=1,url=videoplayback\u0026itag=2")",
-         {"1 videoplayback"},
-         "duplicate"},
-        {R"(":"url=videoplayback)", {}, "no closing quote"},
-        {R"(":"itag=5"})", {}, "no url"},
-        {R"(":"url=" url_encoded_fmt_stream_map="url=videoplayback")", {}, "a key is not behind =\""},
-        {R"(":"url=" url_encoded_fmt_stream_map:"url=videoplayback")", {"0 videoplayback"}, "a further map"},
+        {R"(":"url=videoplayback&itag=0\u0026itag=22")", "22 videoplayback&itag=0;", "unless it is 0"},
+        {R"(":"url=videoplayback\u0026itag=99999999999")", "4294967295 videoplayback;", "the nearest limit"},
+        {R"(":"url=a\u0026url=videoplayback")", "0 a;", "the first place; looked for in all behind it"},
+        {R"(":"xurl=videoplayback\u0026Url=videoplayback")", "", "keys exactly, at their places"},
+        {R"(":"url=videoplayback\u0026itag=1,url=videoplayback\u0026itag=2")", "1 videoplayback;", "duplicate"},
+        {R"(":"url=videoplayback)", "", "no closing quote"},
+        {R"(":"itag=5"})", "", "no url"},
+        {R"(":"url=" url_encoded_fmt_stream_map="url=videoplayback")", "", "a key is not behind =\""},
+        {R"(":"url=" url_encoded_fmt_stream_map:"url=videoplayback")", "0 videoplayback;", "a further map"},
         {R"(":"url=videoplayback\u0026itag=22","adaptive_fmts":"url=videoplayback?v\u0026itag=136")",
-         {"22 videoplayback", "136+videoplayback?v!"},
-         "and the adaptive map, its twin found"},
-        {R"(":"url=videoplayback" "streamingData":"httpvideoplayback&itag=5")",
-         {"0 videoplayback"},
+         "22 videoplayback;136+videoplayback?v!;", "and the adaptive map, its twin found"},
+        {R"(":"url=videoplayback" "streamingData":"httpvideoplayback&itag=5")", "0 videoplayback;",
          "only the map"},
     };
-    expectEntries(rows, As::page, "\"url_encoded_fmt_stream_map");
-    expectEntries({{R"("adaptive_fmts":"url=videoplayback")", {}, "not without the other map"}}, As::page);
+    expectReadings(read, rows);
+    EXPECT_EQ(pageEntries(R"("adaptive_fmts":"url=videoplayback")"), "") << "not without the other map";
 }
 
 TEST(YoutubeStreamingData, IsReadUrlByUrl) {
-    const Row rows[] = {
+    const Reading inAnyForm[] = {
         {R"("streamingData":{"url":"http://h/videoplayback?a\u0026itag=18"})",
-         {"18 http://h/videoplayback?a&itag=18"},
-         "plain JSON"},
+         "18 http://h/videoplayback?a&itag=18;", "plain JSON"},
         {R"(\"streamingData\":{\"url\":\"http:\/\/h\/videoplayback\\u0026itag=137\"})",
-         {"137+http://h/videoplayback&itag=137"},
-         "JSON in a string"},
+         "137+http://h/videoplayback&itag=137;", "JSON in a string"},
         {R"(x%22streamingData%22%3A%22http%3A%2F%2Fh%2Fvideoplayback%3Fa%5Cu0026itag%3D43%22)",
-         {"43+http://h/videoplayback?a&itag=43"},
-         "URL-encoded; 39 and above count as adaptive"},
-        {R"("streamingData":%22httpvideoplayback?%22a")",
-         {"0 httpvideoplayback?\"a"},
-         "%22 only behind its marker"},
-        {R"("streamingData":"httpvideoplayback,b")", {"0 httpvideoplayback"}, "cut at the comma"},
-        {R"("streamingData":"httpvideoplayback?itag=18")", {"0 httpvideoplayback?itag=18"}, "not a first itag"},
-        {R"("streamingData":"httpvideoplayback&itag= 18")", {"0 httpvideoplayback&itag= 18"}, "digits at once"},
-        {R"("streamingData":"httpvideoplayback&itag=38")",
-         {"38 httpvideoplayback&itag=38"},
-         "the last progressive"},
-        {R"("streamingData":"httpx""httpvideoplayback" httpvideoplayback?b" http)",
-         {"0 httpvideoplayback", "0 httpvideoplayback?b"},
-         "behind each closing quote"},
-        {R"("streamingData":"httpvideoplayback\\\\u0026x\\/")",
-         {R"(0 httpvideoplayback\&x\/)"},
-         "pass by pass"},
-        {R"("streamingData":"httpvideoplayback)", {}, "no closing quote"},
-        {R"("streamingData":"httpx" "streamingData":"httpvideoplayback")",
-         {"0 httpvideoplayback"},
-         "to the end"},
-        {R"("httpvideoplayback" "streamingData":)", {}, "not what stands before"},
-        {R"(\"streamingData\":"httpvideoplayback" "streamingData":"httpvideoplayback?b")",
-         {"0 httpvideoplayback", "0 httpvideoplayback?b"},
-         "the first marker with streams reads to the end"},
-        {"", {}, "nothing"},
+         "43+http://h/videoplayback?a&itag=43;", "URL-encoded; 39 and above count as adaptive"},
     };
-    expectEntries(rows, As::page);
-    expectEntries({rows[0], rows[1], rows[2]}, As::reply);
+    expectReadings(pageEntries, inAnyForm);
+    expectReadings(replyEntries, inAnyForm);
+    const auto read = [](const std::string& data) { return pageEntries(R"("streamingData":)" + data); };
+    const Reading rows[] = {
+        {R"(%22httpvideoplayback?%22a")", R"(0 httpvideoplayback?"a;)", "%22 only behind its marker"},
+        {R"("httpvideoplayback,b")", "0 httpvideoplayback;", "cut at the comma"},
+        {R"("httpvideoplayback&itag= 18")", "0 httpvideoplayback&itag= 18;", "digits at once"},
+        {R"("httpvideoplayback&itag=38")", "38 httpvideoplayback&itag=38;", "the last progressive"},
+        {R"("httpx""httpvideoplayback" httpvideoplayback?b" http)",
+         "0 httpvideoplayback;0 httpvideoplayback?b;", "behind each closing quote"},
+        {R"("httpvideoplayback\\\\u0026x\\/")", R"(0 httpvideoplayback\&x\/;)", "pass by pass"},
+        {R"("httpvideoplayback)", "", "no closing quote"},
+        {R"("httpvideoplayback?b" \"streamingData\":"httpvideoplayback")", "0 httpvideoplayback;",
+         "the first marker with streams, and not what stands before it"},
+        {R"("httpvideoplayback" \"streamingData\":)", "0 httpvideoplayback;", "the next where there are none"},
+    };
+    expectReadings(read, rows);
 }
 
 TEST(YoutubeReply, IsReadParameterByParameter) {
-    const Row rows[] = {
+    const Reading rows[] = {
         {"url_encoded_fmt_stream_map=itag%3D22%26url%3Dhttp%253A%252F%252Fh%252Fvideoplayback%253Fa%26sig%3DS%"
-         "252C"
-         "%2Curl%3Dvideoplayback&adaptive_fmts=url%3Dvideoplayback%253Fv%26itag%3D136&x=1",
-         {"22 http://h/videoplayback?a&signature=S%2C", "0 videoplayback", "136+videoplayback?v!"},
+         "252C%2Curl%3Dvideoplayback&adaptive_fmts=url%3Dvideoplayback%253Fv%26itag%3D136&x=1",
+         "22 http://h/videoplayback?a&signature=S%2C;0 videoplayback;136+videoplayback?v!;",
          "the value is decoded once, each URL once more"},
-        {"url_encoded_fmt_stream_map=&url_encoded_fmt_stream_map=url%3Dvideoplayback",
-         {"0 videoplayback"},
+        {"url_encoded_fmt_stream_map=&url_encoded_fmt_stream_map=url%3Dvideoplayback", "0 videoplayback;",
          "each one"},
-        {"url_encoded_fmt_stream_map:url=videoplayback", {}, "not a parameter"},
-        {"url_encoded_fmt_stream_map=url%3Dvideoplayback%5Cu0026itag%3D5",
-         {"0 videoplayback"},
+        {"url_encoded_fmt_stream_map:url=videoplayback", "", "not a parameter"},
+        {"url_encoded_fmt_stream_map=url%3Dvideoplayback%5Cu0026itag%3D5", "0 videoplayback;",
          "cut, but no key"},
-        {"url_encoded_fmt_stream_map=url%3Dvideoplayback%00%26itag%3D5",
-         {"0 videoplayback"},
+        {"url_encoded_fmt_stream_map=url%3Dvideoplayback%00%26itag%3D5", "0 videoplayback;",
          "NUL ends the value"},
     };
-    expectEntries(rows, As::reply);
+    expectReadings(replyEntries, rows);
 }
 
 TEST(YoutubeTitle, IsUndoneAsItWasWritten) {
-    const struct {
-        std::string_view text;
-        const char* page;
-        const char* reply;
-        const char* why;
-    } rows[] = {
-        {R"("title":"A+B%20C","x)", "A B C", "", "blanks"},
-        {R"("title":"%C3%A9\u00e9\uD83D\uDE00","x)", "\xC3\xA9\xC3\xA9\xF0\x9F\x98\x80", "", "UTF-8 and JSON"},
-        {R"("title":"%FF\uD83D","x)", "\xEF\xBF\xBD\xEF\xBF\xBD", "", "ill-formed"},
-        {R"("title":"a\n\"\u12\\u0041\u005cu0042","x)", R"(a\n\"\u12\A\u0042)", "",
-         "other escapes stay, one pass"},
-        {R"("title":"a\u0000b","x)", "a", "", "an escaped NUL ends it"},
-        {R"("title":"a%00b","x)", "a", "", "so does an encoded one"},
-        {R"("title":"a")", "", "", "no end"},
-        {R"("title":"","title":"b","x)", "", "", "the first place counts"},
-        {R"(x"subtitle=A+%41\u0041&title=B&)", "", R"(A A\u0041)", "wherever it stands; escapes stay"},
-        {"title=B", "", "", "no end of a parameter"},
+    constexpr const char* kStream = R"("streamingData":"httpvideoplayback" )";
+    const auto ofPage = [](const std::string& text) { return youtubePage(kStream + text).title; };
+    const Reading rows[] = {
+        {R"("title":"A+B%20C","x)", "A B C", "blanks"},
+        {R"("title":"%C3%A9\u00e9\uD83D\uDE00","x)", "\xC3\xA9\xC3\xA9\xF0\x9F\x98\x80", "UTF-8 and JSON"},
+        {R"("title":"a\n\"\u12\\u0041\u005cu0042","x)", R"(a\n\"\u12\A\u0042)", "other escapes stay, one pass"},
+        {R"("title":"a\u0000b","x)", "a", "an escaped NUL ends it"},
+        {R"("title":"a%00b","x)", "a", "so does an encoded one"},
+        {R"("title":"a")", "", "no end"},
+        {R"("title":"","title":"b","x)", "", "the first place counts"},
     };
-    constexpr std::string_view kPage = R"("streamingData":"httpvideoplayback" )";
-    for (const auto& row : rows) {
-        EXPECT_EQ(youtubeCatalogue(std::string(kPage) + std::string(row.text))[0], row.page) << row.why;
-        EXPECT_EQ(youtubeCatalogue(std::string(kPage) + std::string(row.text), As::reply)[0], row.reply)
-            << row.why;
-    }
-    EXPECT_EQ(youtubeCatalogue(R"("title":"a","x)")[0], "") << "no stream, no title";
+    expectReadings(ofPage, rows);
+    EXPECT_EQ(youtubePage(R"("title":"a","x)").title, "") << "no stream, no title";
+    EXPECT_EQ(youtubeReply(std::string(kStream) + R"(x"subtitle=A+%41\u0041&title=B&)").title, R"(A A\u0041)")
+        << "wherever it stands; escapes stay";
+    EXPECT_EQ(youtubeReply(std::string(kStream) + "title=B").title, "") << "no end of a parameter";
 }
 
 TEST(YoutubeCatalogue, FindsTheEntryOfALaterRequest) {
@@ -220,55 +176,37 @@ TEST(YoutubeCatalogue, PairsAudioFromAdaptiveEntriesOnly) {
 }
 
 TEST(YoutubeCatalogue, LooksUpACapturedUrl) {
-    using Match = CYoutubeParser::Match;
-    constexpr std::u16string_view kUrl = u"http://h/videoplayback?id=1&itag=22";
-    const struct {
-        std::u16string_view text;
-        Match match;
-        std::u16string_view title;
-        const char* why;
-    } rows[] = {
-        {uR"("streamingData":"http://h/videoplayback?id=1&itag=22" "title":"T","x)", Match::url, u"T",
-         "whole URL"},
-        {uR"(\"streamingData\":\"http://h/videoplayback?x&itag=22&id=1\" \"title\":\"T\",\"x)",
-         Match::idAndItag, u"T", "the escaped title"},
-        {uR"("streamingData":"http://h/videoplayback?itag=18&id=1")", Match::id, u"", "another format"},
-        {u"title=T&url_encoded_fmt_stream_map=url%3Dhttp://h/videoplayback%3Fid%3D1%2526itag%3D22", Match::url,
-         u"T", "tried as a reply"},
-        {u"adaptive_fmts=x", Match::none, u"", "nothing in the reply either"},
-        {uR"("title":"T","x)", Match::none, u"T", "no streams, but a title"},
-    };
-    for (const auto& row : rows) {
+    const auto read = [](std::string_view text) {
+        constexpr const char* kMatches[] = {"none", "url", "idAndItag", "id"};
         CYoutubeParser parser(u"http://page/");
-        const auto captured = parser.parseCaptured(row.text, kUrl);
-        EXPECT_EQ(static_cast<int>(captured.match), static_cast<int>(row.match)) << row.why;
-        EXPECT_EQ(captured.itag, row.match == Match::url || row.match == Match::idAndItag ? 22u : 0u)
-            << row.why;
-        EXPECT_TRUE(parser.title() == row.title) << row.why;
+        const auto captured = parser.parseCaptured(utf16FromUtf8(text), u"http://h/videoplayback?id=1&itag=22");
         EXPECT_TRUE(parser.pageUrl() == u"http://page/");
-    }
+        return std::string(kMatches[static_cast<int>(captured.match)]) + ' ' + std::to_string(captured.itag) +
+               ' ' + utf8FromUtf16(parser.title());
+    };
+    const Reading rows[] = {
+        {R"("streamingData":"http://h/videoplayback?id=1&itag=22" "title":"T","x)", "url 22 T", "whole URL"},
+        {R"(\"streamingData\":\"http://h/videoplayback?x&itag=22&id=1\" \"title\":\"T\",\"x)", "idAndItag 22 T",
+         "the escaped title"},
+        {R"("streamingData":"http://h/videoplayback?itag=18&id=1")", "id 0 ", "another format"},
+        {"title=T&url_encoded_fmt_stream_map=url%3Dhttp://h/videoplayback%3Fid%3D1%2526itag%3D22", "url 22 T",
+         "tried as a reply"},
+        {R"("title":"T","x)", "none 0 T", "no streams, but a title"},
+    };
+    expectReadings(read, rows);
 }
 
 TEST(YoutubeCatalogue, UndoesPercentsInNarrowText) {
-    const struct {
-        std::string text;
-        const char* plain;
-        const char* why;
-    } rows[] = {
-        {"a%41%4a%C3", "aAJ\xC3", "bytes"},
-        {"%", "%", "alone"},
-        {"%4", "%4", "one digit"},
-        {"%zz%4g", "%zz%4g", "no digits"},
-        {"%%41", "%A", "behind another"},
-        {"%2541", "%41", "once"},
-        {"?%41#%41", "?A#A", "everywhere"},
-        {"a%00b", "a", "NUL ends it"},
-        {std::string("a\0b%41", 6), "a", "as it stands too"},
+    const auto read = [](std::string text) {
+        CYoutubeParser::unescapeInPlace(text);
+        return text;
     };
-    for (auto row : rows) {
-        CYoutubeParser::unescapeInPlace(row.text);
-        EXPECT_EQ(row.text, row.plain) << row.why;
-    }
+    const Reading rows[] = {
+        {"a%41%4a%C3", "aAJ\xC3", "bytes"},      {"%4", "%4", "one digit"},
+        {"%zz%4g%%41", "%zz%4g%A", "no digits"}, {"?%2541#%41", "?%41#A", "once, everywhere"},
+        {"a%00b", "a", "NUL ends it"},           {"a\0b%41"s, "a", "as it stands too"},
+    };
+    expectReadings(read, rows);
 }
 
 const auto kPieces = zabtest::pieces(
@@ -278,21 +216,7 @@ const auto kPieces = zabtest::pieces(
     "\xC3\xA9~\0"sv);
 
 TEST(YoutubeCatalogue, EveryPrefixOfGeneratedTextsKeepsItsBounds) {
-    zabtest::Random random(60);
-    for (int round = 0; round < 20; ++round) {
-        const std::string text = zabtest::strungTogether(random, kPieces, 60);
-        for (std::size_t size = 0; size <= text.size(); size += 1 + random() % 9)
-            zabtest::onExactBlock(std::string_view(text).substr(0, size), zabtest::checkYoutube);
-    }
-}
-
-TEST(StreamUrls, AgreeWithASearchForEachParameter) {
-    constexpr std::string_view kParts[] = {"id=1", "&", "&", "itag=5", "1", "rn=", "id=", "signature=x", "\n"};
-    zabtest::Random random(59);
-    for (int round = 0; round < 1000; ++round)
-        zabtest::onExactBlock("http://h/v?" + zabtest::strungTogether(random, kParts, 8) + "\nhttp://h/v?" +
-                                  zabtest::strungTogether(random, kParts, 8),
-                              zabtest::checkSameStream);
+    zabtest::checkGenerated(zabtest::Random(60), 20, kPieces, zabtest::checkYoutube);
 }
 
 }  // namespace
