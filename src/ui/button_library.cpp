@@ -7,8 +7,6 @@
 namespace zab {
 namespace {
 
-constexpr const char16_t* kCaption = u"Download selected files";
-
 std::vector<const char16_t*> pointersTo(const std::vector<std::u16string>& texts) {
     std::vector<const char16_t*> pointers;
     pointers.reserve(texts.size());
@@ -20,7 +18,8 @@ std::vector<const char16_t*> pointersTo(const std::vector<std::u16string>& texts
 
 WindowHandle createButton(IZABButtonManager& manager, const ButtonPlan& plan) {
     const std::int32_t rect[4] = {plan.rect.left, plan.rect.top, plan.rect.right, plan.rect.bottom};
-    return static_cast<WindowHandle>(manager.CreateButton(plan.parent, rect, kCaption, plan.controller));
+    return static_cast<WindowHandle>(
+        manager.CreateButton(plan.parent, rect, plan.caption.c_str(), plan.controller));
 }
 
 void setEntries(IZABButtonManager& manager, WindowHandle button, const ButtonPlan& plan, const Menu& menu) {

@@ -44,6 +44,7 @@ struct ButtonPlan {
     PixelRect rect;
     DocumentId document = 0;
     std::string pageUrl;
+    std::u16string caption;
 };
 
 /// Null without the library.

@@ -18,6 +18,8 @@
 namespace zab {
 namespace {
 
+constexpr std::u16string_view kCaption = u"Download selected files";
+
 /// The popup's controller is that of the process: by it a choice in the popup is told from one in the page's
 /// own menu.
 std::optional<ButtonPlan> planFor(iZABHelper5& helper, const InterfacePtr<nsISupports>& document) {
@@ -29,6 +31,7 @@ std::optional<ButtonPlan> planFor(iZABHelper5& helper, const InterfacePtr<nsISup
     plan.rect = aroundPoint(*window->cursor);
     plan.document = documentIdOf(document.get());
     plan.pageUrl = pageOfDocument(helper, document.another()).url;
+    plan.caption = kCaption;
     return plan;
 }
 

@@ -6,9 +6,11 @@
 #include "binding/browser_string.h"
 #include "binding/guard.h"
 #include "binding/text.h"
+#include "binding/utf.h"
 #include "page/documents.h"
 #include "page/event_listening.h"
 #include "page/page.h"
+#include "settings/message_texts.h"
 #include "ui/button_windows.h"
 
 namespace zab {
@@ -57,7 +59,12 @@ template class ButtonListener<CElementUnloadListener>;
 CDownloadMediaBtn::CDownloadMediaBtn(nsISupports* document, const OpenPage& page)
     : document_(page.document),
       bonds_{referenceTo(document), {}, {}, {}},
-      plan_{page.browserWindow, page.controller, {}, page.document.id, page.url} {}
+      plan_{page.browserWindow,
+            page.controller,
+            {},
+            page.document.id,
+            page.url,
+            utf16FromUtf8(messageTexts()[TextId::downloadWithZab].view())} {}
 
 template <class Change>
 void CDownloadMediaBtn::Bonds::forEachEvent(iZABHelper5& helper, Change change) const {

@@ -67,7 +67,7 @@ TEST_F(Buttons, APageOfFiveEntriesHasAButtonThatFollowsItAndHandsThemOver) {
     const auto over = button();
     ASSERT_NE(over, 0u);
     EXPECT_EQ(window.buttons(true).size(), 1u) << "one for all entries";
-    EXPECT_EQ(captionOf(over), u"Download selected files");
+    EXPECT_EQ(captionOf(over), u"Download with ZAB");
     const auto scrollBar = scrollBarWidth();
     EXPECT_EQ(areaOf(over).right, 10 + 400 - 2 - scrollBar);
     EXPECT_EQ(areaOf(over).top, 40 + 2);
