@@ -59,12 +59,9 @@ template class ButtonListener<CElementUnloadListener>;
 CDownloadMediaBtn::CDownloadMediaBtn(nsISupports* document, const OpenPage& page)
     : document_(page.document),
       bonds_{referenceTo(document), {}, {}, {}},
-      plan_{page.browserWindow,
-            page.controller,
-            {},
-            page.document.id,
-            page.url,
-            utf16FromUtf8(messageTexts()[TextId::downloadWithZab].view())} {}
+      plan_{
+          page.browserWindow, page.controller, {},
+          page.document.id,   page.url,        utf16FromUtf8(messageTexts()[TextId::downloadWithZab].view())} {}
 
 template <class Change>
 void CDownloadMediaBtn::Bonds::forEachEvent(iZABHelper5& helper, Change change) const {
@@ -83,9 +80,24 @@ bool CDownloadMediaBtn::open(IZABButtonManager& manager) {
     bonds_.mouseListener = makeObject<CBtnMouseListener>(*this);
     bonds_.unloadListener = makeObject<CElementUnloadListener>(*this);
     bonds_.forEachEvent(*helper.get(), addListener);
-    if (!place(*helper.get())) return false;
-    window_ = createButton(manager, plan_);
+    return make(manager);
+}
+
+bool CDownloadMediaBtn::make(IZABButtonManager& manager) {
+    const auto helper = service<iZABHelper5>();
+    if (makes_ || closedByUser_ || !bonds_.document || !helper || !place(*helper.get())) return false;
+    const WindowHandle parent = plan_.parent;
+    makes_ = true;
+    const WindowHandle made = createButton(manager, plan_);
+    makes_ = false;
+    if (!bonds_.document || plan_.parent != parent) {  // the page went meanwhile, or to another window
+        postClose(made);
+        return false;
+    }
+    window_ = made;
     told_ = plan_.rect;
+    shown_.reset();
+    if (window_ != 0 && !menu_.links.empty()) setEntries(manager, window_, plan_, menu_);
     return window_ != 0;
 }
 
@@ -143,17 +155,11 @@ void CDownloadMediaBtn::moveTo(IZABButtonManager& manager, WindowHandle browserW
     plan_.parent = browserWindow;
     plan_.controller = controller;
     postClose(std::exchange(window_, 0));
-    shown_.reset();
-    const auto helper = service<iZABHelper5>();
-    if (closedByUser_ || !helper || !place(*helper.get())) return;
-    const WindowHandle made = createButton(manager, plan_);
-    if (!bonds_.document) return postClose(made);  // the page went meanwhile
-    window_ = made;
-    told_ = plan_.rect;
-    if (window_ != 0) setEntries(manager, window_, plan_, menu_);
+    make(manager);
 }
 
 void CDownloadMediaBtn::settle(IZABButtonManager& manager) {
+    if (wanted_ && window_ == 0) make(manager);
     if (shown_ == wanted_ || !isOpen(window_)) return;
     shown_ = wanted_;
     manager.ShowButton(window_, wanted_ ? 1 : 0);

@@ -74,7 +74,7 @@ class CDownloadMediaBtn : public std::enable_shared_from_this<CDownloadMediaBtn>
     /// The page is in another browser window: there the button is made anew, unless the user closed it.
     void moveTo(IZABButtonManager& manager, WindowHandle browserWindow, WindowHandle controller);
 
-    /// Whether the button is to be seen; settle() makes it so.
+    /// Whether the button is to be seen; settle() makes it so, and makes it anew where that failed before.
     void wantShown(bool wanted) noexcept { wanted_ = wanted; }
     void settle(IZABButtonManager& manager);
     /// Gives listeners and references back and asks the window to close. May be called again.
@@ -97,6 +97,7 @@ class CDownloadMediaBtn : public std::enable_shared_from_this<CDownloadMediaBtn>
     };
 
     bool place(iZABHelper5& helper);
+    bool make(IZABButtonManager& manager);
     void followSoon();
 
     DocumentKey document_;
@@ -106,6 +107,7 @@ class CDownloadMediaBtn : public std::enable_shared_from_this<CDownloadMediaBtn>
     Menu menu_;       // what the library was last told
     PixelRect told_;  // the same for the place
     WindowHandle window_ = 0;
+    bool makes_ = false;  // now: the library may serve messages meanwhile
     bool closedByUser_ = false;
     bool follows_ = false;  // soon: many scrolls are one move
     bool wanted_ = false;
