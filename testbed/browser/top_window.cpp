@@ -1,6 +1,7 @@
 #include "browser/top_window.h"
 
 #include "binding/wide_win32.h"
+#include "browser/message_font.h"
 
 namespace zab::testbed {
 namespace {
@@ -14,8 +15,8 @@ constexpr const wchar_t* kLinks[] = {L"Holiday pictures (zip)", L"Map of the coa
 class Canvas {
   public:
     explicit Canvas(HDC context) : context_(context) {
-        for (const int object : {DC_BRUSH, DC_PEN, DEFAULT_GUI_FONT})
-            SelectObject(context, GetStockObject(object));
+        for (const int object : {DC_BRUSH, DC_PEN}) SelectObject(context, GetStockObject(object));
+        SelectObject(context, messageFont());
         SetBkMode(context, TRANSPARENT);
     }
     void fill(const RECT& area, COLORREF color) const {
@@ -48,7 +49,7 @@ void paint(HWND window, const TopWindow::Look& look) {
     canvas.fill({80, 7, area.right - 16, kBarHeight - 7}, RGB(255, 255, 255));
     canvas.write(16, 11, L"<    >");
     canvas.write(90, 11, wide(look.address));
-    canvas.write(24, 56, L"A day at the sea");
+    canvas.write(24, 54, wide(look.title));
     canvas.fill(kFilm, RGB(24, 28, 36));
     canvas.play(kFilm.left + 180, kFilm.top + 90, 44);
     int y = kFilm.bottom + 20;
@@ -86,8 +87,8 @@ HWND windowOf(NativeWindow handle) { return reinterpret_cast<HWND>(handle); }
 
 }  // namespace
 
-TopWindow::TopWindow(std::u16string address)
-    : look_{std::move(address)}, handle_(reinterpret_cast<NativeWindow>(makeWindow())) {
+TopWindow::TopWindow(std::u16string address, std::u16string title)
+    : look_{std::move(address), std::move(title)}, handle_(reinterpret_cast<NativeWindow>(makeWindow())) {
     SetWindowLongPtrW(windowOf(handle_), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&look_));
     ShowWindow(windowOf(handle_), SW_SHOW);
     SetForegroundWindow(windowOf(handle_));

@@ -15,7 +15,7 @@ using NativeWindow = std::uint64_t;
 /// A top-level window of this thread, visible until it goes out of scope.
 class TopWindow {
   public:
-    explicit TopWindow(std::u16string address = u"http://site.example/");
+    explicit TopWindow(std::u16string address = u"http://site.example/", std::u16string title = u"Page");
     ~TopWindow();
     TopWindow(const TopWindow&) = delete;
     TopWindow& operator=(const TopWindow&) = delete;
@@ -31,7 +31,7 @@ class TopWindow {
     void selectsLinks();
 
     struct Look {
-        std::u16string address;
+        std::u16string address, title;
         bool linksSelected = false;
     };
 

@@ -26,8 +26,8 @@ constexpr std::int32_t kWidth = 640, kHeight = 440, kBarHeight = 36;
 
 }  // namespace
 
-TopWindow::TopWindow(std::u16string address)
-    : look_{std::move(address)},
+TopWindow::TopWindow(std::u16string address, std::u16string title)
+    : look_{std::move(address), std::move(title)},
       handle_(desk().opensWindow({.rect = {0, 0, kWidth, kHeight}, .visible = true})) {
     desk().activeWindow = handle_;
 }

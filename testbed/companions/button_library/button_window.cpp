@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 
+#include "browser/message_font.h"
 #include "button_library/choice_record.h"
 
 namespace zab::testbed {
@@ -49,7 +50,7 @@ void paint(HWND window, const Button& button) {
     Rectangle(context, area.left, area.top, area.right, area.bottom);
     SetBkMode(context, TRANSPARENT);
     SetTextColor(context, RGB(255, 255, 255));
-    SelectObject(context, GetStockObject(DEFAULT_GUI_FONT));
+    SelectObject(context, messageFont());
     DrawTextW(context, wide(button.caption), -1, &area, DT_SINGLELINE | DT_CENTER | DT_VCENTER);
     EndPaint(window, &paint);
 }
