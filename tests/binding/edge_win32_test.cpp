@@ -54,15 +54,6 @@ TEST(RuntimeBinding, FindsTheVersionOfAnExecutableWithoutAResourceUnknown) {
     EXPECT_EQ(browserMajorVersion(), kUnknownBrowserVersion);
 }
 
-TEST(RuntimeBinding, LooksUpTheEntriesOfALibraryThatItHolds) {
-    const XpcomRuntime before = runtimeRecord();
-    runtimeRecord().module = GetModuleHandleW(L"kernel32.dll");
-    EXPECT_EQ(BindXpcomRuntime(), 1);
-    EXPECT_EQ(runtime().module, GetModuleHandleW(L"kernel32.dll")) << "no other library is looked for";
-    EXPECT_EQ(runtime().NS_StringGetData, nullptr) << "an entry that is not exported is null";
-    runtimeRecord() = before;
-}
-
 TEST(Libraries, AreFoundInTheSystemFolderAndTheirExportsByName) {
     const HMODULE shlwapi = LoadSystemLibrary("shlwapi.dll");
     ASSERT_NE(shlwapi, nullptr);

@@ -4,12 +4,6 @@
 
 #include <string>
 
-#if defined(__SANITIZE_ADDRESS__)
-// Published interface of the sanitizer; its header is not part of every compiler package.
-extern "C" std::size_t __sanitizer_get_allocated_size(const volatile void* memory);
-extern "C" int __sanitizer_get_ownership(const volatile void* memory);
-#endif
-
 namespace zab {
 namespace {
 
@@ -57,19 +51,6 @@ TEST(OwnedStrings, GiveTheirTextAwayWhenMoved) {
     EXPECT_EQ(assigned.view(), "text");
     EXPECT_EQ(to.view(), "") << "what is left is an empty text, not a dangling one";  // NOLINT
 }
-
-#if defined(__SANITIZE_ADDRESS__)
-TEST(OwnedStrings, AllocateExactlyTheTextAndItsTerminator) {
-    MyStrClass narrow;
-    narrow.Set("12345");
-    EXPECT_EQ(__sanitizer_get_allocated_size(narrow.Get()), 6u);
-    MyWStrClass wideText;
-    wideText.Set(u"12345");
-    EXPECT_EQ(__sanitizer_get_allocated_size(wideText.Get()), 12u);
-    wideText.Set(u"");
-    EXPECT_FALSE(__sanitizer_get_ownership(wideText.Get())) << "empty text is no allocation";
-}
-#endif
 
 }  // namespace
 }  // namespace zab

@@ -2,7 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <functional>
+#include <map>
+#include <span>
 #include <thread>
 
 #include "binding/handle_win32.h"
@@ -125,13 +126,6 @@ TEST_F(SettingsRegistry, AnInstallationUnderTheRunningBrowserIsRead) {
     EXPECT_EQ(specialKeysKey()->number(kUseKeyToForce), 1u);
 }
 
-TEST_F(SettingsRegistry, AMissingRootKeyIsMade) {
-    closeSharedState();
-    RegDeleteTreeA(HKEY_CURRENT_USER, kTree);
-    EXPECT_TRUE(EnsureRootKey()) << "no backup: nothing is restored and nobody is told";
-    EXPECT_TRUE(RegistryKey::open(kRootKeyPath, RegistryKey::kQuery));
-}
-
 TEST_F(SettingsRegistry, CompanionsLieBesideTheProgramFile) {
     EXPECT_EQ(companionPath(u"zabftype64.dll"), std::nullopt) << "nothing is installed";
     writeWide(kExePath.name, u"C:\\Pro\u0144ram\\ZAB\\ZABMan.exe");
@@ -142,23 +136,15 @@ TEST_F(SettingsRegistry, CompanionsLieBesideTheProgramFile) {
     EXPECT_EQ(exePath(), std::nullopt) << "longer than 520 bytes";
 }
 
-TEST_F(SettingsBrowser, IsRecordedOnceAndNeverRewritten) {
-    const std::string record = kBrowsersPath + asciiOf(fileStemOf(*executablePath()));
+TEST_F(SettingsBrowser, IsRecordedOnceAndItsSwitchCountsAtOnce) {
     EXPECT_EQ(IsBrowserIntegrationEnabled(), 1u) << "before there is a record";
     EXPECT_EQ(RegisterBrowser(), Registration::created);
     EXPECT_EQ(RegisterBrowser(), Registration::known);
-    const RegistryKey made = RegistryKey::open(record.c_str(), RegistryKey::kQuery);
-    EXPECT_EQ(made.text(TextValue{kBrowserDisplayName, 260}), asciiOf(fileStemOf(*executablePath())))
-        << "a program without a product name";
-    EXPECT_EQ(made.number(kIntegration.name), 1u);
-    EXPECT_EQ(configTimeWatcherId(), 0u) << "no data folder, no watcher";
-
-    closeSharedState();
-    write(record.c_str(), kIntegration.name, 0);
-    EXPECT_EQ(RegisterBrowser(), Registration::known);
-    EXPECT_EQ(IsBrowserIntegrationEnabled(), 0u) << "the user's choice stands";
-    write(record.c_str(), kIntegration.name, 5);
-    EXPECT_EQ(IsBrowserIntegrationEnabled(), 1u) << "a change counts at once";
+    const std::string record = kBrowsersPath + asciiOf(fileStemOf(*executablePath()));
+    for (const std::uint32_t value : {0u, 5u}) {
+        write(record.c_str(), kIntegration.name, value);
+        EXPECT_EQ(IsBrowserIntegrationEnabled(), value == 0 ? 0u : 1u);
+    }
 }
 
 TEST_F(SettingsBrowser, ThePanelFlagIsOffForOneValueOnly) {
@@ -189,8 +175,11 @@ TEST_F(SettingsFiles, TheDataFileIsReadAgainAtEachChange) {
         return pairing() == wanted;
     };
     auto touch = [count = 0u]() mutable { write("Software\\ZabrionHub\\ConfigTime", "time", ++count); };
-    touch();
-    writeFile(path, enciphered("youtube.pairing=1\n"));
+    const auto holds = [&](const std::string& text) {
+        writeFile(path, enciphered(text));
+        touch();
+    };
+    holds("youtube.pairing=1\n");
     EXPECT_EQ(ReloadDataFile(dataFile()), 1u) << "no folder is configured";
     writeWide(kDataFolder.name, folder_ + u"gone\\");
     EXPECT_EQ(ReloadDataFile(dataFile()), 1u) << "a folder that does not exist";
@@ -202,16 +191,11 @@ TEST_F(SettingsFiles, TheDataFileIsReadAgainAtEachChange) {
     EXPECT_EQ(pairing(), 1u);
     const auto watcher = configTimeWatcherId();
     EXPECT_NE(watcher, 0u);
-
-    writeFile(path, enciphered("youtube.pairing=2\nlisten.skip=*.net\n"));
-    touch();
+    holds("youtube.pairing=2\nlisten.skip=*.net\n");
     EXPECT_TRUE(becomes(2));
     EXPECT_TRUE(RegistrySettings().listenSkipped("a.net"));
-
-    writeFile(path, "");
-    touch();
+    holds("");
     EXPECT_TRUE(becomes(0)) << "an empty file";
-
     writeFile(path, enciphered("youtube.pairing=1\n"));
     {
         const Handle writer(CreateFileW(wide(path), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
@@ -227,15 +211,12 @@ TEST_F(SettingsFiles, TheDataFileIsReadAgainAtEachChange) {
     EXPECT_EQ(configTimeWatcherId(), watcher) << "started once";
 
     EXPECT_TRUE(endConfigTimeWatcher());
-    EXPECT_EQ(configTimeWatcherId(), 0u);
     RegDeleteTreeA(HKEY_CURRENT_USER, "Software\\ZabrionHub\\ConfigTime");
     EXPECT_EQ(ReloadDataFile(dataFile()), 0u);
     Sleep(300);
-    writeFile(path, enciphered("youtube.pairing=2\n"));
-    touch();
+    holds("youtube.pairing=2\n");
     EXPECT_TRUE(becomes(2)) << "a key that appears later is watched";
     EXPECT_TRUE(endConfigTimeWatcher());
-
     DeleteFileW(wide(path));
     EXPECT_EQ(ReloadDataFile(dataFile()), 0u);
     EXPECT_EQ(dataFile().read()->contents, "") << "a file that is gone";
@@ -262,7 +243,7 @@ TEST_F(SettingsFiles, LanguageFilesOfTheChosenLanguageAreOverlaid) {
     EXPECT_EQ(loaded(9), "video|audio") << "English has its texts built in";
 }
 
-TEST_F(SettingsKeyboard, KeysSteerAsTheyAreConfigured) {
+TEST_F(SettingsKeyboard, EveryKeySteersUnderItsOwnName) {
     MSG message;
     PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE);  // a thread with a keyboard state of its own
     const auto hold = [](std::initializer_list<BYTE> keys) {
@@ -270,27 +251,36 @@ TEST_F(SettingsKeyboard, KeysSteerAsTheyAreConfigured) {
         for (const BYTE key : keys) state[key] = 0x80;
         SetKeyboardState(state);
     };
-    hold({VK_CONTROL});
-    EXPECT_FALSE(IsPreventKeyDown()) << "nothing is configured";
-    write(kSpecialKeysPath, "CtrlP", 1);
-    EXPECT_FALSE(IsPreventKeyDown()) << "not enabled";
-    write(kSpecialKeysPath, kUseKeyToPrevent, 2);
-    EXPECT_TRUE(IsPreventKeyDown());
-    write(kSpecialKeysPath, "CtrlP", 0);
-    EXPECT_FALSE(IsPreventKeyDown()) << "no key is left";
+    std::map<Keys, BYTE> codes{{kAltKey, VK_MENU},
+                               {kShiftKey, VK_SHIFT},
+                               {kCtrlKey, VK_CONTROL},
+                               {kInsertKey, VK_INSERT},
+                               {kDeleteKey, VK_DELETE}};
+    const auto steer = [&](const char* use, std::span<const KeySetting> keys, bool (*steers)() noexcept) {
+        for (const auto& [name, key] : keys) {
+            hold({codes[key]});
+            EXPECT_FALSE(steers()) << name << " is not configured";
+            write(kSpecialKeysPath, name, 1);
+            EXPECT_FALSE(steers()) << "no key is enabled";
+            write(kSpecialKeysPath, use, 2);
+            EXPECT_TRUE(steers()) << name;
+            hold({});
+            EXPECT_FALSE(steers()) << name << " is not held";
+            write(kSpecialKeysPath, name, 0u);
+            write(kSpecialKeysPath, use, 0u);
+        }
+    };
+    steer(kUseKeyToPrevent, kPreventKeys, IsPreventKeyDown);
+    steer(kUseKeyToForce, kForceKeys, IsForceKeyDown);
 
-    write(kSpecialKeysPath, kUseKeyToForce, 1);
-    write(kSpecialKeysPath, "InsF", 1);
+    for (const char* name : {kUseKeyToForce, "InsF", kCheckMouse}) write(kSpecialKeysPath, name, 1);
     hold({VK_INSERT});
-    EXPECT_TRUE(IsForceKeyDown());
-    hold({VK_INSERT, 'A'});
-    EXPECT_FALSE(IsForceKeyDown());
-    hold({VK_INSERT});
-    write(kSpecialKeysPath, kCheckMouse, 1);
     EXPECT_FALSE(IsForceKeyDown()) << "no press yet";
     recordMousePressKeys();
     EXPECT_TRUE(IsForceKeyDown());
     EXPECT_TRUE(WereForceKeysDownAtMousePress(false, false, false, true, true));
+    hold({VK_INSERT, 'A'});
+    EXPECT_FALSE(IsForceKeyDown()) << "a letter is held too";
     hold({});
     recordMousePressKeys();
     hold({VK_INSERT});
