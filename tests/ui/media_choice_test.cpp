@@ -55,66 +55,49 @@ struct Lists {
 
 TEST(MediaChoice, NamesEntriesThenWhatThePageRequested) {
     Lists lists;
-    const auto whole = [](std::u16string url) {
-        const auto mark = url.find(u'~');
-        return mark == url.npos ? url : url.replace(mark, 1, u"http://h.example/");
+    // "~" in the table: the host and its scheme.
+    const auto whole = [](std::string text) {
+        for (auto mark = text.find('~'); mark != text.npos; mark = text.find('~'))
+            text.replace(mark, 1, "http://h.example/");
+        return text;
     };
     const struct {
-        std::u16string url, page;
+        const char* url;
+        const char16_t* page;
         ChoiceOrigin origin;
         WindowHandle controller;
-        std::vector<std::string> urls;  // "~": the host and its scheme
+        const char* media;  // address and height of each
         const char* why;
     } rows[] = {
-        {u"hlstozab://~a.m3u8",
-         u"7",
-         pageController,
-         77,
-         {"hlstozab://~a.m3u8 360"},
-         "the first with this link"},
-        {u"hlstozab://~a.m3u8#2", u"7", pageController, 77, {"hlstozab://~a.m3u8 720"}, "the second"},
-        {u"hlstozab://~a.m3u8#3", u"7", pageController, 77, {}, "there is no third"},
-        {u"~low.mp4",
-         u"7",
-         pageController,
-         77,
-         {"~low.mp4 240"},
-         "an entry before a request of the same address"},
-        {u"!ALL!",
-         u"7",
-         pageController,
-         77,
-         {"hlstozab://~a.m3u8 720", "hlstozab://~a.m3u8 360", "~low.mp4 240"},
-         "all that the menu shows, the best first"},
-        {u"~kept.mp4", u"7", pageController, 77, {"~kept.mp4 1080"}, "kept for whoever asks for it by name"},
-        {u"!ALL!", u"8", pageController, 0, {}, "not the selection: that has its own window"},
-        {u"!ALL!", u"8", processController, 88, {"~1.zip ", "~2.zip "}, "the whole selection"},
-        {u"~2.zip", u"8", processController, 88, {"~2.zip "}, "one of it"},
-        {u"~2.zip", u"7", processController, 77, {}, "of another page"},
-        {u"~o.mp4", u"7", processController, 77, {"~o.mp4 "}, "a request"},
-        {u"~o.mp4", u"8", pageController, 0, {}, "another page's"},
-        {u"~o.mp4", u"", pageController, 0, {}, "no page told: not any page's"},
-        {u"rtmp://h/[[IMPORT]]/cdn/file.mp3",
-         u"7",
-         pageController,
-         77,
-         {"http://cdn/file.mp3 "},
+        {"hlstozab://~a.m3u8", u"7", pageController, 77, "hlstozab://~a.m3u8 360; ", "the first of its link"},
+        {"hlstozab://~a.m3u8#2", u"7", pageController, 77, "hlstozab://~a.m3u8 720; ", "the second"},
+        {"hlstozab://~a.m3u8#3", u"7", pageController, 77, "", "there is no third"},
+        {"~low.mp4", u"7", pageController, 77, "~low.mp4 240; ", "an entry, before a request of its address"},
+        {"!ALL!", u"7", pageController, 77, "hlstozab://~a.m3u8 720; hlstozab://~a.m3u8 360; ~low.mp4 240; ",
+         "what the menu shows, best first"},
+        {"~kept.mp4", u"7", pageController, 77, "~kept.mp4 1080; ", "kept for whoever asks for it by name"},
+        {"!ALL!", u"8", pageController, 0, "", "not the selection: that has its own window"},
+        {"!ALL!", u"8", processController, 88, "~1.zip ; ~2.zip ; ", "the whole selection"},
+        {"~2.zip", u"8", processController, 88, "~2.zip ; ", "one of it"},
+        {"~2.zip", u"7", processController, 77, "", "of another page"},
+        {"~o.mp4", u"7", processController, 77, "~o.mp4 ; ", "a request"},
+        {"~o.mp4", u"8", pageController, 0, "", "another page's"},
+        {"~o.mp4", u"", pageController, 0, "", "no page told: not any page's"},
+        {"rtmp://h/[[IMPORT]]/cdn/file.mp3", u"7", pageController, 77, "http://cdn/file.mp3 ; ",
          "known under the address behind its marker"},
-        {u"~o.mp4/[[DYNAMIC]]/2", u"7", pageController, 77, {"~o.mp4 "}, "and before it"},
-        {u"", u"7", pageController, 77, {}, "nothing asked for"},
+        {"~o.mp4/[[DYNAMIC]]/2", u"7", pageController, 77, "~o.mp4 ; ", "and before it"},
+        {"", u"7", pageController, 77, "", "nothing asked for"},
     };
     for (const auto& row : rows) {
         MediaRequest request;
-        request.mediaUrl = whole(row.url);
+        request.mediaUrl = utf16FromUtf8(whole(row.url));
         request.pageIdentity = row.page;
-        const ChosenMedia media = chosenMedia(request, row.origin, lists.all);
-        EXPECT_EQ(media.controller, row.controller) << row.why;
-        std::vector<std::string> urls;
-        for (std::size_t i = 0; i < media.count(); ++i)
-            urls.push_back(media.transfer(i).url + " " + media.transfer(i).extraData);
-        std::vector<std::string> expected;
-        for (const std::string& url : row.urls) expected.push_back(utf8FromUtf16(whole(utf16FromUtf8(url))));
-        EXPECT_EQ(urls, expected) << row.why;
+        const ChosenMedia chosen = chosenMedia(request, row.origin, lists.all);
+        EXPECT_EQ(chosen.controller, row.controller) << row.why;
+        std::string media;
+        for (std::size_t i = 0; i < chosen.count(); ++i)
+            media += chosen.transfer(i).url + " " + chosen.transfer(i).extraData + "; ";
+        EXPECT_EQ(media, whole(row.media)) << row.why;
     }
 }
 

@@ -21,12 +21,11 @@ inline std::string requestItem(std::uint8_t tag, std::u16string_view text) {
     return item;
 }
 
-inline std::string payloadOf(const zab::MediaRequest& request) {
-    return requestItem(30, request.mediaUrl) + requestItem(31, request.pageUrl) +
-           requestItem(36, request.description) + requestItem(33, request.streamName) +
-           requestItem(35, request.referrer) + requestItem(34, request.cookies) +
-           requestItem(32, request.pageIdentity) + requestItem(3, request.extension);
-}
+inline constexpr std::u16string zab::MediaRequest::*kRequestFields[] = {
+    &zab::MediaRequest::mediaUrl,     &zab::MediaRequest::pageUrl,  &zab::MediaRequest::description,
+    &zab::MediaRequest::streamName,   &zab::MediaRequest::referrer, &zab::MediaRequest::cookies,
+    &zab::MediaRequest::pageIdentity, &zab::MediaRequest::extension};
+inline constexpr std::uint8_t kRequestTags[] = {30, 31, 36, 33, 35, 34, 32, 3};
 
 inline zab::Bytes bytesOf(std::string_view text) {
     return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
@@ -36,10 +35,11 @@ inline void checkMediaRequest(zab::Bytes payload) {
     using zab::MediaRequest;
     constexpr std::size_t kLongest = 65535 / 2;  // what an item can hold
     const MediaRequest request = zab::decodeMediaRequest(payload);
-    const MediaRequest again = zab::decodeMediaRequest(bytesOf(payloadOf(request)));  // what is written is read
-    for (const auto field : {&MediaRequest::mediaUrl, &MediaRequest::pageUrl, &MediaRequest::description,
-                             &MediaRequest::streamName, &MediaRequest::referrer, &MediaRequest::cookies,
-                             &MediaRequest::pageIdentity, &MediaRequest::extension}) {
+    std::string written;
+    for (std::size_t i = 0; i < std::size(kRequestFields); ++i)
+        written += requestItem(kRequestTags[i], request.*kRequestFields[i]);
+    const MediaRequest again = zab::decodeMediaRequest(bytesOf(written));  // what is written is read
+    for (const auto field : kRequestFields) {
         const std::u16string& text = request.*field;
         must(text.size() <= kLongest && text.find(u'\0') == std::u16string::npos);
         const bool isDefault = field == &MediaRequest::extension && text.empty();

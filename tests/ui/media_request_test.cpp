@@ -10,42 +10,33 @@ using zabtest::requestItem;
 
 TEST(MediaRequest, IsReadFromItsItems) {
     using namespace std::string_literals;
-    const std::string url = requestItem(30, u"http://h.example/a.mp4");
+    const std::string url = requestItem(30, u"u");
+    // The fields in the order of the record, each ended by a bar.
     const auto textsOf = [](const MediaRequest& request) {
-        return std::vector<std::u16string>{request.mediaUrl,     request.pageUrl,  request.description,
-                                           request.streamName,   request.referrer, request.cookies,
-                                           request.pageIdentity, request.extension};
+        std::u16string texts;
+        for (const auto field : zabtest::kRequestFields) texts += request.*field + u'|';
+        return texts;
     };
-    const std::u16string a = u"http://h.example/a.mp4";
     const struct {
         std::string payload;
-        std::vector<std::u16string> texts;
+        std::u16string texts;
         const char* why;
     } rows[] = {
-        {"", {u"", u"", u"", u"", u"", u"", u"", u"flv"}, "nothing: the extension has a default"},
+        {"", u"|||||||flv|", "nothing: the extension has a default"},
         {requestItem(3, u"mp3") + requestItem(36, u"d") + requestItem(35, u"r") + requestItem(34, u"c") +
              requestItem(33, u"s") + requestItem(32, u"17") + requestItem(31, u"p") + url,
-         {a, u"p", u"d", u"s", u"r", u"c", u"17", u"mp3"},
-         "every field"},
+         u"u|p|d|s|r|c|17|mp3|", "every field"},
         {requestItem(2, u"x") + requestItem(37, u"x") + requestItem(29, u"x") + requestItem(0, u"x") + url,
-         {a, u"", u"", u"", u"", u"", u"", u"flv"},
-         "tags without a field"},
-        {requestItem(30, u"first") + url + requestItem(30, u""),
-         {a, u"", u"", u"", u"", u"", u"", u"flv"},
-         "the last one that is not empty"},
-        {url + "\x20\x05\0\0"s + "1\0007\0"s,
-         {a, u"", u"", u"", u"", u"", u"", u"flv"},
-         "an item that claims one byte too many"},
-        {url + "\x20\x04"s, {a, u"", u"", u"", u"", u"", u"", u"flv"}, "an item that ends in its length"},
-        {"\x20\x03\0\0"s + "1\0007"s + url,
-         {a, u"", u"", u"", u"", u"", u"1", u"flv"},
-         "half a character more, and the next item behind it"},
+         u"u|||||||flv|", "tags without a field"},
+        {requestItem(30, u"first") + url + requestItem(30, u""), u"u|||||||flv|", "the last that is not empty"},
+        {url + "\x20\x05\0\0"s + "1\0007\0"s, u"u|||||||flv|", "an item that claims one byte too many"},
+        {url + "\x20\x04"s, u"u|||||||flv|", "an item that ends in its length"},
+        {"\x20\x03\0\0"s + "1\0007"s + url, u"u||||||1|flv|", "half a character more, and the next item"},
         {requestItem(32, std::u16string_view(u"17\0"
                                              u"8",
                                              4)) +
              url,
-         {a, u"", u"", u"", u"", u"", u"17", u"flv"},
-         "up to its NUL"},
+         u"u||||||17|flv|", "up to its NUL"},
     };
     for (const auto& row : rows)
         EXPECT_EQ(textsOf(decodeMediaRequest(bytesOf(row.payload))), row.texts) << row.why;
