@@ -58,7 +58,8 @@ struct Desk {
     ScreenPoint cursor{};
     WindowHandle activeWindow = 0;
     bool debuggerWatches = true;
-    bool listsLocked = false;  // somebody else holds the lock over the lists and keeps it
+    bool memoryMayFail = false;  // asking for it is a step ("malloc")
+    bool listsLocked = false;    // somebody else holds the lock over the lists and keeps it
     bool managerRegistered = true;
     bool noCallsNow = false;  // a connection that fails is one that may be had later
 
@@ -74,6 +75,8 @@ struct Desk {
     /// The module's window procedure: a message (panel_messages.h), and WM_COPYDATA with a media request.
     std::function<std::intptr_t(WindowHandle, std::uint32_t message, std::uintptr_t lParam)> answer;
     std::function<std::intptr_t(WindowHandle, const std::string& payload)> requested;
+    /// Whether the module keeps the record of a request.
+    std::function<bool(std::string_view url)> remembers;
 
     /// One call of what Windows would do: whether it fails. Named for what is asked ("setting Extensions").
     std::function<bool(const std::string& step)> fails = [](const std::string&) { return false; };

@@ -1,6 +1,7 @@
-// The module's edge at the desk: runtime, settings, keys, windows. Each function stands for the one of the same
-// name that calls Windows.
+// The module's edge at the desk: memory, runtime, settings, keys, windows. Each function stands for the one of
+// the same name that calls Windows.
 #include <algorithm>
+#include <new>
 #include <optional>
 
 #include "binding/browser_text_win32.h"
@@ -13,6 +14,7 @@
 #include "intercept/content_sniffing.h"
 #include "media/capture/companion_libraries.h"
 #include "media/capture/media_capture.h"
+#include "page/request_lists.h"
 #include "settings/data_file.h"
 #include "settings/settings_store.h"
 #include "settings/shared_list_lock.h"
@@ -28,6 +30,12 @@ namespace testbed {
 namespace {
 
 Desk* g_desk = nullptr;
+
+/// Whether the memory that the module asks for cannot be had.
+bool memoryFails() {
+    if (g_desk == nullptr || !g_desk->memoryMayFail) return false;
+    return g_desk->fails("malloc");
+}
 
 std::optional<std::string> textAt(const std::string& path) {
     if (desk().fails("setting " + path)) return std::nullopt;
@@ -48,7 +56,8 @@ bool hasKey(const std::string& path) {
                                [&](const auto& row) { return row.first.starts_with(path + "\\"); });
 }
 
-constexpr const char* kBrowser = "ZABBI\\zab_scenarios";
+constexpr const char* kIntegration = "ZABBI\\zab_scenarios\\int";
+constexpr const char* kPanelView = "ZABBI\\Firefox\\DwnlPanel\\PanelView";
 constexpr const char* kPanel = "ZABBI\\Firefox\\DwnlPanel";
 
 }  // namespace
@@ -74,9 +83,24 @@ extern "C" __attribute__((visibility("default"))) void ZabDesk_Sit(Desk* desk) {
                 window, {reinterpret_cast<const std::uint8_t*>(payload.data()), payload.size()});
         });
     };
+    desk->remembers = [](std::string_view url) {
+        auto& lists = requestLists();
+        return lists.requested.find(url) != nullptr || lists.examined.find(url) != nullptr;
+    };
 }
 
 }  // namespace testbed
+
+}  // namespace zab
+
+/// Of this library alone; what it gives is freed like any other memory of the process.
+void* operator new(std::size_t size) {
+    void* const memory = zab::testbed::memoryFails() ? nullptr : operator new(size, std::nothrow);
+    if (memory == nullptr) throw std::bad_alloc{};
+    return memory;
+}
+
+namespace zab {
 
 using testbed::desk;
 using testbed::numberAt;
@@ -97,7 +121,7 @@ std::u16string utf16FromAnsi(std::string_view text) {
 }
 
 std::optional<std::string> narrowPreferringAnsi(std::u16string_view text) {
-    if (text.empty() || desk().fails("narrow text")) return std::nullopt;
+    if (text.empty()) return std::nullopt;
     auto ansi = ansiFromUtf16(text);
     return utf16FromAnsi(ansi) == text ? ansi : utf8FromUtf16(text);
 }
@@ -109,21 +133,22 @@ bool EnsureRootKey() noexcept { return !desk().settings.empty() && !desk().fails
 Registration RegisterBrowser() noexcept {
     static bool known = false;
     if (known) return Registration::known;
-    createSharedListMutex();
-    if (!EnsureRootKey()) return Registration::failed;
-    ReloadDataFile(dataFile());
-    if (desk().fails("browser record")) return Registration::failed;
-    known = true;
-    const bool created = desk().settings.emplace(std::string(testbed::kBrowser) + "\\int", 1u).second;
-    return created ? Registration::created : Registration::known;
+    return guarded(Registration::failed, [] {
+        if (!EnsureRootKey()) return Registration::failed;
+        ReloadDataFile(dataFile());
+        if (desk().fails("browser record")) return Registration::failed;
+        const bool created = desk().settings.emplace(testbed::kIntegration, 1u).second;
+        known = true;
+        return created ? Registration::created : Registration::known;
+    });
 }
 
 std::uint32_t IsBrowserIntegrationEnabled() noexcept {
-    return numberAt(std::string(testbed::kBrowser) + "\\int").value_or(1) != 0 ? 1 : 0;
+    return guarded(1u, [] { return numberAt(testbed::kIntegration).value_or(1) != 0 ? 1u : 0u; });
 }
 
 std::uint32_t GetPanelViewFlag() noexcept {
-    return numberAt(std::string(testbed::kPanel) + "\\PanelView") == 2u ? 0 : 1;
+    return guarded(1u, [] { return numberAt(testbed::kPanelView) == 2u ? 0u : 1u; });
 }
 
 std::optional<std::string> extensionList() { return textAt("Extensions"); }
@@ -190,20 +215,27 @@ Keys configured(const KeySetting (&settings)[N]) {
 }  // namespace
 
 bool IsPreventKeyDown() noexcept {
-    return isSet(kUseKeyToPrevent) && combinationHeld(configured(kPreventKeys), keysDown());
+    return guarded(
+        false, [] { return isSet(kUseKeyToPrevent) && combinationHeld(configured(kPreventKeys), keysDown()); });
 }
 bool IsForceKeyDown() noexcept {
-    if (!isSet(kUseKeyToForce)) return false;
-    const Keys keys = configured(kForceKeys);
-    return forceKeysHeld(keys, keysDown(), desk().keyboard) &&
-           forceKeysHeldAtPress(keys, isSet(kCheckMouse), g_keysAtPress);
+    return guarded(false, [] {
+        if (!isSet(kUseKeyToForce)) return false;
+        const Keys keys = configured(kForceKeys);
+        return forceKeysHeld(keys, keysDown(), desk().keyboard) &&
+               forceKeysHeldAtPress(keys, isSet(kCheckMouse), g_keysAtPress);
+    });
 }
 void recordMousePressKeys() noexcept { g_keysAtPress = keysDown(); }
 
 // What all pages ask.
 
-void writeDebuggerText(const std::string& text) noexcept { desk().debuggerText(text); }
-void writeDebuggerText(const std::u16string& text) noexcept { desk().debuggerText(utf8FromUtf16(text)); }
+void writeDebuggerText(const std::string& text) noexcept {
+    guarded([&] { desk().debuggerText(text); });
+}
+void writeDebuggerText(const std::u16string& text) noexcept {
+    guarded([&] { desk().debuggerText(utf8FromUtf16(text)); });
+}
 bool debuggerWatches() noexcept { return desk().debuggerWatches; }
 std::optional<ScreenPoint> cursorPosition() noexcept {
     return desk().fails("cursor") ? std::nullopt : std::optional(desk().cursor);
@@ -218,24 +250,30 @@ bool SniffContentType(const std::uint8_t*, std::uint32_t, MyStrClass&) noexcept 
 
 // Windows.
 
-void closeWindow(WindowHandle window) noexcept { desk().destroys(window); }
+void closeWindow(WindowHandle window) noexcept {
+    guarded([&] { desk().destroys(window); });
+}
 WindowHandle activeWindow() noexcept { return desk().activeWindow; }
 bool isOpen(WindowHandle window) noexcept { return desk().windows.contains(window); }
 void postClose(WindowHandle window) noexcept {
-    desk().posted.emplace_back([window] { desk().destroys(window); });
+    guarded([&] { desk().posted.emplace_back([window] { desk().destroys(window); }); });
 }
 void postMove(WindowHandle button, const PixelRect& rect) noexcept {
-    desk().posted.emplace_back([=] {
-        if (isOpen(button)) desk().windows[button].rect = rect;
+    guarded([&] {
+        desk().posted.emplace_back([=] {
+            if (isOpen(button)) desk().windows[button].rect = rect;
+        });
     });
 }
 std::optional<WindowFacts> windowFactsOf(WindowHandle browserWindow) noexcept {
-    if (!isOpen(browserWindow) || desk().fails("window facts")) return std::nullopt;
-    WindowFacts facts;
-    facts.client = desk().windows[browserWindow].rect;
-    facts.scrollBarWidth = facts.scrollBarHeight = testbed::kScrollBar;
-    facts.cursor = PixelPoint{desk().cursor.x, desk().cursor.y};
-    return facts;
+    return guarded(std::optional<WindowFacts>{}, [&]() -> std::optional<WindowFacts> {
+        if (!isOpen(browserWindow) || desk().fails("window facts")) return std::nullopt;
+        WindowFacts facts;
+        facts.client = desk().windows[browserWindow].rect;
+        facts.scrollBarWidth = facts.scrollBarHeight = testbed::kScrollBar;
+        facts.cursor = PixelPoint{desk().cursor.x, desk().cursor.y};
+        return facts;
+    });
 }
 
 // The controllers' windows, all of this thread.
@@ -244,24 +282,31 @@ bool isPageController(WindowHandle window) noexcept {
     return desk().isController(window) && desk().windows[window].parent != 0;
 }
 bool postToWindow(WindowHandle window, std::uint32_t message, std::uintptr_t lParam) noexcept {
-    if (!isOpen(window) || desk().fails("message")) return false;
-    desk().posted.emplace_back([=] { desk().sends(window, message, lParam); });
-    return true;
+    return guarded(false, [&] {
+        if (!isOpen(window) || desk().fails("message")) return false;
+        desk().posted.emplace_back([=] { desk().sends(window, message, lParam); });
+        return true;
+    });
 }
 WindowHandle processController() noexcept {
-    auto& windows = controllerWindows();
-    if (windows.process == 0 && !desk().fails("process controller")) {
-        windows.process = desk().opensWindow({.answers = true});
-        windows.own = desk().opensWindow({.answers = true});
-    }
-    return windows.process;
+    return guarded(WindowHandle{0}, [] {
+        auto& windows = controllerWindows();
+        if (windows.process == 0 && !desk().fails("process controller")) {
+            if (windows.own == 0) windows.own = desk().opensWindow({.answers = true});
+            windows.process = desk().opensWindow({.answers = true});
+        }
+        return windows.process.load();
+    });
 }
 WindowHandle pageController(WindowHandle browserWindow) noexcept {
-    for (const auto& [handle, window] : desk().windows)
-        if (window.parent == browserWindow && window.answers) return handle;
-    if (!isOpen(browserWindow)) return 0;
-    processController();
-    return desk().fails("page controller") ? 0 : desk().opensWindow({.parent = browserWindow, .answers = true});
+    return guarded(WindowHandle{0}, [&]() -> WindowHandle {
+        for (const auto& [handle, window] : desk().windows)
+            if (window.parent == browserWindow && window.answers) return handle;
+        if (!isOpen(browserWindow)) return 0;
+        processController();
+        if (desk().fails("page controller")) return 0;
+        return desk().opensWindow({.parent = browserWindow, .answers = true});
+    });
 }
 bool endControllers() noexcept {
     controllers().end();
@@ -350,9 +395,11 @@ CompanionLibraries& companionLibraries() noexcept {
 IZABButtonManager* buttonManager() noexcept {
     static DeskButtons buttons;
     static IZABButtonManager* manager = nullptr;
-    if (manager == nullptr && exePathNarrow() == testbed::kCompanions && processController() != 0 &&
-        !desk().fails("button library"))
-        manager = &buttons;
+    guarded([] {
+        if (manager == nullptr && exePathNarrow() == testbed::kCompanions && processController() != 0 &&
+            !desk().fails("button library"))
+            manager = &buttons;
+    });
     return manager;
 }
 

@@ -79,7 +79,10 @@ TransferResult send(const TransferRecord& record, LinkTransmitterSession& sessio
     if (!desk().fails("SendLinkToZab")) {
         desk().told.push_back(std::move(told));
         auto& dies = std::get<std::uint32_t>(desk().settings["TestbedDie"]);
-        if (dies == 0 || --dies != 0) return TransferResult::made;
+        if (dies != 1) {
+            dies -= dies != 0;
+            return TransferResult::made;
+        }
     }
     session.connected = false;
     report(kServerDied);
@@ -89,8 +92,7 @@ TransferResult send(const TransferRecord& record, LinkTransmitterSession& sessio
 }  // namespace
 
 TransferResult sendToDownloadManager(const TransferRecord& record) noexcept {
-    TransferSession session;
-    return session.send(record);
+    return guarded(TransferResult::notMade, [&] { return TransferSession().send(record); });
 }
 TransferSession::TransferSession() : session_(std::make_unique<LinkTransmitterSession>()) {}
 TransferSession::~TransferSession() = default;
@@ -112,11 +114,18 @@ void makeNarrow(TransferRecord& record) {
         if (isCompleteUtf8(*text)) *text = narrowPreferringAnsi(utf16FromUtf8(*text)).value_or("");
 }
 
-void reportMissingManagerAtStart() noexcept { report(transfer_failure::kMissingAtStart); }
-void reportNoCallsNow() noexcept { report(transfer_failure::kNoCallsNow); }
-void reportNoLinksFound() noexcept { tell(messageTexts()[TextId::noLinksFound].view(), kFailureBoxTitle); }
+void reportMissingManagerAtStart() noexcept {
+    guarded([] { report(transfer_failure::kMissingAtStart); });
+}
+void reportNoCallsNow() noexcept {
+    guarded([] { report(transfer_failure::kNoCallsNow); });
+}
+void reportNoLinksFound() noexcept {
+    guarded([] { tell(messageTexts()[TextId::noLinksFound].view(), kFailureBoxTitle); });
+}
 void reportNoMediaFound() noexcept {
-    tell(messageTexts()[TextId::noFlvFound].view(), messageTexts()[TextId::savingFlvTitle].view());
+    guarded(
+        [] { tell(messageTexts()[TextId::noFlvFound].view(), messageTexts()[TextId::savingFlvTitle].view()); });
 }
 
 }  // namespace zab

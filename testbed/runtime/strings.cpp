@@ -64,7 +64,7 @@ void splice(Container<Char>* text, uint32_t offset, uint32_t cut, const Char* da
     const uint32_t total = offset + length + tail;
     Char* buffer = allocate<Char>(size_t{total} + 1);
     memcpy(buffer, text->data, offset * sizeof(Char));
-    memcpy(buffer + offset, data, length * sizeof(Char));
+    if (length != 0) memcpy(buffer + offset, data, length * sizeof(Char));
     memcpy(buffer + offset + length, text->data + offset + cut, tail * sizeof(Char));
     drop(text);
     *text = {buffer, total, kTerminated | kOwned};
