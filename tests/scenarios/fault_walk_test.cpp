@@ -159,17 +159,21 @@ std::string shapeOf(const zabprobe::Exchange& exchange) {
     return shape;
 }
 
-/// Faults by what they befall.
-using Counts = std::map<std::string, std::uint32_t>;
-
-const char* groupOf(const std::string& operation) {
-    if (operation.starts_with("NS_")) return "entries of the runtime";
-    if (operation.starts_with("Reg")) return "calls of the registry";
-    if (operation.find_first_of(". ") != std::string::npos) return "slots and services of the browser";
-    return "steps of COM, text and locks";
+/// Under Wine the system's own calls, which are the same for every exchange that is handed over with a body.
+bool isWalked([[maybe_unused]] const zabprobe::Exchange& exchange) {
+#ifdef _WIN32
+    GivenSettings settings;
+    settings.extensionList = kCaught;
+    CapturedHeaders scratch;
+    return exchange.bodySize > 0 &&
+           zabprobe::decideExchange(exchange, settings, scratch).outcome == Outcome::transfer;
+#else
+    return true;
+#endif
 }
 
-void walk(const zabprobe::Exchange& exchange, nsresult fault, Counts& counts, Wrongs& all) {
+/// Gives how many faults there were.
+std::uint32_t walk(const zabprobe::Exchange& exchange, nsresult fault, Wrongs& all) {
     Browser browser;
     HookedSystem system(browser);
     browser.startsUp();
@@ -189,8 +193,7 @@ void walk(const zabprobe::Exchange& exchange, nsresult fault, Counts& counts, Wr
         std::ranges::copy(browser.violations(), std::back_inserter(wrongs));
         for (const auto& wrong : wrongs)
             if (!wrong.empty()) all.try_emplace(operation + " fails: " + wrong, exchange.url);
-        if (!reached) return;
-        ++counts[groupOf(operation)];
+        if (!reached) return n - 1;
     }
 }
 
@@ -198,18 +201,14 @@ void walkAllShapes(nsresult fault) {
     SettingsTree settings;
     settings.set("Extensions", kCaught);
     std::set<std::string> shapes;
-    Counts counts;
+    std::uint32_t faults = 0;
     Wrongs wrongs;
     for (const auto& exchange : recordedExchanges(""))
-        if (shapes.insert(shapeOf(exchange)).second) walk(exchange, fault, counts, wrongs);
+        if (isWalked(exchange) && shapes.insert(shapeOf(exchange)).second)
+            faults += walk(exchange, fault, wrongs);
     for (const auto& [wrong, url] : wrongs) ADD_FAILURE() << wrong << " (" << url << ")";
-    std::uint32_t all = 0;
-    for (const auto& [group, count] : counts) {
-        std::printf("%u faults of %s\n", count, group.c_str());
-        all += count;
-    }
-    std::printf("%u faults injected into %zu kinds of exchanges\n", all, shapes.size());
-    EXPECT_GT(all, 1000u);
+    EXPECT_GT(faults, 100 * shapes.size()) << "in each of them";
+    EXPECT_FALSE(shapes.empty());
 }
 
 TEST(FaultWalk, NoFaultOfAnExchangeLosesItsDownload) { walkAllShapes(kFails); }

@@ -3,7 +3,6 @@
 #include <chrono>
 
 #include "binding/utf.h"
-#include "binding/wide_win32.h"
 #include "scenarios/scenario.h"
 
 namespace zab::testbed {
@@ -54,7 +53,7 @@ const struct {
      }},
     {"a forced link",
      [](Browser& browser, Page& page, const std::string& secret) {
-         const HeldKeys control({VK_CONTROL});
+         const HeldKeys control({kControl});
          return browser
              .requests({.url = "http://u:" + secret + "@h.example/page",
                         .headers = {{"Cookie", "session=" + secret}},
@@ -72,18 +71,18 @@ TEST_F(HandOver, ThatFailsLeavesTheDownloadAndIsTold) {
         const char* told;  // how the text begins
         const char* why;
     } rows[] = {
-        {true, true, kProgram, IDOK, "Cannot transfer the download to ZAB\r\nError 0x8", "dies in the call"},
-        {false, false, kProgram, IDOK,
+        {true, true, kProgram, kOk, "Cannot transfer the download to ZAB\r\nError 0x8", "dies in the call"},
+        {false, false, kProgram, kOk,
          "Cannot transfer the download to ZAB\r\n\r\nThe required ZAB components are not registered",
          "is not registered"},
-        {false, false, nullptr, IDNO,
+        {false, false, nullptr, kNo,
          "Cannot transfer file download to Zabrion. It's possible that it's not installed.",
          "is not installed"},
     };
     auto& page = browser.opensPage("http://h.example/page.html");
     for (const auto& row : rows) {
         ASSERT_TRUE(manager.isRegistered(row.registered));
-        manager.set("TestbedDie", DWORD{row.dies});
+        manager.set("TestbedDie", std::uint32_t{row.dies});
         if (row.program == nullptr) settings.remove("ExePath");
         for (const auto& way : kWays) {
             const auto where = std::string(way.name) + ", and the download manager " + row.why;
@@ -109,17 +108,20 @@ TEST_F(HandOver, ThatTheBrowserDoesNotLetGoOfIsToldAsThat) {
     }));
 }
 
+#ifdef _WIN32  // the process of a download manager
 TEST_F(HandOver, HoldsTheBrowserNoLongerThanItsCall) {
     constexpr auto kHang = 3000ms;
     auto& page = browser.opensPage("http://h.example/page.html");
     EXPECT_TRUE(kWays[0].taken(browser, page, "")) << "the process is there from now on";
-    manager.set("TestbedHangMs", DWORD{kHang.count()});
+    manager.set("TestbedHangMs", std::uint32_t{kHang.count()});
     const auto start = std::chrono::steady_clock::now();
     EXPECT_TRUE(kWays[0].taken(browser, page, ""));
     const auto held = std::chrono::steady_clock::now() - start;
     EXPECT_GE(held, kHang);
     EXPECT_LT(held, 2 * kHang) << "one call, made once";
 }
+
+#endif
 
 TEST_F(HandOver, CookiesAndCredentialsReachTheDownloadManagerOnly) {
     const std::string secret = "Hush7";
@@ -134,7 +136,7 @@ TEST_F(HandOver, CookiesAndCredentialsReachTheDownloadManagerOnly) {
     ASSERT_TRUE(manager.isRegistered(false));
     for (const auto& way : kWays) {
         EXPECT_FALSE(way.taken(browser, page, secret)) << way.name;
-        const auto box = answerMessageBox(IDOK);
+        const auto box = answerMessageBox(kOk);
         ASSERT_TRUE(box);
         EXPECT_EQ(box->text.find(utf16FromUtf8(secret)), std::u16string::npos);
     }
@@ -152,9 +154,9 @@ TEST(FirstStart, TellsOnceThatTheDownloadManagerIsMissing) {
         Browser browser;
         browser.startsUp();
         browser.clicks("http://h.example/");
-        const auto box = answerMessageBox(IDNO, patience);
+        const auto box = answerMessageBox(kNo, patience);
         browser.clicks("http://h.example/");
-        EXPECT_FALSE(answerMessageBox(IDNO, 300ms)) << "once in a start";
+        EXPECT_FALSE(answerMessageBox(kNo, 300ms)) << "once in a start";
         return box ? utf8FromUtf16(box->text) : "";
     };
     const std::string missing = "You have installed \"ZAB Integration\" extension successfully. Unfortunately";

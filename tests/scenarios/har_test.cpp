@@ -2,7 +2,6 @@
 // recorded.
 #include <gtest/gtest.h>
 
-#include "binding/wide_win32.h"
 #include "browser/desktop.h"
 #include "scenarios/recorded.h"
 
@@ -30,8 +29,8 @@ TEST(RecordedExchanges, AreDecidedByTheModuleAsByTheProbe) {
         {"nothing to catch", "", "", true, 0},
         {"an excepted server", "zip exe", "*.example 127.0.*", true, 0},
         {"switched off", "zip exe", "", false, 0},
-        {"the prevent key", "zip exe", "", true, VK_MENU},
-        {"the force key", "zip exe", "", true, VK_CONTROL},
+        {"the prevent key", "zip exe", "", true, kAlt},
+        {"the force key", "zip exe", "", true, kControl},
     };
     const auto exchanges = recordedExchanges("");
     ASSERT_GT(exchanges.size(), 100u);
@@ -46,14 +45,13 @@ TEST(RecordedExchanges, AreDecidedByTheModuleAsByTheProbe) {
         given.extensionList = row.extensions;
         given.exceptionList = row.exceptions;
         given.integration = row.integration;
-        given.preventKey = row.key == VK_MENU;
-        given.forceKey = row.key == VK_CONTROL;
+        given.preventKey = row.key == kAlt;
+        given.forceKey = row.key == kControl;
 
         Browser browser;
         HookedSystem system(browser);
         browser.startsUp();
         CapturedHeaders scratch;
-        std::size_t transfers = 0;
         for (const auto& exchange : exchanges) {
             const std::string where = std::string(row.why) + ": " + exchange.url;
             const Decision decision = zabprobe::decideExchange(exchange, given, scratch);
@@ -72,7 +70,6 @@ TEST(RecordedExchanges, AreDecidedByTheModuleAsByTheProbe) {
             EXPECT_EQ(channel.cancelled() || !channel.written.empty(), taken) << where;
             ASSERT_EQ(told.size(), taken ? 1u : 0u) << where;
             if (!taken) continue;
-            ++transfers;
             EXPECT_EQ(told[0].flags, decision.flags) << where;
             EXPECT_EQ(told[0].text("fileName"), decision.fileName) << where;
             EXPECT_EQ(told[0].text(nameOf(ExtraElement::typeHint)), decision.extension) << where;
@@ -80,7 +77,6 @@ TEST(RecordedExchanges, AreDecidedByTheModuleAsByTheProbe) {
             EXPECT_EQ(told[0].text(nameOf(ExtraElement::size)), length > 0 ? std::to_string(length) : "")
                 << where;
         }
-        std::printf("%s: %zu exchanges, %zu transferred\n", row.why, exchanges.size(), transfers);
         EXPECT_EQ(browser.unbalanced(), "") << row.why;
         EXPECT_EQ(browser.violations(), std::vector<std::string>{}) << row.why;
     }

@@ -1,5 +1,4 @@
 // Downloads through the module: caught, handed over and cancelled, or left with the browser.
-#include "scenarios/import_hook.h"
 #include "scenarios/scenario.h"
 
 namespace zab::testbed {
@@ -21,40 +20,25 @@ class Interception : public ::testing::Test {
         EXPECT_EQ(browser.violations(), std::vector<std::string>{});
     }
 
-    /// A click whose answer is taken; what the download manager then knows.
-    json taken(const Request& request, const Headers& answer, std::uint32_t status = 200) {
-        auto& channel = browser.requests(request);
-        browser.answers(channel, status, answer);
-        EXPECT_EQ(channel.cancels, std::vector<nsresult>{kTakenOverStatus}) << request.url;
-        return channel.cancelled() ? manager.received(received_++) : json::object();
-    }
-    void stays(const Request& request, const Headers& answer, const std::string& why,
-               std::uint32_t status = 200) {
-        auto& channel = browser.requests(request);
-        browser.answers(channel, status, answer);
-        EXPECT_FALSE(channel.cancelled()) << why;
-        EXPECT_TRUE(channel.written.empty()) << why;
-    }
-
     SettingsTree settings;
     Manager manager;
     Browser browser;
-
-  private:
-    std::size_t received_ = 0;
 };
 
 TEST_F(Interception, ATypicalDownloadTravelsWithAllThatTheBrowserWouldHaveSent) {
     auto& page = browser.opensPage("http://site.example/page.html", u"Archives");
-    const json told = taken({.url = "http://site.example/get?id=7#part",
-                             .headers = {{"Referer", "http://site.example/page.html"},
-                                         {"Cookie", "session=1"},
-                                         {"User-Agent", "Agent/52"},
-                                         {"Authorization", "Basic dTpw"}},
-                             .page = &page},
-                            {{"Content-Disposition", "attachment; filename=\"a b.zip\""},
-                             {"Content-Type", "application/octet-stream; charset=x"},
-                             {"Content-Length", "5000"}});
+    auto& channel = browser.requests({.url = "http://site.example/get?id=7#part",
+                                      .headers = {{"Referer", "http://site.example/page.html"},
+                                                  {"Cookie", "session=1"},
+                                                  {"User-Agent", "Agent/52"},
+                                                  {"Authorization", "Basic dTpw"}},
+                                      .page = &page});
+    browser.answers(channel, 200,
+                    {{"Content-Disposition", "attachment; filename=\"a b.zip\""},
+                     {"Content-Type", "application/octet-stream; charset=x"},
+                     {"Content-Length", "5000"}});
+    EXPECT_EQ(channel.cancels, std::vector<nsresult>{kTakenOverStatus});
+    const json told = manager.received(0);
     EXPECT_EQ(told["url"], "http://site.example/get?id=7");
     EXPECT_EQ(told["referrer"], "http://site.example/page.html");
     EXPECT_EQ(told["cookies"], "session=1");
@@ -70,46 +54,12 @@ TEST_F(Interception, ATypicalDownloadTravelsWithAllThatTheBrowserWouldHaveSent) 
     EXPECT_EQ(told["extraData"][7], "http://site.example/page.html");
 }
 
-TEST_F(Interception, APartThatADocumentLoadsAndOneThatItsServerNames) {
-    const json named = taken({.url = "http://h.example/a", .loadFlags = kEmbedded},
-                             {{"Content-Disposition", "attachment; filename=x.rar.001"}});
-    EXPECT_EQ(named["flags"], 0x1008);
-    EXPECT_EQ(named["extraData"][3], "001");
-    const json part = taken({.url = "http://h.example/g.ZIP", .loadFlags = kDocumentLoad}, {}, 206);
-    EXPECT_EQ(part["flags"], 8);
-    EXPECT_EQ(part["extraData"][3], "ZIP");
-}
-
-TEST_F(Interception, WhatStaysWithTheBrowser) {
-    settings.set("ExceptionServers", "*.excepted.example");
-    stays({.url = "http://www.excepted.example/a.zip"}, kZip, "the user exempts the server");
-    stays({.url = "http://h.example/a.zip", .loadFlags = kEmbedded}, kZip, "fetched by a script of its page");
-    stays({.url = "http://h.example/a.zip"}, kZip, "there is no such file", 404);
-    settings.set("ZABBI\\zab_scenarios\\int", 0u);
-    stays({.url = "http://h.example/a.zip"}, kZip, "the integration is off in this browser");
-    settings.remove("ZABBI\\zab_scenarios\\int");
-    taken({.url = "http://h.example/a.zip"}, kZip);
-    settings.remove("Extensions");
-    stays({.url = "http://h.example/a.zip"}, kZip, "no catch list");
-}
-
-TEST_F(Interception, KeysPreventAndForce) {
-    settings.set("SpecialKeys\\UseKeyToPrevent", 1u).set("SpecialKeys\\AltP", 1u);
+TEST_F(Interception, OnlyWhatTheUserClicksWithTheKeyIsForced) {
     settings.set("SpecialKeys\\UseKeyToForce", 1u).set("SpecialKeys\\CtrlF", 1u);
-    {
-        const HeldKeys alt({kAlt});
-        stays({.url = "http://h.example/a.zip"}, kZip, "Alt prevents");
-    }
-    {
-        const HeldKeys both({kControl, kShift});
-        EXPECT_FALSE(browser.clicks("http://h.example/page").cancelled()) << "one key alone, held with another";
-    }
     const HeldKeys control({kControl});
-    auto& forced = browser.clicks("http://h.example/page");
-    EXPECT_EQ(forced.cancels, std::vector<nsresult>{kTakenOverStatus});
+    EXPECT_EQ(browser.clicks("http://h.example/page").cancels, std::vector<nsresult>{kTakenOverStatus});
     EXPECT_EQ(manager.received(0)["flags"], 0x804);
-    auto& frame = browser.requests({.url = "http://h.example/frame", .loadFlags = kDocumentLoad});
-    EXPECT_FALSE(frame.cancelled()) << "only what the user clicked is forced";
+    EXPECT_FALSE(browser.requests({.url = "http://h.example/frame", .loadFlags = kDocumentLoad}).cancelled());
     settings.set("SpecialKeys\\CheckMouse", 1u);
     EXPECT_FALSE(browser.clicks("http://h.example/page").cancelled()) << "the key came after the press";
     browser.mouse(u"mousedown");
@@ -129,34 +79,18 @@ TEST_F(Interception, AnFtpRedirectIsTakenAndItsRequestDiesBeforeItIsSent) {
     EXPECT_FALSE(browser.clicks(std::string(kSentinel) + "?").cancelled()) << "the whole address or none";
 }
 
-TEST_F(Interception, ARedirectToTheWebIsFollowed) {
-    auto& channel = browser.clicks("http://h.example/moved");
-    browser.answers(channel, 301, {{"Location", "http://h.example:80/archive.zip"}});
-    EXPECT_TRUE(channel.written.empty());
-    EXPECT_FALSE(channel.cancelled());
-    EXPECT_EQ(taken({.url = "http://h.example/archive.zip"}, kZip)["url"], "http://h.example/archive.zip");
-}
-
-#ifdef _WIN32  // seen by the calls of the system for memory
+#ifndef _WIN32  // the desk shows what is remembered
 TEST_F(Interception, TheRecordOfARedirectedRequestIsFoundUnderItsNewUrl) {
-    constexpr HookedImport kHeap[] = {{"malloc"}, {"free"}};
-    const ImportHook hook(browser, kHeap);
-    // A response that ends an exchange takes the request's record away: memory is given back only for one.
-    const auto hadRecordOf = [&](std::string url) {
-        auto& gone = browser.make<Channel>(Request{.url = std::move(url)});
-        browser.faults().none();
-        browser.answers(gone, 404);
-        return browser.faults().countOf("free") > browser.faults().countOf("malloc");
-    };
     const std::pair<std::uint32_t, const char*> redirects[] = {
         {301, "http://h.example:80/stored"}, {302, "/stored"}, {303, "stored"}, {307, "//h.example:80/stored"}};
     for (const auto& [status, location] : redirects) {
-        auto& post = browser.requests(
-            {.url = "http://h.example/form", .method = "POST", .upload = Upload{.bytes = "a=b"}});
-        browser.answers(post, status, {{"Location", location}});
-        EXPECT_FALSE(hadRecordOf("http://h.example/form")) << status;
-        EXPECT_TRUE(hadRecordOf("http://h.example/stored")) << status << ": without the default port";
-        EXPECT_FALSE(hadRecordOf("http://h.example/stored")) << status << ": one record";
+        auto& form = browser.clicks("http://h.example/form");
+        browser.answers(form, status, {{"Location", location}});
+        EXPECT_TRUE(form.written.empty()) << location;
+        EXPECT_FALSE(desk().remembers("http://h.example/form")) << location;
+        EXPECT_TRUE(desk().remembers("http://h.example/stored")) << location << ": without the default port";
+        browser.answers(browser.make<Channel>(Request{.url = "http://h.example/stored"}), 404);
+        EXPECT_FALSE(desk().remembers("http://h.example/stored")) << location << ": one record";
     }
 }
 #endif

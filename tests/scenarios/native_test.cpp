@@ -13,7 +13,7 @@ namespace zab::testbed {
 namespace {
 
 TEST(AnyOrder, LeavesNothingBehind) {
-    for (std::uint32_t seed = 1; seed <= 60; ++seed) {
+    for (std::uint32_t seed = 1; seed <= 20; ++seed) {
         std::mt19937 random(seed);
         std::vector<std::uint8_t> day(4000);
         for (auto& byte : day) byte = static_cast<std::uint8_t>(random());

@@ -1,14 +1,8 @@
-// Settings that several browsers share, and settings that change under a browser that is busy.
-#include <atomic>
+// Settings that several browsers share.
 #include <fstream>
-#include <iterator>
-#include <set>
-#include <thread>
 
 #include "binding/wide_win32.h"
-#include "intercept/decision.h"
 #include "scenarios/scenario.h"
-#include "settings/data_file.h"
 
 namespace zab::testbed {
 namespace {
@@ -78,72 +72,6 @@ TEST(Browsers, EachHasARecordOfItsOwnThatIsNeverWrittenAgain) {
         EXPECT_EQ(settings.text(record + "\\name"), row.name) << where;
         EXPECT_EQ(settings.number(record + "\\int"), off ? 0u : 1u) << where;
     }
-}
-
-std::string lineOf(Outcome outcome, Reason reason, std::string_view extension) {
-    Decision decision;
-    decision.reason = reason;
-    decision.ownExtension = extension;
-    return "**********Examine " + std::string(outcomeName(outcome)) + ": " + sentenceOf(decision);
-}
-
-TEST(Settings, ThatChangeWhileResponsesAreExaminedGiveTheOldOutcomeOrTheNew) {
-    const std::string folder = temporary("");
-    const std::string dataFile = folder + "zabfc.dat";
-    SettingsTree settings;
-    settings.set("Extensions", "zip").set("ExceptionServers", "h.example").set("AppDataZABFolder", folder);
-    settings.touchConfigTime();
-    Browser browser;
-    browser.startsUp();
-
-    std::atomic<bool> ends{false};
-    std::thread changes([&] {
-        for (std::uint32_t n = 0; !ends; ++n) {
-            settings.set("Extensions", n % 2 == 0 ? "rar" : "zip");
-            settings.set("ZABBI\\zab_scenarios\\int", n / 2 % 2);
-            // Fails while the module reads the file, which then has the text of an earlier turn.
-            const std::string text = n % 3 == 0 ? "listen.skip=h.example\n" : "youtube.pairing=1\n";
-            std::ofstream(dataFile, std::ios::binary)
-                << applyDataFileCipher({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
-            settings.touchConfigTime();
-            Sleep(2);
-        }
-    });
-    const struct {
-        Request request;
-        Headers answer;
-        std::set<std::string> outcomes;
-    } rows[] = {
-        {{.url = "http://h.example/a.zip"},
-         kZip,
-         {lineOf(Outcome::browser, Reason::notInCatchList, "zip"),
-          lineOf(Outcome::browser, Reason::integrationOff, {}),
-          lineOf(Outcome::browser, Reason::serverExcepted, {})}},
-        {{.url = "http://h.example/a.m3u8"},
-         {{"Content-Type", "application/vnd.apple.mpegurl"}},
-         {lineOf(Outcome::browser, Reason::notInCatchList, "m3u8"),
-          lineOf(Outcome::listen, Reason::notInCatchList, "m3u8")}},
-    };
-    constexpr std::uint32_t kEnough = 2000, kMost = 20'000;
-    std::set<std::string> seen[std::size(rows)];
-    browser.takesDebugLines();
-    for (std::uint32_t n = 0; n < kMost; ++n) {
-        const std::size_t which = n % std::size(rows);
-        auto& channel = browser.requests(rows[which].request);
-        browser.answers(channel, 200, rows[which].answer);
-        browser.finishes(channel);
-        for (auto& line : browser.takesDebugLines()) seen[which].insert(std::move(line));
-        if (n >= kEnough && seen[0].size() >= rows[0].outcomes.size() &&
-            seen[1].size() >= rows[1].outcomes.size())
-            break;
-    }
-    ends = true;
-    changes.join();
-    for (std::size_t which = 0; which < std::size(rows); ++which)
-        EXPECT_EQ(seen[which], rows[which].outcomes) << "each of them, and no other: " << which;
-    DeleteFileA(dataFile.c_str());
-    EXPECT_EQ(browser.unbalanced(), "");
-    EXPECT_EQ(browser.violations(), std::vector<std::string>{});
 }
 
 }  // namespace

@@ -124,7 +124,6 @@ TEST(StartUp, AnswersWithoutWhatItNeeds) {
         const char* why;
     } rows[] = {
         {{.hiddenEntries = allEntryPoints()}, NS_ERROR_UNEXPECTED, "a runtime that exports nothing"},
-        {{.hiddenEntries = {"NS_GetServiceManager"}}, NS_ERROR_UNEXPECTED, "no way to any service"},
         {{.missingServices = {"@zab/mozilla_cc_helper8;1"}},
          NS_ERROR_UNEXPECTED,
          "an extension without helper"},
@@ -142,31 +141,6 @@ TEST(StartUp, AnswersWithoutWhatItNeeds) {
         EXPECT_FALSE(click.cancelled()) << row.why;
         EXPECT_TRUE(browser.violations().empty()) << row.why;
     }
-}
-
-TEST(StartUp, WindowsGetAndLoseTheirListeners) {
-    SettingsTree settings;
-    Browser browser;
-    browser.startsUp();
-    auto& window = browser.opensWindow();
-    std::vector<std::u16string> types;
-    for (const auto& [type, listener] : window.target.listeners) types.push_back(type);
-    EXPECT_EQ(types, (std::vector<std::u16string>{u"mouseup", u"mousedown", u"TabSelect"}));
-    browser.closesWindow(window);
-    EXPECT_TRUE(window.target.listeners.empty());
-    EXPECT_EQ(browser.unbalanced(), "");
-    EXPECT_TRUE(browser.violations().empty());
-}
-
-TEST(StartUp, TabsAreNamedOnTheDebuggerOutput) {
-    SettingsTree settings;
-    Browser browser;
-    browser.startsUp();
-    browser.takesDebugLines();
-    browser.selectsTab(u"17");
-    browser.selectsTab(u"abc");
-    EXPECT_EQ(browser.takesDebugLines(),
-              (std::vector<std::string>{"**********Tabselect2 docID=17", "**********Tabselect2 docID=0"}));
 }
 
 }  // namespace
