@@ -7,7 +7,6 @@
 #include <functional>
 #include <map>
 #include <random>
-#include <set>
 
 #include "ui/media_request_check.h"
 #include "ui/panel_messages.h"
@@ -43,7 +42,7 @@ class Desk : public ControllerHost {
         return media;
     }
     WindowHandle replyWindow(const Choice&, WindowHandle, WindowHandle leaving) override {
-        return open.count(kPage) != 0 && leaving != kPage ? kPage : kOwn;
+        return leaving != kPage ? kPage : kOwn;
     }
     std::unique_ptr<ChoiceSender> sender() override { return std::make_unique<Sender>(*this); }
     bool file(std::unique_ptr<MediaEntry>) override { return true; }
@@ -54,21 +53,20 @@ class Desk : public ControllerHost {
                                      {reinterpret_cast<const std::uint8_t*>(payload.data()), payload.size()});
     }
     std::intptr_t asksAll() { return asks(requestItem(30, u"!ALL!") + requestItem(32, u"7")); }
-    /// Serves one message; false: none waits. What a window that has closed was to receive is gone.
+    /// Serves one message; false: none waits.
     bool serves() {
         if (queue.empty()) return false;
         const Posted next = queue.front();
         queue.pop_front();
-        if (open.count(next.window) != 0) controllers.answer(next.window, next.message, next.lParam);
+        controllers.answer(next.window, next.message, next.lParam);
         return true;
     }
-    void closes(WindowHandle window) {
-        controllers.answer(window, kDestroyed, 0);
-        open.erase(window);
+    void servesAll() {
+        while (serves()) {
+        }
     }
 
-    std::vector<std::string> links{"a", "b", "c"};
-    std::set<WindowHandle> open{kProcess, kOwn, kPage};
+    const std::vector<std::string> links{"a", "b", "c"};
     std::size_t room = 10'000;
     std::deque<Posted> queue;
     std::vector<std::string> sent;
@@ -87,21 +85,6 @@ class Desk : public ControllerHost {
     };
 };
 
-TEST(Controllers, AChoiceIsATransferPerMessageAndOutlivesItsWindow) {
-    Desk desk;
-    desk.links.clear();
-    for (int i = 0; i < 2000; ++i) desk.links.push_back(std::to_string(i));
-    const std::vector<std::string> chosen = desk.links;
-    EXPECT_EQ(desk.asksAll(), 1);
-    desk.links.clear();  // the page goes: what was chosen is a copy
-    for (std::size_t served = 0; desk.serves(); ++served) {
-        ASSERT_LE(desk.sent.size(), served + 1) << "the thread is free between two transfers";
-        if (desk.sent.size() == 1000 && desk.open.count(kPage) != 0) desk.closes(kPage);
-    }
-    EXPECT_EQ(desk.sent, chosen);
-    EXPECT_TRUE(desk.told.empty());
-}
-
 TEST(Controllers, EachTransferHasItsOwnRepeatsAndTheUserIsToldOnce) {
     const struct {
         std::function<TransferResult(const std::string&, int)> answers;
@@ -119,8 +102,7 @@ TEST(Controllers, EachTransferHasItsOwnRepeatsAndTheUserIsToldOnce) {
         std::map<std::string, int> times;
         desk.answers = [&](const std::string& url) { return row.answers(url, ++times[url]); };
         desk.asksAll();
-        while (desk.serves()) {
-        }
+        desk.servesAll();
         std::string sent;
         for (const std::string& url : desk.sent) sent += url;
         EXPECT_EQ(sent, row.sent);
@@ -132,16 +114,14 @@ TEST(Controllers, WhatComesToNothingIsToldToUsersAlone) {
     Desk desk;
     desk.asks(requestItem(30, u"nothing") + requestItem(32, u"7"));
     desk.asks(requestItem(30, u"!ALL!") + requestItem(32, u"8"));
-    while (desk.serves()) {
-    }
+    desk.servesAll();
     EXPECT_EQ(desk.told, std::vector{ChoiceEnd::nothingThere}) << "nobody clicks in an unknown page";
 
     int taken = 0;
     for (int i = 0; i < 80; ++i) taken += static_cast<int>(desk.asksAll());
     EXPECT_EQ(taken, 64);
     EXPECT_EQ(desk.told.size(), 1u + 16u);
-    while (desk.serves()) {
-    }
+    desk.servesAll();
     EXPECT_EQ(desk.sent.size(), 64u * 3u);
     EXPECT_EQ(desk.asksAll(), 1) << "there is room again";
 }
@@ -151,23 +131,20 @@ TEST(Controllers, AMessageInsideATransferOrWithoutRoomWaits) {
     bool inside = false;
     desk.answers = [&](const std::string&) {
         EXPECT_FALSE(std::exchange(inside, true)) << "a transfer inside another";
-        while (desk.serves()) {
-        }  // what a call into another process does while it waits
+        desk.servesAll();  // what a call into another process does while it waits
         inside = false;
         return made;
     };
     desk.asksAll();
     desk.asksAll();
-    while (desk.serves()) {
-    }
+    desk.servesAll();
     EXPECT_EQ(desk.sent.size(), 6u);
 
     desk.room = 0;
     EXPECT_EQ(desk.asksAll(), 1);
     desk.room = 10;
     desk.controllers.answer(kPage, kAlive, 0);
-    while (desk.serves()) {
-    }
+    desk.servesAll();
     EXPECT_EQ(desk.sent.size(), 9u);
 }
 
@@ -194,8 +171,7 @@ TEST(Controllers, StrangersEndNothingAndReachNothing) {
         }
         if (i % 3 == 0) desk.serves();
     }
-    while (desk.serves()) {
-    }
+    desk.servesAll();
     EXPECT_EQ(desk.sent, (std::vector<std::string>{"a", "b", "c"})) << "what the user chose, and that once";
 }
 

@@ -1,5 +1,5 @@
-// Real controller windows, spoken to from this process and from another one. Needs a display and
-// zab_manager.exe beside the test program.
+// Real controller windows, and the lists used from both of their threads. Needs a display and zab_manager.exe
+// beside the test program.
 #include "ui/panel_controller.h"
 
 #include <gtest/gtest.h>
@@ -11,20 +11,16 @@
 #include <atomic>
 #include <thread>
 
-#include "binding/handle_win32.h"
-#include "settings/settings_keys_win32.h"
 #include "settings/shared_list_lock.h"
 #include "transfer/manager_process_win32.h"
 #include "ui/media_choice.h"
 #include "ui/media_request_check.h"
 #include "ui/panel_messages.h"
-#include "ui/panel_settings.h"
 
 namespace zab {
 namespace {
 
 using namespace panel_messages;
-using nlohmann::json;
 using zabtest::requestItem;
 
 HWND windowOf(WindowHandle handle) { return reinterpret_cast<HWND>(handle); }
@@ -59,8 +55,8 @@ void pump(ULONGLONG ms) {
     pumpUntil([] { return false; }, ms);
 }
 
-LRESULT copies(HWND window, const std::string& payload, ULONG_PTR number = kRequestByCopy) {
-    COPYDATASTRUCT copy{number, static_cast<DWORD>(payload.size()), const_cast<char*>(payload.data())};
+LRESULT copies(HWND window, const std::string& payload) {
+    COPYDATASTRUCT copy{kRequestByCopy, static_cast<DWORD>(payload.size()), const_cast<char*>(payload.data())};
     return SendMessageA(window, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&copy));
 }
 
@@ -107,14 +103,6 @@ class Panel : public ::testing::Test {
             page.media.offer(std::move(entry));
         }
     }
-    /// The URLs that reach the download manager, in order.
-    void expectReceived(const testing::ManagerProcess& manager, std::vector<std::string> urls) {
-        std::vector<std::string> received;
-        pumpUntil([&] { return manager.count() >= urls.size(); });
-        for (std::size_t i = 0; i < urls.size(); ++i) received.push_back(manager.received(i).value("url", ""));
-        EXPECT_EQ(received, urls);
-    }
-
     HWND browserWindow, controller;
 };
 
@@ -146,142 +134,13 @@ TEST_F(Panel, HasOneWindowForEachBrowserWindowAndOneForTheProcess) {
 
 TEST_F(Panel, EndsByItsOwnerAlone) {
     const HWND process = windowOf(processController());
-    const DWORD thread = GetWindowThreadProcessId(process, nullptr);
-    for (const HWND window : {controller, process})
-        for (const UINT number : {WM_CLOSE, WM_DESTROY, WM_NCDESTROY, WM_QUIT}) {
-            SendMessageA(window, number, 0, 0);
-            PostMessageA(window, number, 0, 0);
-        }
-    PostThreadMessageA(thread, WM_QUIT, 0, 0);
+    PostThreadMessageA(GetWindowThreadProcessId(process, nullptr), WM_QUIT, 0, 0);
     pump(100);
-    EXPECT_EQ(pageController(handleOf(browserWindow)), handleOf(controller));
-    EXPECT_EQ(textOf(process, GetWindowTextA), std::to_string(GetCurrentProcessId()));
-    EXPECT_EQ(SendMessageA(process, kAlive, 0, 0), 1);
-
-    endControllers();
+    EXPECT_EQ(SendMessageA(process, kAlive, 0, 0), 1) << "anybody may tell a thread to quit";
+    EXPECT_TRUE(endControllers());
     EXPECT_FALSE(IsWindow(process) || IsWindow(controller));
     controller = windowOf(pageController(handleOf(browserWindow)));
     EXPECT_EQ(SendMessageA(windowOf(processController()), kAlive, 0, 0), 1) << "started anew when it is needed";
-}
-
-TEST_F(Panel, TakesRequestsOfItsOwnNumberAlone) {
-    const std::string payload = requestItem(30, u"http://h.example/a.mp4");
-    EXPECT_EQ(copies(controller, payload), 1);
-    EXPECT_EQ(copies(controller, payload, kRequestByCopy + 1), 0);
-    COPYDATASTRUCT noData{kRequestByCopy, 4, nullptr};
-    EXPECT_EQ(SendMessageA(controller, WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&noData)), 0);
-    EXPECT_EQ(SendMessageA(controller, WM_COPYDATA, 0, 0), 0);
-    pump(50);
-}
-
-TEST_F(Panel, FollowsNoAddressOfAStranger) {
-    MediaEntry entry;
-    for (const HWND window : {controller, windowOf(processController())})
-        for (const UINT number : {kResolve, kResolved, kFileEntry})
-            for (const LPARAM address : {LPARAM{0}, LPARAM{8}, LPARAM{-1}, reinterpret_cast<LPARAM>(&entry)}) {
-                EXPECT_EQ(SendMessageA(window, number, 0, address), 0);
-                PostMessageA(window, number, 0, address);
-            }
-    pump(50);
-    EXPECT_EQ(SendMessageA(windowOf(processController()), kAlive, 0, 0), 1);
-}
-
-TEST_F(Panel, FilesEntriesOfKnownPages) {
-    open(7, {});
-    const auto sends = [](WindowHandle window, DocumentId document) {
-        auto entry = std::make_unique<MediaEntry>();
-        entry->link = "http://h.example/a.mp4";
-        entry->extension = "mp4";
-        entry->page.documentId = document;
-        return sendEntry(window, std::move(entry));
-    };
-    EXPECT_TRUE(sends(handleOf(controller), 7));
-    EXPECT_FALSE(sends(handleOf(controller), 8)) << "an unknown page";
-    EXPECT_TRUE(sends(0x1234568, 7)) << "no window: filed here";
-    EXPECT_FALSE(sendEntry(handleOf(controller), nullptr));
-    const SharedListLock lock(OnTimeout::skip);
-    EXPECT_EQ(mediaPages().find(7)->media.entries().size(), 1u);
-}
-
-TEST_F(Panel, SettingsNameTypesInModeThree) {
-    RegDeleteTreeA(HKEY_CURRENT_USER, kSelectedPanelPath);
-    EXPECT_EQ(CDwnlSelectedPanelSettings::load().mode, 1u);
-    for (const char* name : {"\\mp4", "\\zip"})
-        RegistryKey::create((kSelectedPanelPath + std::string(name)).c_str());
-    const RegistryKey key = RegistryKey::create(kSelectedPanelPath);
-    for (const std::uint32_t mode : {2u, 3u}) {
-        key.write("PanelMode", mode);
-        const auto settings = CDwnlSelectedPanelSettings::load();
-        EXPECT_EQ(settings.mode, mode);
-        EXPECT_EQ(settings.names,
-                  mode == 3 ? (std::vector<std::string>{"mp4", "zip"}) : std::vector<std::string>{});
-    }
-    RegDeleteTreeA(HKEY_CURRENT_USER, kSelectedPanelPath);
-}
-
-/// The other process: this program again, with nothing to do but this.
-TEST(PanelOtherProcess, DISABLED_Asks) {
-    char window[32]{}, payload[2000]{};
-    GetEnvironmentVariableA("PANEL_WINDOW", window, sizeof window);
-    GetEnvironmentVariableA("PANEL_URL", payload, sizeof payload);
-    const std::u16string url(payload, payload + std::strlen(payload));
-    EXPECT_EQ(copies(windowOf(std::stoull(window)), requestItem(30, url) + requestItem(32, u"7")), 1);
-}
-
-Handle otherProcessAsks(HWND window, const char* url) {
-    SetEnvironmentVariableA("PANEL_WINDOW", std::to_string(reinterpret_cast<std::uintptr_t>(window)).c_str());
-    SetEnvironmentVariableA("PANEL_URL", url);
-    char program[MAX_PATH]{};
-    GetModuleFileNameA(nullptr, program, MAX_PATH);
-    std::string command = "\"" + std::string(program) +
-                          "\" --gtest_also_run_disabled_tests --gtest_brief=1 "
-                          "--gtest_filter=PanelOtherProcess.DISABLED_Asks";
-    STARTUPINFOA startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
-    CloseHandle(process.hThread);
-    return Handle(process.hProcess);
-}
-
-TEST_F(Panel, AChoiceMadeInAnotherProcessReachesTheDownloadManager) {
-    testing::ManagerProcess manager;
-    ASSERT_TRUE(manager.isRegistered(true));
-    open(7, {"hlstozab://http://h.example/a.m3u8", "http://h.example/b.mp4"});
-    {
-        const SharedListLock lock(OnTimeout::skip);
-        OBJECTREQUESTSARRAY_ITEM object;
-        object.url = "http://cdn.example/file.mp3";
-        object.documentId = 7;
-        requestLists().requested.add(std::move(object));
-        selectedLinks() = {7,
-                           "http://page.example/",
-                           handleOf(controller),
-                           {"http://h.example/1.zip"},
-                           handleOf(browserWindow)};
-    }
-    const struct {
-        HWND window;
-        const char* url;
-        std::vector<std::string> received;
-    } rows[] = {
-        {controller, "http://h.example/b.mp4", {"http://h.example/b.mp4"}},
-        {controller, "!ALL!", {"hlstozab://http://h.example/a.m3u8", "http://h.example/b.mp4"}},
-        {controller, "rtmp://x/[[IMPORT]]/cdn.example/file.mp3", {"http://cdn.example/file.mp3"}},
-        {windowOf(processController()), "!ALL!", {"http://h.example/1.zip"}},
-    };
-    std::vector<std::string> received;
-    for (const auto& row : rows) {
-        const Handle process = otherProcessAsks(row.window, row.url);
-        received.insert(received.end(), row.received.begin(), row.received.end());
-        pumpUntil([&] { return WaitForSingleObject(process.get(), 0) == WAIT_OBJECT_0; });
-        expectReceived(manager, received);
-    }
-    const json line = manager.received(0);
-    EXPECT_EQ(line.at("flags"), 0);
-    EXPECT_EQ(line.at("extraData")[3], "mp4");
-    EXPECT_EQ(line.at("extraData")[7], "http://page.example/");
-    EXPECT_EQ(manager.received(4).at("referrer"), "http://page.example/") << "of a selected link: its page";
 }
 
 /// The main thread opens and forgets pages, while the controller's thread looks up what a third one asks for.
@@ -303,7 +162,7 @@ TEST_F(Panel, ListsSurviveBothThreads) {
         }
     });
     int rounds = 0, found = 0;
-    for (const ULONGLONG end = GetTickCount64() + 10'000; GetTickCount64() < end; ++rounds) {
+    for (const ULONGLONG end = GetTickCount64() + 5'000; GetTickCount64() < end; ++rounds) {
         for (const DocumentId document : {7, 8}) {
             open(document, {"http://h.example/a.mp4", "http://h.example/b.mp4"});
             const SharedListLock lock(OnTimeout::skip);
@@ -316,14 +175,15 @@ TEST_F(Panel, ListsSurviveBothThreads) {
         entry->link = "http://h.example/c.mp4";
         entry->extension = "mp4";
         entry->page.documentId = 7;
-        ASSERT_TRUE(sendEntry(handleOf(controller), std::move(entry)));
+        ASSERT_TRUE(sendEntry(rounds % 2 == 0 ? handleOf(controller) : 0x1234568, std::move(entry)))
+            << "with no window it is filed here";
         Sleep(1);
         for (const DocumentId document : {7, 8}) forget(document);
         found += dispatchAll();
     }
     ends = true;
     other.join();
-    EXPECT_GT(found, 20) << "of " << asked << " in " << rounds << " rounds";
+    EXPECT_GT(found, 10) << "of " << asked << " in " << rounds << " rounds";
     pump(500);
     EXPECT_LT(privateBytes(), before + (8u << 20));
     // No record was lost on its way: there still is room for this one.
