@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
-#include <random>
-
 namespace zab {
 namespace {
 
@@ -37,42 +34,6 @@ TEST(FrontPages, AGuessIsPutRightWhenThePageIsSeen) {
     EXPECT_TRUE(fronts.isFront(30, 3)) << "somewhere, so anywhere that is not told otherwise";
     fronts.seen(30, 3);
     EXPECT_FALSE(fronts.isFront(30, 4));
-}
-
-/// Two windows with three tabs each; tabs are selected, moved with their selection, closed and opened.
-TEST(FrontPages, FollowATabWhereverItGoes) {
-    std::mt19937 random(19);
-    FrontPages fronts;
-    std::map<DocumentId, WindowHandle> tabs;
-    std::map<WindowHandle, DocumentId> front{{1, 0}, {2, 0}};
-    DocumentId next = 1;
-    const auto selects = [&](DocumentId tab, WindowHandle window) {
-        front[window] = tab;
-        fronts.select(tab, window, false);
-    };
-    for (int step = 0; step < 1000; ++step) {
-        while (tabs.size() < 6) selects(next, tabs[next] = 1 + next % 2), ++next;
-        auto tab = tabs.begin();
-        std::advance(tab, random() % tabs.size());
-        const auto [document, window] = *tab;
-        const WindowHandle other = 3 - window;
-        const bool wasFront = front[window] == document;
-        switch (random() % 4) {
-            case 0:
-                tabs[document] = other;
-                if (wasFront) front[window] = 0;
-                selects(document, other);
-                break;
-            case 1:
-                tabs.erase(tab);
-                if (wasFront) front[window] = 0;
-                fronts.ended(document);
-                break;
-            default: selects(document, window);
-        }
-        for (const auto& [shown, where] : tabs)
-            ASSERT_EQ(fronts.isFront(shown, where), front[where] == shown) << "step " << step;
-    }
 }
 
 }  // namespace
