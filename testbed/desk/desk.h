@@ -121,4 +121,7 @@ Desk& desk() noexcept;
 /// Exported by the module as it is built for the desk: sits down at it and binds the runtime.
 using ZabDesk_Sit_t = void(Desk* desk);
 
+/// Bytes that the process has of the heap. 0 without the sanitizer, which counts them.
+std::size_t heapBytes();
+
 }  // namespace zab::testbed

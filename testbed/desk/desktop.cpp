@@ -4,6 +4,8 @@
 #include "browser/debug_lines.h"
 #include "desk/desk.h"
 
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
+
 namespace zab::testbed {
 
 SettingsTree::SettingsTree() {
@@ -63,5 +65,9 @@ DebugLines::DebugLines(bool claimDebugger) : handler_(nullptr), before_(0) {
 }
 
 DebugLines::~DebugLines() = default;
+
+std::size_t heapBytes() {
+    return __sanitizer_get_current_allocated_bytes != nullptr ? __sanitizer_get_current_allocated_bytes() : 0;
+}
 
 }  // namespace zab::testbed

@@ -6,9 +6,6 @@
 #include "scenarios/import_hook.h"
 #include "scenarios/scenario.h"
 
-/// Of the heap, now.
-extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
-
 namespace zab::testbed {
 namespace {
 
@@ -199,7 +196,7 @@ TEST_F(CapturedBodies, AChosenEntryCarriesWhatItsStreamNeeds) {
 TEST_F(CapturedBodies, AtTheirCapsHoldNoMoreThanTheirBytes) {
     constexpr std::size_t kListeners = 40;
     auto& page = opensPage();
-    const std::size_t start = __sanitizer_get_current_allocated_bytes();
+    const std::size_t start = heapBytes();
     std::size_t caps = 0;
     std::vector<Channel*> channels;
     for (std::size_t n = 0; channels.size() < kListeners; ++n) {
@@ -210,10 +207,10 @@ TEST_F(CapturedBodies, AtTheirCapsHoldNoMoreThanTheirBytes) {
         browser.receives(*channels.back(), std::string(cap, ' '), 65'536);
         caps += cap;
     }
-    EXPECT_LT(__sanitizer_get_current_allocated_bytes() - start, caps + caps / 10);
+    EXPECT_LT(heapBytes() - start, caps + caps / 10);
     for (Channel* channel : channels) browser.finishes(*channel);
     browser.sweeps();
-    EXPECT_LT(__sanitizer_get_current_allocated_bytes(), start + (1 << 20)) << "the records of their requests";
+    EXPECT_LT(heapBytes(), start + (1 << 20)) << "the records of their requests";
     closes(page);
 }
 

@@ -3,10 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "browser/desktop.h"
+#include "desk/desk.h"
 #include "scenarios/recorded.h"
-
-/// Of the heap, now.
-extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace zab::testbed {
 namespace {
@@ -80,9 +78,9 @@ TEST(Limits, UnusualExchangesLeaveNothingBehind) {
             EXPECT_EQ(plays(row.request, row.answer), row.taken) << row.why;
             EXPECT_EQ(system.takesTold().size(), row.taken ? 1u : 0u) << row.why;
             if (round > 0) playsOrdinaryOnes();
-            if (round == 1) keptAtFirst = __sanitizer_get_current_allocated_bytes();
+            if (round == 1) keptAtFirst = heapBytes();
         }
-        EXPECT_EQ(__sanitizer_get_current_allocated_bytes(), keptAtFirst) << row.why;
+        EXPECT_EQ(heapBytes(), keptAtFirst) << row.why;
         EXPECT_EQ(system.unbalanced(), "") << row.why;
         EXPECT_EQ(browser.unbalanced(), "") << row.why;
     }
