@@ -52,13 +52,14 @@ void onExactBlock(std::string_view text, Check check) {
     }
 }
 
-/// The check holds for generated bodies, and for prefixes of them.
+/// The check holds for `rounds` generated bodies, and for prefixes of them.
 inline void checkGenerated(Random&& random, int rounds, std::span<const std::string_view> pieces,
                            void (*check)(std::string_view)) {
     for (int round = 0; round < rounds; ++round) {
-        const std::string body = strungTogether(random, pieces, 60);
-        for (std::size_t size = 0; size <= body.size(); size += 1 + random() % 9)
-            onExactBlock(std::string_view(body).substr(0, size), check);
+        const std::string body = strungTogether(random, pieces, 4 + random() % 60);
+        onExactBlock(body, check);
+        for (int prefix = 0; prefix < 2; ++prefix)
+            onExactBlock(body.substr(0, random() % (body.size() + 1)), check);
     }
 }
 

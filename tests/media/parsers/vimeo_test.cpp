@@ -55,7 +55,7 @@ const auto kPieces = zabtest::pieces(
     "u~ ~\n~\0"sv);
 
 TEST(Vimeo, EveryPrefixOfGeneratedTextsKeepsItsBounds) {
-    zabtest::checkGenerated(zabtest::Random(67), 30, kPieces, zabtest::checkSite<vimeoRenditions>);
+    zabtest::checkGenerated(zabtest::Random(67), 800, kPieces, zabtest::checkSite<vimeoRenditions>);
 }
 
 }  // namespace
