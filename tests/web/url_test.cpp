@@ -2,32 +2,36 @@
 
 #include <gtest/gtest.h>
 
+#include "readings.h"
+#include "web/web_address.h"
+
 namespace zab {
 namespace {
 
+using zabtest::expectReadings;
+using zabtest::Reading;
+
 TEST(Url, Parts) {
-    const struct {
-        std::string_view url, host, rest, path, segment;
-        const char* why;
-    } rows[] = {
-        {"http://h.com:8080/a/b.c?d#e", "h.com", "/a/b.c?d#e", "/a/b.c", "b.c", "all parts"},
-        {"https://u:p@x@h.com/", "h.com", "/", "/", "", "the user ends at the last at sign"},
-        {"http://h.com?a/b", "h.com", "?a/b", "", "", "a query right behind the host"},
-        {"http://h.com#a@b/c", "h.com", "#a@b/c", "", "", "a fragment"},
-        {"http://h.com", "h.com", "", "", "", "the host alone has no last segment"},
-        {"http://[::1]:80/x", "[::1]", "/x", "/x", "x", "an IPv6 address"},
-        {"data:text/x,http://youtube.com/watch?v=1", "", "text/x,http://youtube.com/watch?v=1",
-         "text/x,http://youtube.com/watch", "watch", "an address inside another one"},
-        {"a/b.zip?x", "", "a/b.zip?x", "a/b.zip", "b.zip", "no scheme"},
-        {"/x?http://h/", "", "/x?http://h/", "/x", "x", "an authority in a query"},
-        {"", "", "", "", "", "nothing"},
+    const auto read = [](std::string_view url) {
+        std::string parts;
+        for (const auto part : {hostOf(url), behindHost(url), pathOf(url), lastSegmentOf(url)})
+            parts.append(part).append(" ");
+        return parts;
     };
-    for (const auto& row : rows) {
-        EXPECT_EQ(hostOf(row.url), row.host) << row.why;
-        EXPECT_EQ(behindHost(row.url), row.rest) << row.why;
-        EXPECT_EQ(pathOf(row.url), row.path) << row.why;
-        EXPECT_EQ(lastSegmentOf(row.url), row.segment) << row.why;
-    }
+    const Reading rows[] = {
+        {"http://h.com:8080/a/b.c?d#e", "h.com /a/b.c?d#e /a/b.c b.c ", "all parts"},
+        {"https://u:p@x@h.com/", "h.com / /  ", "the user ends at the last at sign"},
+        {"http://h.com?a/b", "h.com ?a/b   ", "a query right behind the host"},
+        {"http://h.com#a@b/c", "h.com #a@b/c   ", "a fragment"},
+        {"http://h.com", "h.com    ", "the host alone has no last segment"},
+        {"http://[::1]:80/x", "[::1] /x /x x ", "an IPv6 address"},
+        {"data:text/x,http://youtube.com/watch?v=1",
+         " text/x,http://youtube.com/watch?v=1 text/x,http://youtube.com/watch watch ",
+         "an address inside another one"},
+        {"a/b.zip?x", " a/b.zip?x a/b.zip b.zip ", "no scheme"},
+        {"/x?http://h/", " /x?http://h/ /x x ", "an authority in a query"},
+    };
+    expectReadings(read, rows);
 }
 
 TEST(Url, HostsAndParameters) {
@@ -36,42 +40,55 @@ TEST(Url, HostsAndParameters) {
     EXPECT_FALSE(isHostOrBelow("notyoutube.com", "youtube.com")) << "a longer name is another host";
     EXPECT_FALSE(isHostOrBelow("youtube.com.evil.net", "youtube.com"));
 
-    const struct {
-        std::string_view url;
-        std::optional<std::string_view> value;
-        const char* why;
-    } rows[] = {
-        {"http://h/p?el=adunit&x=1", "adunit", "the first parameter"},
+    const auto read = [](std::string_view url) {
+        return std::string(queryParameter(url, "el").value_or("none"));
+    };
+    const Reading rows[] = {
         {"http://h/p?x=1&el=a=b&el=c#el=d", "a=b", "the first of its name, up to the ampersand"},
         {"http://h/p?&el", "", "without a value"},
-        {"http://h/p?model=1&EL=2", std::nullopt, "exact name only"},
-        {"http://h/p#?el=1", std::nullopt, "a fragment is no query"},
-        {"http://h/el=1", std::nullopt, "no query"},
+        {"http://h/p?model=1&EL=2", "none", "exact name only"},
+        {"http://h/p#?el=1", "none", "a fragment is no query"},
+        {"http://h/el=1", "none", "no query"},
     };
-    for (const auto& row : rows) EXPECT_EQ(queryParameter(row.url, "el"), row.value) << row.why;
+    expectReadings(read, rows);
 }
 
 TEST(Url, DefaultPortIsRemoved) {
-    const struct {
-        std::string url, normal;
-        const char* why;
-    } rows[] = {
+    const auto read = [](std::string url) {
+        NormalizeDefaultPort(url);
+        return url;
+    };
+    const Reading rows[] = {
         {"http://h:80/x", "http://h/x", "http"},
         {"HTTPS://h:443/", "HTTPS://h/", "https, any case"},
         {"http://h:443/", "http://h:443/", "the port of the other scheme"},
-        {"http://h:8080/", "http://h:8080/", "another port"},
         {"http://h:80", "http://h:80", "no slash behind it"},
-        {"http://h:80?x", "http://h:80?x", "nor there"},
         {"http://h/a:80/", "http://h/a:80/", "a slash first: no port"},
         {"http://h\\a:80/", "http://h\\a:80/", "a backslash first"},
-        {"ftp://h:80/", "ftp://h:80/", "another scheme"},
+        {"ftp://h:21/", "ftp://h:21/", "another scheme"},
         {"http:h:80/", "http:h:80/", "no authority"},
     };
-    for (const auto& row : rows) {
-        std::string url = row.url;
-        NormalizeDefaultPort(url);
-        EXPECT_EQ(url, row.normal) << row.why;
-    }
+    expectReadings(read, rows);
+}
+
+TEST(Url, WebAddressesHaveOneSpelling) {
+    const auto read = [](std::string_view url) {
+        const auto address = webAddressOf(url);
+        return canonicalUrl(url).value_or("none") + ' ' +
+               (address ? address->origin.scheme + ' ' + address->origin.host + ' ' +
+                              std::to_string(address->origin.port) + ' ' + std::string(address->path)
+                        : "none");
+    };
+    const Reading rows[] = {
+        {"HTTP://u:P@x@H%2ecom:080?q", "http://u:P@x@h.com/?q http h%2ecom 80 /", "the last at sign"},
+        {"ftp://[::F]:22/a?b", "ftp://[::f]:22/a?b ftp [::f] 22 /a", "an IPv6 address"},
+        {"http://h:65535/", "http://h:65535/ http h 65535 /", "the last port"},
+        {"http://h:65536/", "none none", "and one too many"},
+        {"http://h:/", "http://h/ http h 80 /", "no port behind its colon"},
+        {"://h/", "none none", "no scheme"},
+        {"http://u@/", "none none", "no host"},
+    };
+    expectReadings(read, rows);
 }
 
 }  // namespace
