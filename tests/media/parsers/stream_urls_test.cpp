@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "media/parsers/generated.h"
-#include "media/parsers/site_checks.h"
+#include "binding/text.h"
+#include "binding/utf.h"
 #include "readings.h"
 
 namespace zab {
@@ -41,15 +41,6 @@ TEST(SameStream, ComparesWhatAPlayerDoesNotChange) {
         {"h://v?a=11 h://v?a=11", "su--", "ten characters"},
     };
     expectReadings(read, rows);
-}
-
-TEST(SameStream, AgreesWithASearchForEachParameter) {
-    constexpr std::string_view kParts[] = {"id=1", "&", "&", "itag=5", "1", "rn=", "id=", "signature=x", "\n"};
-    zabtest::Random random(59);
-    for (int round = 0; round < 1000; ++round)
-        zabtest::onExactBlock("http://h/v?" + zabtest::strungTogether(random, kParts, 8) + "\nhttp://h/v?" +
-                                  zabtest::strungTogether(random, kParts, 8),
-                              zabtest::checkSameStream);
 }
 
 TEST(WithoutRange, TakesTheFirstRangeAway) {
