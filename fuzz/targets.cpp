@@ -6,8 +6,8 @@
 #include "media/parsers/hds_check.h"
 #include "media/parsers/hls_check.h"
 #include "media/parsers/mp4_check.h"
-#include "media/parsers/scanner_checks.h"
 #include "media/parsers/site_checks.h"
+#include "media/parsers/tag_scanner_check.h"
 #include "settings/data_file_check.h"
 #include "settings/exception_list_check.h"
 #include "settings/language_file_check.h"
@@ -37,8 +37,6 @@ void handle(std::string_view bytes) {
 }
 
 constexpr Target kTargets[] = {
-    {"attribute_list", checkAttributeList},
-    {"box_reader", onBytes<checkBoxReader>},
     {"capture", checkCapture},
     {"capture_dash", handle<MediaKind::dash>},
     {"capture_facebook", handle<MediaKind::facebook>},

@@ -45,7 +45,6 @@ TEST(Facebook, TakesTheDurationFromTheManifestOfTheBlock) {
         {R"( videoData: dash_manifest mediaPresentationDuration="PT9S")", "sd b 0;", "its manifest"},
         {R"( dash_manifest mediaPresentationDuration= "PT9S")", "sd b 0;", "a blank is not skipped"},
         {R"( dash_manifest mediaPresentationDuration="PT9S)", "sd b 0;", "no end"},
-        {R"( dash_manifest mediaPresentationDuration=)", "sd b 0;", "nothing there"},
     };
     expectReadings(read, rows);
 }
@@ -62,7 +61,6 @@ TEST(IsoDuration, IsWholeSecondsOrZero) {
         {"PT1M1S\\", "61", "minutes behind the T"},
         {"PT1S2S\"", "2", "the last of a repeated unit"},
         {"P1DT\"", "86400", "nothing behind the T"},
-        {"PT5X\"", "0", "unknown unit"},
         {"P1H\"", "0", "hours before the T"},
         {"P1.5D\"", "0", "a fraction before the T"},
         {"PT1HT1S\"", "0", "a second T"},

@@ -14,55 +14,39 @@ namespace {
 using zabtest::expectReadings;
 using zabtest::Reading;
 
-TEST(ItagTable, DescribesWhatIsOfferedAndSomeThatIsNot) {
-    // Behind the number the wishes: "a"daptive, "w"ebm, "s"kip FLV. A "+" in front of what is offered.
+TEST(ItagTable, SaysWhatAStreamIsAndWhetherItIsOffered) {
+    // Behind the number the wishes: "a"daptive, "w"ebm, "s"kip FLV. A "+" in front of what is offered; what is
+    // not described stays "?".
     const auto read = [](const std::string& text) {
+        const auto itag = static_cast<std::uint32_t>(std::stoul(text));
         const auto wishes = [&text](char letter) { return text.find(letter) != text.npos; };
         ItagDescription got{u"?", "?", "?"};
-        const bool offered = itagDescribe(static_cast<std::uint32_t>(std::stoul(text)),
-                                          {wishes('a'), wishes('s'), wishes('w')}, got);
-        return (offered ? "+" : "") + utf8FromUtf16(got.extension) + ", " + std::string(got.container) + ", " +
-               std::string(got.label);
+        std::ostringstream all;
+        all << (itagDescribe(itag, {wishes('a'), wishes('s'), wishes('w')}, got) ? "+" : "")
+            << utf8FromUtf16(got.extension) << ' ' << got.container << ' ' << got.label << "; "
+            << itagContainer(itag).value_or("none") << ' ' << isAdaptiveVideo(itag, -1);
+        return all.str();
     };
     const Reading rows[] = {
-        {"18", "+mp4, MP4, 360p", "always offered"},
-        {"34", "+flv, FLV, 360p", "FLV unless skipped"},
-        {"34s", "?, ?, ?", "skipped FLV sets nothing"},
-        {"43", "webm, WEBM, 360p", "described though not wished"},
-        {"101w", "+webm, WEBM, 360p 3D", "wished; second number of one format"},
-        {"137", "mp4, MP4, 1080p HD", "silent video needs the wish"},
-        {"137a", "+mp4, MP4, 1080p HD", "wished"},
-        {"171a", "MKV, MKV, ?", "no label, the old one stays"},
-        {"247a", "MKV, MKV, 720p HD", "never offered"},
-        {"264a", "+mp4, MP4, 1080p HD, high bitrate", "meant so"},
-        {"266a", "+mp4, mp4, 2160p 4K", "container in lower case"},
-        {"315a", "MKV, MKV, 2160p K, 60fps", "meant so"},
-        {"140a", "?, ?, ?", "sound is not described"},
-        {"4a", "?, ?, ?", "before the first"},
-        {"316a", "?, ?, ?", "behind the last"},
-    };
-    expectReadings(read, rows);
-}
-
-TEST(ItagTable, KnowsContainerAndKind) {
-    const auto read = [](const std::string& number) {
-        const auto itag = static_cast<std::uint32_t>(std::stoul(number));
-        const int video = isAdaptiveVideo(itag, -1);
-        return std::string(itagContainer(itag).value_or("none")) + (video == 1   ? " video"
-                                                                    : video == 0 ? " audio"
-                                                                                 : "");
-    };
-    const Reading rows[] = {
-        {"5", "FLV", "progressive"},
-        {"46", "WEBM", "progressive WebM"},
-        {"133", "MP4 video", "video"},
-        {"248", "MKV video", "WebM video"},
-        {"266", "MP4 video", "upper case here"},
-        {"141", "MP4 audio", "AAC"},
-        {"172", "MKV audio", "Vorbis"},
-        {"251", "MKV audio", "Opus"},
-        {"265", "none", "hole in a range"},
-        {"4294967295", "none", "the largest"},
+        {"18", "+mp4 MP4 360p; MP4 -1", "always offered"},
+        {"34", "+flv FLV 360p; FLV -1", "FLV unless skipped"},
+        {"34s", "? ? ?; FLV -1", "skipped FLV sets nothing"},
+        {"43", "webm WEBM 360p; WEBM -1", "described though not wished"},
+        {"46w", "+webm WEBM 1080p HD; WEBM -1", "wished"},
+        {"101w", "+webm WEBM 360p 3D; WEBM -1", "second number of one format"},
+        {"137", "mp4 MP4 1080p HD; MP4 1", "silent video needs the wish"},
+        {"137a", "+mp4 MP4 1080p HD; MP4 1", "wished"},
+        {"171a", "MKV MKV ?; MKV 0", "no label, the old one stays"},
+        {"247a", "MKV MKV 720p HD; MKV 1", "never offered"},
+        {"264a", "+mp4 MP4 1080p HD, high bitrate; MP4 1", "meant so"},
+        {"266a", "+mp4 mp4 2160p 4K; MP4 1", "described in lower case"},
+        {"303a", "MKV MKV 1080p HD, 60fps; MKV 1", "the second of its pair"},
+        {"315a", "MKV MKV 2160p K, 60fps; MKV 1", "meant so"},
+        {"140a", "? ? ?; MP4 0", "sound is not described"},
+        {"251a", "? ? ?; MKV 0", "nor is that of WebM"},
+        {"4a", "? ? ?; none -1", "before the first"},
+        {"265a", "? ? ?; none -1", "a hole"},
+        {"316a", "? ? ?; none -1", "behind the last"},
     };
     expectReadings(read, rows);
 }

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "media/parsers/generated.h"
-#include "media/parsers/scanner_checks.h"
+#include "media/parsers/tag_scanner_check.h"
 
 namespace {
 

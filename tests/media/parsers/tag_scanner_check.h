@@ -1,13 +1,10 @@
-// What holds for every text that the shared scanners may meet; shared by the property tests and the fuzz
-// targets.
+// What holds for every text that the tag scanner may meet; shared by the property test and the fuzz target.
 #pragma once
 
 #include <algorithm>
 #include <string_view>
 
 #include "binding/text.h"
-#include "media/parsers/attribute_list.h"
-#include "media/parsers/box_reader.h"
 #include "media/parsers/must.h"
 #include "media/parsers/tag_scanner.h"
 
@@ -59,36 +56,6 @@ inline void checkTagScanner(std::string_view text) {
         must(quotes(at) == text.find('"', at));
         check(forwards, at);
         check(backwards, text.size() - at);
-    }
-}
-
-/// The attributes lie in the list, one behind the other.
-inline void checkAttributeList(std::string_view list) {
-    zab::AttributeList attributes(list);
-    zab::ListAttribute attribute;
-    const char* behind = list.data();
-    while (attributes.next(attribute)) {
-        must(attribute.name.data() >= behind &&
-             attribute.value.data() > attribute.name.data() + attribute.name.size());
-        behind = attribute.value.data() + attribute.value.size();
-        must(behind <= list.data() + list.size());
-    }
-}
-
-/// Every box lies behind the one before it; every child lies in its parent whole.
-inline void checkBoxReader(zab::Bytes buffer) {
-    std::uint64_t at = 0;
-    while (const auto box = zab::topLevelBoxAt(buffer, at)) {
-        must(box->payload >= at + 8 && box->payload <= buffer.size());
-        if (box->size > buffer.size() - box->payload) break;
-        std::size_t behind = box->payload;
-        zab::BoxChildren children(buffer, *box);
-        for (zab::Box child; children.next(child);) {
-            must(child.payload == behind + 8);
-            behind = child.payload + static_cast<std::size_t>(child.size);
-            must(behind <= box->payload + box->size);
-        }
-        at = box->payload + box->size;
     }
 }
 
