@@ -61,7 +61,7 @@ TEST(Url, DefaultPortIsRemoved) {
     const Reading rows[] = {
         {"http://h:80/x", "http://h/x", "http"},
         {"HTTPS://h:443/", "HTTPS://h/", "https, any case"},
-        {"http://h:443/", "http://h:443/", "the port of the other scheme"},
+        {"https://h:80/", "https://h:80/", "the port of the other scheme"},
         {"http://h:80", "http://h:80", "no slash behind it"},
         {"http://h/a:80/", "http://h/a:80/", "a slash first: no port"},
         {"http://h\\a:80/", "http://h\\a:80/", "a backslash first"},

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "readings.h"
+
 namespace zabprobe {
 namespace {
 
@@ -13,27 +15,26 @@ std::vector<Exchange> entriesOf(const std::string& entries) {
 }
 
 TEST(HarReader, LoadFlagsComeFromTheBestWitness) {
-    const struct {
-        const char *headers, *resourceType;
-        std::uint32_t flags;
-        const char* why;
-    } rows[] = {
-        {R"({"name":"sec-fetch-dest","value":"document"})", "\"image\"", 0x90000, "fetch metadata win"},
-        {R"({"name":"Sec-Fetch-Dest","value":"iframe"})", "\"document\"", 0x10000, "a frame"},
-        {R"({"name":"Sec-Fetch-Dest","value":"frame"})", "null", 0x10000, "a frame"},
-        {R"({"name":"Sec-Fetch-Dest","value":"video"},{"name":"Accept","value":"text/html"})", "\"document\"",
-         0, "anything else is embedded"},
-        {"", "\"document\"", 0x90000, "the recorder's word"},
-        {R"({"name":"Accept","value":"text/html"})", "\"xhr\"", 0, "which outweighs what is accepted"},
-        {R"({"name":"ACCEPT","value":"Text/HTML,*/*"})", "null", 0x90000, "what is accepted"},
-        {R"({"name":"Accept","value":"*/*,text/html"})", "null", 0, "first"},
+    const auto read = [](const std::string& headersAndType) {
+        const auto type = headersAndType.find('|');
+        const auto entries =
+            entriesOf(R"({"request":{"headers":[)" + headersAndType.substr(0, type) +
+                      R"(]},"response":{},"_resourceType":)" + headersAndType.substr(type + 1) + "}");
+        const std::uint32_t flags = entries.at(0).loadFlags;
+        return flags == 0x90000 ? "page" : flags == 0x10000 ? "frame" : flags == 0 ? "part" : "another";
     };
-    for (const auto& row : rows) {
-        const auto entries = entriesOf(std::string(R"({"request":{"headers":[)") + row.headers +
-                                       R"(]},"response":{},"_resourceType":)" + row.resourceType + "}");
-        ASSERT_EQ(entries.size(), 1u);
-        EXPECT_EQ(entries[0].loadFlags, row.flags) << row.why;
-    }
+    const zabtest::Reading rows[] = {
+        {R"({"name":"sec-fetch-dest","value":"document"}|"image")", "page", "fetch metadata win"},
+        {R"({"name":"Sec-Fetch-Dest","value":"iframe"}|"document")", "frame", "a frame"},
+        {R"({"name":"Sec-Fetch-Dest","value":"frame"}|null)", "frame", "a frame"},
+        {R"({"name":"Sec-Fetch-Dest","value":"video"},{"name":"Accept","value":"text/html"}|"document")",
+         "part", "anything else is embedded"},
+        {R"(|"document")", "page", "the recorder's word"},
+        {R"({"name":"Accept","value":"text/html"}|"xhr")", "part", "which outweighs what is accepted"},
+        {R"({"name":"ACCEPT","value":"Text/HTML,*/*"}|null)", "page", "what is accepted"},
+        {R"({"name":"Accept","value":"*/*,text/html"}|null)", "part", "first"},
+    };
+    zabtest::expectReadings(read, rows);
 }
 
 TEST(HarReader, ReadsEntriesInOrder) {
@@ -71,41 +72,28 @@ TEST(ExchangeReaders, TellAnotherFormFromNoJson) {
 }
 
 TEST(DecideExchange, FollowsTheMomentsOfARequest) {
-    zab::GivenSettings settings;
-    settings.extensionList = "zip";
-    Exchange post{"http://h/a.zip", 200, "post", 0x90000, 50'001, {}, {}};
-    const Headers toFtp = {{"X", "y"}, {"location", "ftp://f/a.zip"}, {"Location", "http://f/"}};
-    const struct {
-        Exchange exchange;
-        bool force;
-        zab::Outcome outcome;
-        std::uint32_t flags;
-        const char* why;
-    } rows[] = {
-        {{"http://h/a", 302, "GET", 0, 0, {}, toFtp}, false, zab::Outcome::transfer, 0x804, "redirect to FTP"},
-        {{"http://h/a", 308, "GET", 0, 0, {}, toFtp}, false, zab::Outcome::browser, 0, "a status that is none"},
-        {{std::string(zab::kSentinelUrl), 200}, false, zab::Outcome::cancel, 0, "the sentinel"},
-        {{"http://h/", 404, "GET", 0x80000}, true, zab::Outcome::transfer, 0x804, "forced before its response"},
-        {post, false, zab::Outcome::transfer, 0x1000008, "a body too large to be captured"},
-        {{"http://h/a.zip", 200, "GET", 0x90000, 50'001}, false, zab::Outcome::transfer, 8, "no POST, no body"},
-        {{"http://h/a.zip", 200, "POST", 0x90000, 50'000},
-         false,
-         zab::Outcome::transfer,
-         8,
-         "a body that fits"},
-        {{"http://h/a", 200, "GET", 0, 0, {}, {{"content-disposition", "filename=a.zip"}}},
-         false,
-         zab::Outcome::transfer,
-         0x1008,
-         "named by the server"},
-    };
-    for (const auto& row : rows) {
+    const auto decided = [](const Exchange& exchange, bool force = false) {
+        zab::GivenSettings settings;
+        settings.extensionList = "zip";
+        settings.forceKey = force;
         zab::CapturedHeaders scratch;
-        settings.forceKey = row.force;
-        const zab::Decision decision = decideExchange(row.exchange, settings, scratch);
-        EXPECT_EQ(decision.outcome, row.outcome) << row.why;
-        EXPECT_EQ(decision.flags, row.flags) << row.why;
-    }
+        const zab::Decision decision = decideExchange(exchange, settings, scratch);
+        return std::pair(decision.outcome, decision.flags);
+    };
+    using enum zab::Outcome;
+    const auto transferred = [](std::uint32_t flags) { return std::pair(transfer, flags); };
+    const Headers toFtp = {{"X", "y"}, {"location", "ftp://f/a.zip"}, {"Location", "http://f/"}};
+    const Headers named = {{"content-disposition", "filename=a.zip"}};
+    EXPECT_EQ(decided({"http://h/a", 302, "GET", 0, 0, {}, toFtp}), transferred(0x804)) << "redirect to FTP";
+    EXPECT_EQ(decided({"http://h/a", 308, "GET", 0, 0, {}, toFtp}).first, browser) << "a status that is none";
+    EXPECT_EQ(decided({std::string(zab::kSentinelUrl), 200}).first, cancel) << "the sentinel";
+    EXPECT_EQ(decided({"http://h/", 404, "GET", 0x80000}, true), transferred(0x804)) << "before its response";
+    EXPECT_EQ(decided({"http://h/a.zip", 200, "post", 0x90000, 50'001}), transferred(0x1000008))
+        << "a body too large to be captured";
+    EXPECT_EQ(decided({"http://h/a.zip", 200, "POST", 0x90000, 50'000}), transferred(8)) << "one that fits";
+    EXPECT_EQ(decided({"http://h/a.zip", 200, "GET", 0x90000, 50'001}), transferred(8)) << "no POST, no body";
+    EXPECT_EQ(decided({"http://h/a", 200, "GET", 0, 0, {}, named}), transferred(0x1008))
+        << "named by the server";
 }
 
 }  // namespace
