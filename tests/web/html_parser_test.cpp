@@ -19,8 +19,8 @@ namespace {
 
 TEST(HtmlLinks, AreTakenFromEachElementThatHasThem) {
     const Reading rows[] = {
-        {"<map><area href=/m alt=Map></map>", "L http://h/m [Map];", "area, named by its alt"},
-        {"<link rel=next href=p2 title=Next>", "L http://h/d/p2 [Next];", "link"},
+        {"<map><area href=/m alt=Map></map><link rel=next href=p2 title=Next>",
+         "L http://h/m [Map];L http://h/d/p2 [Next];", "area, named by its alt, and link"},
         {"<iframe src=f><a href=x></iframe><frame src=g>", "M http://h/d/f;M http://h/d/g;",
          "frames; what stands in an iframe is text"},
         {"<form action=s><form action=p method=POST><button formaction=x><input formaction=y "
@@ -35,19 +35,19 @@ TEST(HtmlLinks, AreTakenFromEachElementThatHasThem) {
         {"<svg><a xlink:href=s>S</a><image xlink:href=i /></svg><track src=t><input type=image src=g><input "
          "src=x>",
          "L http://h/d/s [S];M http://h/d/i;M http://h/d/t;M http://h/d/g;", "svg, tracks and buttons"},
-        {"<meta http-equiv=Refresh content=\"5; URL='n.html' x\">", "L http://h/d/n.html;", "refresh"},
-        {"<meta http-equiv=refresh content=' 0,n'>", "L http://h/d/n;", "refresh without url="},
-        {"<meta http-equiv=refresh content=5>", "", "a refresh of the page itself"},
-        {"<meta http-equiv=refresh content='x;url=n'><meta name=refresh content='1;url=n'>", "",
-         "no time, no refresh; a name is no http-equiv"},
+        {"<meta http-equiv=Refresh content=\"5; URL='n.html' x\"><meta http-equiv=refresh content=' 0,n'>",
+         "L http://h/d/n.html;L http://h/d/n;", "refresh, with and without url="},
+        {"<meta http-equiv=refresh content=5><meta http-equiv=refresh content='x;url=n'><meta name=refresh "
+         "content='1;url=n'>",
+         "", "a refresh of the page itself; no time; a name"},
         {"<img srcset='a.png, b.png 2x,c,d.png 3x (x,y) , e.png'>",
          "M http://h/d/a.png;M http://h/d/b.png;M http://h/d/c,d.png;M http://h/d/e.png;",
          "srcset: commas end an address only at its end, and not in parentheses"},
         {"<video src=v.mp4 poster=p.jpg><source src=s.webm></video><audio src=a.mp3></audio>",
          "P http://h/d/v.mp4;M http://h/d/p.jpg;P http://h/d/s.webm;P http://h/d/a.mp3;",
          "what plays, and its picture"},
-        {"<embed src=e.swf><object data=o.swf></object>", "P http://h/d/e.swf;P http://h/d/o.swf;", "plug-ins"},
-        {"<script>window.open('w.html')</script>", "S http://h/d/w.html;", "scripts"},
+        {"<embed src=e.swf><object data=o.swf></object><script>window.open('w.html')</script>",
+         "P http://h/d/e.swf;P http://h/d/o.swf;S http://h/d/w.html;", "plug-ins and scripts"},
         {"<p href=x src=y><td data=z><abbr href=x>", "", "attributes of other elements are nothing"},
     };
     expectReadings(linksOf, rows);
@@ -61,9 +61,8 @@ TEST(HtmlLinks, KeepTheirText) {
          "references in text"},
         {"<a href=a><img src=i alt=Pic></a>", "L http://h/d/a [Pic];M http://h/d/i [Pic];",
          "a picture speaks for its link"},
-        {"<a href=a title=T><b></b></a>", "L http://h/d/a [T];", "no content: the title"},
-        {"<a href=a>one<a href=b>two</a>", "L http://h/d/a [one];L http://h/d/b [two];",
-         "a link ends the link before it"},
+        {"<a href=a title=T><b></b><a href=b>two</a>", "L http://h/d/a [T];L http://h/d/b [two];",
+         "no content: the title; a link ends the link before it"},
         {"<a href=a><i></i></a><a href=a>later</a><a href=a>latest</a>", "L http://h/d/a [later];",
          "the first text of a link holds"},
         {"<a href=a>x<script>'/s.js'</script><style>b{}</style>y", "L http://h/d/a [xy];S http://h/s.js;",
@@ -78,22 +77,19 @@ TEST(HtmlLinks, KeepTheirText) {
 TEST(HtmlTokens, FollowTheStandard) {
     const Reading rows[] = {
         {"<A HREF=a href=b>", "L http://h/d/a;", "names in any case; of a repeated attribute the first"},
-        {"<a href href=b>", "", "also when the first is empty"},
-        {"<a href=a/b/>", "L http://h/d/a/b/;", "a / belongs to an unquoted value"},
-        {"<a/href='a'/title=T/>", "L http://h/d/a [T/];", "a / between attributes is a blank"},
+        {"<a href href=b><a href=>", "", "also when the first is empty: the page itself"},
+        {"<a href=a/b/><a/href='c'/title=T/>", "L http://h/d/a/b/;L http://h/d/c [T/];",
+         "a / belongs to an unquoted value, between attributes it is a blank"},
         {"<a href='a'title='T'>", "L http://h/d/a [T];", "no blank behind a quoted value"},
         {"<a href\n=\r'a\">b'>", "L http://h/d/a%22%3Eb;", "blanks around =, > and \" in quotes"},
         {"<a href=\"a", "", "an end of the page in a value: no tag"},
         {"<a href=a", "", "in a tag: no tag"},
-        {"<a =href=a href=b>", "L http://h/d/b;", "a name may begin with ="},
-        {"<a href==a>", "L http://h/d/=a;", "a value may too"},
-        {"<a href=a\0b>"s, "L http://h/d/a%EF%BF%BDb;", "NUL is U+FFFD"},
-        {"<a\0 href=a>"s, "", "and makes another name"},
+        {"<a =href=a href==b>", "L http://h/d/=b;", "a name may begin with =, a value too"},
+        {"<a href=a\0b><a\0 href=c>"s, "L http://h/d/a%EF%BF%BDb;", "NUL is U+FFFD, and makes another name"},
         {"< a href=x><!a href=x></ a href=x><a href=a><?a href=x><a href=b>", "L http://h/d/a;L http://h/d/b;",
          "what only looks like a tag"},
-        {"<a<b href=a><aa href=b>", "", "a name ends at a blank, / or > alone"},
-        {"</a href=a>", "", "end tags have no links"},
-        {"<<a href=a>", "L http://h/d/a;", "a < before a tag"},
+        {"<a<b href=x><aa href=x></a href=x><<a href=a>", "L http://h/d/a;",
+         "a name ends at a blank, / or > alone; end tags have no links; a < before a tag"},
         {"<a href=\"?a=1&amp;b=2&copy=3&lt=4&eacute;\">", "L http://h/d/page.html?a=1&b=2&copy=3&lt=4%C3%A9;",
          "references in values"},
         {"<a href='&#104;&#x74tp&colon;//h/&#0;&#128;&#xD800;&#1114112;&#;&#x;'>",
@@ -112,20 +108,20 @@ TEST(HtmlTokens, OfHiddenPartsDoNotCount) {
         {"<svg><![CDATA[ <a href=x> ]] > ]]]><a href=a></svg>", "L http://h/d/a;", "CDATA in svg"},
         {"<svg><title><a href=a></title><style><a href=b></style></svg><style><a href=x></style>",
          "L http://h/d/a;L http://h/d/b;", "raw elements are so in HTML alone"},
-        {"<svg><p><style><a href=x></style>", "", "a paragraph ends the picture"},
         {"<svg><!doctype x><a href=a>", "L http://h/d/a;", "what is no CDATA there"},
         {"</svg></template><style><a href=x></style><a href=a>", "L http://h/d/a;", "ends of nothing"},
-        {"<svg/><style><a href=x></style>", "", "a picture may end at once"},
+        {"<svg/><svg><p><style><a href=x></style>", "", "a picture may end at once; a paragraph ends it"},
         {"<style><a href=x></styles><a href=x></STYLE ><a href=a>", "L http://h/d/a;", "style"},
-        {"<textarea><a href=x></textarea><title><a href=x></title>", "", "textarea and title"},
-        {"<noscript><a href=x></noscript><xmp><a href=x></xmp>", "", "noscript and xmp"},
+        {"<textarea><a href=x></textarea><title><a href=x></title><noscript><a href=x></noscript><xmp><a "
+         "href=x></xmp>",
+         "", "raw elements"},
         {"<template><a href=x><template></template><img src=x></template><a href=a>", "L http://h/d/a;",
          "templates nest"},
         {"<plaintext><a href=x></plaintext><a href=x>", "", "nothing ends plaintext"},
         {"<script><!--<script></script>\n'/x.zip'</script><a href=x>--></script><a href=a>",
          "S http://h/x.zip;L http://h/d/x [-->];L http://h/d/a;", "a comment in a script hides its end once"},
-        {"<script><!-- </script><a href=a>", "L http://h/d/a;", "but only behind another script"},
-        {"<script><!--<script>--></script><a href=a>", "L http://h/d/a;", "and not behind the comment"},
+        {"<script><!-- </script><a href=a><script><!--<script>--></script><a href=b>",
+         "L http://h/d/a;L http://h/d/b;", "but only behind another script, and not behind the comment"},
         {"<script>'/a.js</script><script>'/b.js'</script>", "S http://h/b.js;", "each script by itself"},
         {"<script>'http://h/a</b>'; 'http://h/c'</script>", "S http://h/c;", "an end tag of another name"},
         {"<script><!--\n'http://h/a>b'", "", "a > in a script is no dash"},
@@ -136,33 +132,29 @@ TEST(HtmlTokens, OfHiddenPartsDoNotCount) {
 
 TEST(HtmlLinks, AreResolvedAgainstTheBase) {
     const Reading rows[] = {
-        {"<base href=http://o/p/q><a href=a>", "L http://o/p/a;", "a base"},
-        {"<base href=sub/><a href=a>", "L http://h/d/sub/a;", "a base is a reference itself"},
-        {"<base target=x><base href=http://o/><base href=http://n/><a href=a>", "L http://o/a;",
-         "the first href"},
+        {"<base target=x><base href=sub/><base href=http://n/><a href=a>", "L http://h/d/sub/a;",
+         "the first href, a reference itself"},
         {"<a href=a>A</a><a href=http://o/a></a><base href=http://o/><a href=b>",
          "L http://o/a [A];L http://o/b;", "links before it too, each once"},
         {"<base href=javascript:x><a href=a>", "L http://h/d/a;", "no base without a host"},
         {"<template><base href=http://o/></template><a href=a>", "L http://h/d/a;", "none in a template"},
-        {"<base href=http://o/><a href=#x>", "L http://o/#x;", "with a base, a fragment leads elsewhere"},
         {"<a href=#x><a href=../../../y><base href=http://o/p/q>", "L http://o/p/q#x;L http://o/y;",
-         "also one that stands before it"},
+         "with a base, a fragment leads elsewhere"},
     };
     expectReadings(linksOf, rows);
 }
 
 TEST(HtmlLinks, AreDownloadsEachOnce) {
     const Reading rows[] = {
-        {"<a href=javascript:x()><a href=data:,x><a href=mailto:a@b><a href=tel:1><a href=about:blank>", "",
+        {"<a href='java\nscript:x'><a href=data:,x><a href=mailto:a@b><a href=tel:1><a href=about:blank>", "",
          "other schemes"},
-        {"<a href='java\nscript:x'><a href=' JavaScript:x'>", "", "whatever they are hidden in"},
         {"<a href=HTTPS://h/1><a href=ftp://h/2><a href=mms://h/3>", "L https://h/1;L ftp://h/2;L mms://h/3;",
          "the web's schemes"},
         {"<a href=HTTP://H.Ex:080><a href=http://h.ex/#x><a href=//%48.ex?><a href=//h.ex:81><a "
          "href=ftp://h.ex:21/>",
          "L http://h.ex/;L http://h.ex/?;L http://h.ex:81/;L ftp://h.ex/;", "one spelling, one link"},
         {"<a href='//a b/'><a href='http://a%20b/'><a href=//h:65536/><a href=//h:x/><a href='//h|/'><a "
-         "href=//[::1]:80/><a href=//[x]/>",
+         "href=//[::1]:80/><a href=//[x]/><a href=//>",
          "L http://[::1]/;", "what browsers refuse"},
         {"<a href=#top><a href=page.html#x><a href=/d/page.html>", "L http://h/d/page.html;",
          "fragments of the page; the page itself"},
@@ -170,7 +162,6 @@ TEST(HtmlLinks, AreDownloadsEachOnce) {
          "a fragment makes no other download"},
         {"<a href=p>t</a><img src=p>", "L http://h/d/p [t];", "the best of its places"},
         {"<img src=p><a href=p>t</a><video src=p>", "P http://h/d/p [t];", "not across the lists either"},
-        {"<a href=http:///><a href=//>", "", "no host"},
         {"<a href='  a b\\c.zip '>", "L http://h/d/a%20b/c.zip;", "as browsers read it"},
     };
     expectReadings(linksOf, rows);

@@ -1,11 +1,11 @@
 // What holds for every list of references; shared with the fuzz target.
 #pragma once
 
-#include <algorithm>
 #include <set>
 #include <string>
 #include <string_view>
 
+#include "binding/pieces.h"
 #include "binding/text.h"
 #include "media/parsers/must.h"
 #include "web/link_processor.h"
@@ -17,9 +17,7 @@ namespace zabtest {
 /// One reference per line; a line that begins with "=" is the page's base.
 inline void checkLinkProcessor(std::string_view lines) {
     zab::CLinkProcessor processor("http://host/dir/page", "http://host/dir/page");
-    while (!lines.empty()) {
-        const std::string_view line = zab::upTo(lines, '\n');
-        lines.remove_prefix(std::min(line.size() + 1, lines.size()));
+    for (const std::string_view line : zab::piecesOf(lines, '\n')) {
         if (line.starts_with('=')) {
             processor.setBase(line.substr(1));
         } else {

@@ -30,10 +30,7 @@ TEST(JsonText, StringsEndAtTheirQuote) {
         {"a", "none", "no string"},
     };
     expectReadings(read, rows);
-    const Reading parts[] = {
-        {R"(a\/\u0041\x\)", R"(a/A\x\)", "what is no escape stays"},
-    };
-    expectReadings(withoutJsonEscapes, parts);
+    EXPECT_EQ(withoutJsonEscapes(R"(a\/\u0041\x\)"), R"(a/A\x\)") << "what is no escape stays";
 }
 
 TEST(XmlText, ReferencesAreUndoneOnce) {
