@@ -7,6 +7,7 @@
 
 #include "media/parsers/dash.h"
 #include "media/parsers/must.h"
+#include "media/parsers/record.h"
 
 namespace zabtest {
 
@@ -17,9 +18,7 @@ inline std::string dashRecords(std::string_view body, std::string_view before = 
     const bool recognised = parser.parse(body);
     must(recognised == !parser.representations.empty());
     std::string all;
-    for (const auto& r : parser.representations)
-        all +=
-            std::to_string(r.itag).append("|").append(r.baseUrl).append("|").append(r.segmentList).append(";");
+    for (const auto& r : parser.representations) all += record(r.itag, r.baseUrl, r.segmentList);
     return all;
 }
 

@@ -2,13 +2,13 @@
 #pragma once
 
 #include <algorithm>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 
 #include "binding/interface_ptr.h"
 #include "media/parsers/hds.h"
 #include "media/parsers/must.h"
+#include "media/parsers/record.h"
 
 namespace zabtest {
 
@@ -22,26 +22,17 @@ inline F4MParserPtr parsedHds(std::string_view body, std::string_view before = {
     return parser;
 }
 
-/// "a|b|"
-inline std::string joined(std::initializer_list<std::string_view> texts) {
-    std::string all;
-    for (const auto text : texts) all.append(text).append("|");
-    return all;
-}
-
 /// Everything that a parse gives but its media.
 inline std::string manifestOf(const F4MParserPtr& parser) {
-    std::string all = joined(
-        {parser->baseUrl, parser->duration, parser->hasDrm != 0 ? "drm" : "", parser->hasPv != 0 ? "pv" : ""});
-    for (const auto& b : parser->bootstraps) all += joined({b.id, b.data});
+    std::string all = record(parser->baseUrl, parser->duration, parser->hasDrm, parser->hasPv);
+    for (const auto& b : parser->bootstraps) all += record(b.id, b.data);
     return all;
 }
 
 inline std::string mediaOf(const F4MParserPtr& parser) {
     std::string all;
     for (const auto& m : parser->media)
-        all += joined({m.url, m.bootstrapInfoId, m.bitrate, m.metadata, m.bootstrap, m.height,
-                       m.hidden != 0 ? "hidden" : ""});
+        all += record(m.url, m.bootstrapInfoId, m.bitrate, m.metadata, m.bootstrap, m.height, m.hidden);
     return all;
 }
 

@@ -99,15 +99,15 @@ TEST(Hds, ReadsTheManifest) {
         return zabtest::manifestOf(parsedHds("<bootstrapInfo>A</bootstrapInfo><media url=u >" + body));
     };
     const Reading rows[] = {
-        {"<baseURL>http://h/video</baseURL><duration> 1.5 </duration>", "http://h/video/| 1.5 ||||A|",
+        {"<baseURL>http://h/video</baseURL><duration> 1.5 </duration>", "http://h/video/| 1.5 |0|0;|A;",
          "a slash is added; contents are raw"},
-        {"<baseURL>a</baseURL><BASEURL >http://h/video/</baseurl>", "http://h/video/|||||A|",
+        {"<baseURL>a</baseURL><BASEURL >http://h/video/</baseurl>", "http://h/video/||0|0;|A;",
          "the last; a slash that is there is kept"},
-        {"<baseURL>a</baseURL><duration>1</duration><baseURL>b<duration>2", "a/|1||||A|",
+        {"<baseURL>a</baseURL><duration>1</duration><baseURL>b<duration>2", "a/|1|0|0;|A;",
          "no close tag: no content"},
-        {"<drmAdditionalHeader/>< PV-x>", "||drm|pv||A|", "any name that begins so"},
-        {"</drm></pv-x><dr><pvx>", "|||||A|", "only start tags, only the whole beginning"},
-        {"<x a='<drm'>", "||drm|||A|", "inside a value too"},
+        {"<drmAdditionalHeader/>< PV-x>", "||1|1;|A;", "any name that begins so"},
+        {"</drm></pv-x><dr><pvx>", "||0|0;|A;", "only start tags, only the whole beginning"},
+        {"<x a='<drm'>", "||1|0;|A;", "inside a value too"},
     };
     expectReadings(manifestOf, rows);
 }
@@ -119,7 +119,7 @@ TEST(Hds, AFailedParseKeepsNothing) {
         const auto parser =
             parsedHds("<bootstrapInfo>A</bootstrapInfo><media url=u ><duration>1</duration><pv-a>");
         EXPECT_FALSE(parser->parse(body)) << body;
-        EXPECT_EQ(zabtest::manifestOf(parser) + zabtest::mediaOf(parser), "||||") << body;
+        EXPECT_EQ(zabtest::manifestOf(parser) + zabtest::mediaOf(parser), "||0|0;") << body;
     }
 }
 

@@ -2,12 +2,12 @@
 #pragma once
 
 #include <algorithm>
-#include <sstream>
 #include <string>
 #include <string_view>
 
 #include "media/parsers/hls.h"
 #include "media/parsers/must.h"
+#include "media/parsers/record.h"
 
 namespace zabtest {
 
@@ -15,16 +15,6 @@ namespace zabtest {
 inline constexpr std::string_view kFullPlaylist =
     "#EXT-X-VERSION:3\n#EXT-X-MEDIA:GROUP-ID=g,URI=a\n#EXT-X-STREAM-INF:AUDIO=g\nv\n#EXT-X-TARGETDURATION:9\n"
     "#EXT-X-MEDIA-SEQUENCE:9\n#EXT-X-MAP:URI=x\n#EXTINF:9,t\ns\nEXT-X-ENDLIST\n#EXT-X-MEDIA:GROUP-ID=h\n";
-
-/// "a|b|c;"
-template <class First, class... Rest>
-std::string record(const First& first, const Rest&... rest) {
-    std::ostringstream fields;
-    fields.precision(17);
-    fields << first;
-    ((fields << '|' << rest), ...);
-    return fields.str() + ';';
-}
 
 inline std::string segmentsOf(const zab::CM3UParser& parser) {
     std::string all;

@@ -51,6 +51,8 @@ std::string readingOf(std::string_view file) {
     return result;
 }
 
+std::string movieReadingOf(std::string_view children) { return readingOf(box("moov", children)); }
+
 TEST(Mp4, FindsTheMovieBox) {
     const std::string movie = box("moov", mvhd(10, 55));
     const std::string longMovie = u32(1) + "moov" + big(16 + mvhd(10, 55).size(), 8) + mvhd(10, 55);
@@ -74,53 +76,47 @@ TEST(Mp4, FindsTheMovieBox) {
 TEST(Mp4, ReadsTheMovieHeader) {
     const std::string shortHeader = box("mvhd", zeros(12) + u32(10));
     const Reading rows[] = {
-        {box("moov", mvhd(10, 0)), "- 10 0 0 0 ", "a timescale alone is not usable"},
-        {box("moov", mvhd(0, 10)), "- 0 10 0 0 ", "nor is a duration"},
-        {box("moov", box("mvhd", u32(0x01000000) + zeros(8) + u32(7) + u32(70))), "7 70 0 0 10",
+        {mvhd(10, 0), "- 10 0 0 0 ", "a timescale alone is not usable"},
+        {mvhd(0, 10), "- 0 10 0 0 ", "nor is a duration"},
+        {box("mvhd", u32(0x01000000) + zeros(8) + u32(7) + u32(70)), "7 70 0 0 10",
          "the layout of version 0 for every version"},
-        {box("moov", shortHeader + u32(77)), "10 77 0 0 7",
-         "16 bytes are enough; the duration lies behind the box"},
-        {box("moov", shortHeader), "- 10 0 0 0 ", "a field outside the buffer leaves its value"},
-        {box("moov", box("mvhd", zeros(15))), "- 0 0 0 0 ", "15 bytes are not enough"},
-        {box("moov", mvhd(10, 20) + mvhd(10, 30)), "10 30 0 0 3", "the last counts"},
-        {box("moov", box("free", "") + mvhd(10, 20)), "10 20 0 0 2", "an empty child"},
-        {box("moov", u32(0) + "free" + mvhd(10, 20)), "- 0 0 0 0 ", "no child of size 0"},
-        {box("moov", u32(900) + "free" + mvhd(10, 20)), "- 0 0 0 0 ", "no child beyond its parent"},
+        {shortHeader + u32(77), "10 77 0 0 7", "16 bytes are enough; the duration lies behind the box"},
+        {shortHeader, "- 10 0 0 0 ", "a field outside the buffer leaves its value"},
+        {box("mvhd", zeros(15)), "- 0 0 0 0 ", "15 bytes are not enough"},
+        {mvhd(10, 20) + mvhd(10, 30), "10 30 0 0 3", "the last counts"},
+        {u32(0) + "free" + mvhd(10, 20), "- 0 0 0 0 ", "no child of size 0"},
+        {u32(900) + "free" + mvhd(10, 20), "- 0 0 0 0 ", "no child beyond its parent"},
     };
-    expectReadings(readingOf, rows);
+    expectReadings(movieReadingOf, rows);
 }
 
 TEST(Mp4, ReadsThePictureHeight) {
     const std::string video = trak(tkhd(0, 1280, 720));
     const Reading rows[] = {
-        {box("moov", trak(tkhd(0, 1280, 1080, 1))), "0 0 0 1080 ", "a header with 64-bit times"},
-        {box("moov", video + trak(tkhd(0x100, 0, 0))), "0 0 0 720 ",
-         "a track without a picture changes nothing"},
-        {box("moov", trak(tkhd(0x100, 0, 0))), "- 0 0 0 0 ", "audio only"},
-        {box("moov", video + trak(tkhd(0, 640, 360))), "0 0 0 360 ", "the last track counts"},
-        {box("moov", trak(tkhd(0x101, 640, 360))), "- 0 0 0 0 ", "volume one and a fraction"},
-        {box("moov", trak(tkhd(0x100, 640, 360)) + trak(tkhd(0x201, 640, 361))), "0 0 0 361 ",
+        {trak(tkhd(0, 1280, 1080, 1)), "0 0 0 1080 ", "a header with 64-bit times"},
+        {video + trak(tkhd(0x100, 0, 0)), "0 0 0 720 ", "a track without a picture changes nothing"},
+        {video + trak(tkhd(0, 640, 360)), "0 0 0 360 ", "the last track counts"},
+        {trak(tkhd(0x101, 640, 360)), "- 0 0 0 0 ", "volume one and a fraction"},
+        {trak(tkhd(0x100, 640, 360)) + trak(tkhd(0x201, 640, 361)), "0 0 0 361 ",
          "one without, two with a fraction"},
-        {box("moov", trak(box("tkhd", zeros(83)))), "- 0 0 0 0 ", "too short for version 0"},
-        {box("moov", trak(box("tkhd", tkhd(0, 640, 360, 1).substr(8, 95)))), "- 0 0 0 0 ",
-         "too short for another"},
-        {box("moov", tkhd(0, 640, 360)), "- 0 0 0 0 ", "only inside a track"},
+        {trak(box("tkhd", zeros(83))), "- 0 0 0 0 ", "too short for version 0"},
+        {trak(box("tkhd", tkhd(0, 640, 360, 1).substr(8, 95))), "- 0 0 0 0 ", "too short for another"},
+        {tkhd(0, 640, 360), "- 0 0 0 0 ", "only inside a track"},
     };
-    expectReadings(readingOf, rows);
+    expectReadings(movieReadingOf, rows);
 }
 
 TEST(Mp4, ReadsTheFragmentDuration) {
     const Reading rows[] = {
-        {box("moov", mvhd(1000, 5) + mehd(0, u32(90000))), "1000 5 90000 0 90",
-         "before the movie's own duration"},
-        {box("moov", mvhd(0, 0) + mehd(0, u32(90000))), "0 0 90000 0 90", "timescale 0: 1000"},
-        {box("moov", mehd(0x01000000, u32(1) + u32(4000))), "0 0 4000 0 4", "of 64 bits the low half"},
-        {box("moov", mehd(1, u32(1) + u32(4000))), "0 0 4000 0 4", "flags count like a version"},
-        {box("moov", mehd(0, "")) + u32(4000), "0 0 4000 0 4", "no size is checked: the field behind the box"},
-        {box("moov", mehd(0, "")), "- 0 0 0 0 ", "a field outside the buffer leaves its value"},
-        {box("moov", box("mvex", box("mehd", ""))), "- 0 0 0 0 ", "so does a missing version"},
+        {mvhd(1000, 5) + mehd(0, u32(90000)), "1000 5 90000 0 90", "before the movie's own duration"},
+        {mvhd(0, 0) + mehd(0, u32(90000)), "0 0 90000 0 90", "timescale 0: 1000"},
+        {mehd(0x01000000, u32(1) + u32(4000)), "0 0 4000 0 4", "of 64 bits the low half"},
+        {mehd(1, u32(1) + u32(4000)), "0 0 4000 0 4", "flags count like a version"},
+        {mehd(0, "") + u32(4000), "0 0 4000 0 4", "no size is checked: the field behind the box"},
+        {mehd(0, ""), "- 0 0 0 0 ", "a field outside the buffer leaves its value"},
+        {box("mvex", box("mehd", "")), "- 0 0 0 0 ", "so does a missing version"},
     };
-    expectReadings(readingOf, rows);
+    expectReadings(movieReadingOf, rows);
 }
 
 TEST(Mp4, EveryPrefixAndMutationStaysInBounds) {

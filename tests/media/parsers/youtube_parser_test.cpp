@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "media/parsers/generated.h"
 #include "media/parsers/site_checks.h"
 #include "readings.h"
@@ -120,46 +122,44 @@ TEST(YoutubeTitle, IsUndoneAsItWasWritten) {
 }
 
 TEST(YoutubeCatalogue, FindsTheEntryOfALaterRequest) {
-    CYoutubeParser parser;
-    parser.addEntry(u"http://h/v?id=1&itag=18", 0, false);
-    parser.addEntry(u"http://h/v?id=1&itag=45", 5, false);
-    parser.addEntry(u"http://h/v?id=1&itag=45", 5, false);
-    bool isWebM = false, adaptive = true;
-    std::uint32_t itag = 0;
-
-    EXPECT_TRUE(parser.findByUrl(u"http://h/v?id=1&itag=45", false, isWebM, itag));
-    EXPECT_EQ(itag, 45u);
-    EXPECT_FALSE(isWebM) << "told only when marking";
-    EXPECT_EQ(parser.entries()[1].used, 0u);
-    EXPECT_TRUE(parser.findByUrl(u"http://h/v?id=1&itag=45", true, isWebM, itag));
-    EXPECT_TRUE(isWebM);
-    EXPECT_EQ(parser.entries()[1].used, 1u);
-    EXPECT_EQ(parser.entries()[2].used, 0u) << "the first of equal ones";
-
-    EXPECT_TRUE(parser.findSameStream(u"http://h/v?itag=18&id=1&rn=7", isWebM, itag, adaptive));
-    EXPECT_EQ(itag, 18u);
-    EXPECT_FALSE(isWebM || adaptive);
-    EXPECT_EQ(parser.entries()[0].used, 1u);
-    EXPECT_TRUE(parser.hasSameStream(u"http://h/v?id=1&rn=7"));
-    EXPECT_TRUE(parser.findSameIdAndItag(u"http://h/v?itag=45&id=1&x=1", itag));
-    EXPECT_EQ(itag, 45u);
-    EXPECT_TRUE(parser.hasSameId(u"http://h/v?id=1&x=1"));
-
-    const std::pair<std::uint32_t, bool> webM[] = {{42, false}, {43, true}, {45, true}, {46, false}};
-    for (const auto& [number, is] : webM) {
-        const std::u16string url = u"http://h/v?id=9&itag=" + utf16FromUtf8(std::to_string(number));
-        parser.addEntry(url, number, false);
-        EXPECT_TRUE(parser.findByUrl(url, true, isWebM, itag));
-        EXPECT_EQ(isWebM, is) << number;
-        EXPECT_TRUE(parser.findSameStream(url + u"&rn=1", isWebM, itag, adaptive));
-        EXPECT_EQ(isWebM, is) << number;
-    }
-    itag = 7;
-    EXPECT_FALSE(parser.findByUrl(u"http://h/v?id=1&ITAG=45", true, isWebM, itag));
-    EXPECT_FALSE(parser.findSameStream(u"http://h/v?id=2", isWebM, itag, adaptive));
-    EXPECT_FALSE(parser.findSameIdAndItag(u"http://h/v?id=1", itag));
-    EXPECT_FALSE(parser.hasSameStream(u"http://h/v?id=2") || parser.hasSameId(u"http://h/v?id=2"));
-    EXPECT_EQ(itag, 7u) << "untouched by a no";
+    // What each search says of the URL, "w" for WebM and "a" for adaptive; then which entries are marked as
+    // used.
+    const auto read = [](const std::string& text) {
+        CYoutubeParser parser;
+        for (const char* itag : {"18", "42", "43", "45", "46", "45"})
+            parser.addEntry(u"http://h/v?id=1&itag=" + utf16FromUtf8(itag), 5, itag == std::string("46"));
+        const std::u16string url = utf16FromUtf8(text);
+        bool isWebM = false, adaptive = false;
+        std::uint32_t itag = 7;
+        std::string all;
+        const auto note = [&](const char* search) {
+            all +=
+                search + std::to_string(std::exchange(itag, 7)) + (std::exchange(isWebM, false) ? "w " : " ");
+        };
+        if (parser.findByUrl(url, false, isWebM, itag)) note("url ");
+        EXPECT_TRUE(std::ranges::none_of(parser.entries(), [](const auto& entry) { return entry.used != 0; }));
+        if (parser.findByUrl(url, true, isWebM, itag)) note("marked ");
+        if (parser.findSameStream(url, isWebM, itag, adaptive)) note(adaptive ? "stream a" : "stream ");
+        if (parser.findSameIdAndItag(url, itag)) note("both ");
+        EXPECT_EQ(itag, 7u) << "untouched by a no";
+        all += parser.hasSameStream(url) ? "stream " : "";
+        all += parser.hasSameId(url) ? "id " : "";
+        for (const auto& entry : parser.entries()) all += entry.used != 0 ? '1' : '0';
+        return all;
+    };
+    const Reading rows[] = {
+        {"http://h/v?id=1&itag=45", "url 45 marked 45w stream 45w both 45 stream id 000100",
+         "the first of two"},
+        {"http://h/v?id=1&itag=42", "url 42 marked 42 stream 42 both 42 stream id 010000", "42 is no WebM"},
+        {"http://h/v?id=1&itag=43", "url 43 marked 43w stream 43w both 43 stream id 001000", "43 is"},
+        {"http://h/v?id=1&itag=46", "url 46 marked 46 stream a46 both 46 stream id 000010",
+         "46 does not count"},
+        {"http://h/v?itag=18&id=1&rn=7", "stream 18 both 18 stream id 100000", "what a player changes"},
+        {"http://h/v?itag=45&id=1&x=1", "both 45 id 000000", "another parameter"},
+        {"http://h/v?id=1&rn=1", "stream 18 stream id 100000", "no itag: the first"},
+        {"http://h/v?id=2", "000000", "another video"},
+    };
+    expectReadings(read, rows);
 }
 
 TEST(YoutubeCatalogue, PairsAudioFromAdaptiveEntriesOnly) {
