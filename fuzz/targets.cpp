@@ -14,7 +14,6 @@
 #include "ui/media_request_check.h"
 #include "web/encoding_check.h"
 #include "web/html_check.h"
-#include "web/link_processor_check.h"
 #include "web/script_links_check.h"
 #include "zabprobe/exchange_check.h"
 
@@ -64,14 +63,12 @@ constexpr Target kTargets[] = {
     {"hls", checkHls},
     {"html", checkHtml},
     {"language_file", checkLanguageFile},
-    {"link_processor", checkLinkProcessor},
     {"media_request", onBytes<checkMediaRequest>},
     {"mp4", onBytes<checkMp4>},
     {"same_stream", checkSameStream},
     {"script_links", checkScriptLinks},
     {"tag_scanner", checkTagScanner},
     {"url", checkUrl},
-    {"url_unescape", checkUrlUnescape},
     {"vimeo", checkSite<vimeoRenditions>},
     {"youtube", checkYoutube},
 };

@@ -1,11 +1,15 @@
 // What holds for every page, however it is cut; shared by the property test and the fuzz target.
 #pragma once
 
+#include <set>
 #include <string>
 #include <string_view>
 
+#include "binding/text.h"
 #include "media/parsers/must.h"
 #include "web/html_parser.h"
+#include "web/url.h"
+#include "web/url_resolve.h"
 
 namespace zabtest {
 
@@ -22,10 +26,15 @@ inline std::string harvest(std::string_view markup, std::size_t chunk) {
     parser.finish();
     must(static_cast<std::size_t>(parser.links().count()) <= zab::CLinkProcessor::kMostLinks);
     std::string all;
+    std::set<std::string_view> known;
     for (const zab::PageLink& link : parser.links()) {
         must(link.url.size() <= zab::CLinkProcessor::kMostUrlBytes);
         must(link.text.size() <= zab::CHTMLParser::kMostTextBytes);
         must(link.url.find_first_of(" \t\r\n") == std::string::npos);
+        must(zab::isWebScheme(zab::schemeOf(link.url)) && !zab::hostOf(link.url).empty());
+        must(known.insert(zab::upTo(link.url, '#')).second);
+        const std::string_view path = zab::pathOf(link.url);
+        must(path.find("/../") == std::string_view::npos && !path.ends_with("/.."));
         all += link.playable ? 'P' : "LSM"[static_cast<int>(link.source)];
         all.append(" ").append(link.url).append(link.text.empty() ? "" : " [" + link.text + "]").append(";");
     }

@@ -12,7 +12,6 @@
 #include "media/parsers/facebook.h"
 #include "media/parsers/must.h"
 #include "media/parsers/stream_urls.h"
-#include "media/parsers/url_unescape.h"
 #include "media/parsers/vimeo.h"
 #include "media/parsers/youtube_parser.h"
 
@@ -98,16 +97,6 @@ inline void checkSameStream(std::string_view text) {
     must(!zab::sameStream(a, b, true) || zab::sameStream(a, b, false));
     must(zab::sameStream(a, a, true) == (a.size() >= 10 && a.find(u'?') != a.npos));
     must(!zab::sameIdAndItag(a, b) || zab::sameId(a, b));
-}
-
-inline void checkUrlUnescape(std::string_view text) {
-    std::string narrow(text);
-    std::u16string wide(text.begin(), text.end());
-    for (auto& unit : wide) unit &= 0xFF;
-    zab::unescapePortably(narrow);
-    zab::unescapePortably(wide);
-    must(narrow.size() <= text.size() && narrow.find('\0') == narrow.npos);
-    must(std::ranges::equal(narrow, wide, {}, [](char c) { return static_cast<unsigned char>(c); }));
 }
 
 }  // namespace zabtest
