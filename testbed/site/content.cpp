@@ -3,9 +3,10 @@
 #include <openssl/sha.h>
 #include <zlib.h>
 
-#include <algorithm>
+#include <cstring>
 #include <random>
 #include <stdexcept>
+#include <utility>
 
 #include "exchanges.h"
 
@@ -44,16 +45,15 @@ std::string_view missing(Guard guard, const Visit& visit) {
     return {};
 }
 
-std::string withOrigins(std::string_view text, std::string_view host) {
-    constexpr std::string_view kMark = "{media}";
-    const std::string port(host.substr(std::min(host.find(':'), host.size())));
+}  // namespace
+
+std::string withOrigins(std::string_view text, std::string_view port) {
     std::string whole(text);
-    for (auto at = whole.find(kMark); at != whole.npos; at = whole.find(kMark, at))
-        whole.replace(at, kMark.size(), "http://" + std::string(kMediaHost) + port);
+    for (const auto& [mark, host] : {std::pair{"{site}", kSiteHost}, {"{media}", kMediaHost}})
+        for (auto at = whole.find(mark); at != whole.npos; at = whole.find(mark, at))
+            whole.replace(at, std::strlen(mark), "http://" + std::string(host) + ":" + std::string(port));
     return whole;
 }
-
-}  // namespace
 
 Reply replyTo(const Resource& resource, const Visit& visit) {
     if (!resource.location.empty()) return {resource.status, {}};
@@ -61,7 +61,10 @@ Reply replyTo(const Resource& resource, const Visit& visit) {
         return {resource.guard == Guard::basic ? 401 : resource.status,
                 "This request came without " + std::string(lost) + ".\n"};
     if (resource.target == "/") return {resource.status, startPage()};
-    if (!resource.text.empty()) return {resource.status, withOrigins(resource.text, visit.header("Host"))};
+    if (!resource.text.empty()) {
+        const std::string host = visit.header("Host");
+        return {resource.status, withOrigins(resource.text, host.substr(host.find(':') + 1))};
+    }
     std::string seed(resource.target);
     if (resource.guard == Guard::form)
         seed.append(1, '\n').append(visit.header("Content-Type")).append(1, '\n').append(visit.formBody);

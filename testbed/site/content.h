@@ -21,6 +21,9 @@ struct Reply {
 
 Reply replyTo(const Resource& resource, const Visit& visit);
 
+/// Addresses of this site in a text: "{site}" and "{media}" stand for the origins of its two names.
+std::string withOrigins(std::string_view text, std::string_view port);
+
 /// 64 lower-case hexadecimal digits.
 std::string sha256Of(std::string_view bytes);
 

@@ -1,20 +1,20 @@
 #include "exchanges.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <iterator>
 #include <stdexcept>
 
 #include "content.h"
 #include "media.h"
 
 namespace zab::site {
+
+using nlohmann::json;
+
 namespace {
 
 // The browser's own request to this address ends a redirect that was taken over.
 constexpr std::string_view kSentinel = "http://www.mozilla.org/thisrequestistransferredtozab.stop";
 constexpr std::string_view kExceptedHost = kMediaHost;
-constexpr std::string_view kCaughtHost = "127.0.0.1";
 constexpr std::string_view kForm = "name=A+visitor&kind=zip&note=%E2%82%AC";
 constexpr std::size_t kOversizedForm = 50001;
 
@@ -34,9 +34,26 @@ struct Exchange {
     Load load = Load::top;
     Sends sends = Sends::plain;
     std::string_view key = {};  // held during the exchange
-    std::string_view host = kCaughtHost;
+    std::string_view host = kSiteHost;
     std::string_view closes = {};  // what the user closes before the answer: "tab" or "window", with its page
-    bool followed = false;         // no request of its own: the redirect of the row before leads here
+    const MediaPage* page = nullptr;  // that is shown; else the site's first page
+    bool isFollowed = false;          // no request of its own: the redirect of the row before leads here
+
+    constexpr Exchange sending(Sends what) const { return with(&Exchange::sends, what); }
+    constexpr Exchange holding(std::string_view what) const { return with(&Exchange::key, what); }
+    constexpr Exchange at(std::string_view name) const { return with(&Exchange::host, name); }
+    constexpr Exchange closing(std::string_view what) const { return with(&Exchange::closes, what); }
+    constexpr Exchange flagged(std::uint32_t how) const { return with(&Exchange::flags, how); }
+    constexpr Exchange named(std::string_view name) const { return with(&Exchange::fileName, name); }
+    constexpr Exchange followed() const { return with(&Exchange::isFollowed, true); }
+
+  private:
+    template <class T>
+    constexpr Exchange with(T Exchange::*member, T value) const {
+        Exchange row = *this;
+        row.*member = value;
+        return row;
+    }
 };
 
 constexpr Exchange stays(std::string_view target, std::string_view why, Load load = Load::top) {
@@ -46,23 +63,16 @@ constexpr Exchange taken(std::string_view target, std::string_view why, Load loa
     return {.target = target, .outcome = Outcome::transfer, .why = why, .flags = kOrdinary, .load = load};
 }
 constexpr Exchange named(std::string_view target, std::string_view fileName, std::string_view why) {
-    return {.target = target, .outcome = Outcome::transfer, .why = why, .flags = kNamed, .fileName = fileName};
+    return taken(target, why).flagged(kNamed).named(fileName);
 }
-constexpr Exchange followed(Exchange row) {
-    row.followed = true;
-    return row;
-}
-constexpr Exchange sending(Sends sends, Exchange row) {
-    row.sends = sends;
-    return row;
-}
-constexpr Exchange closing(std::string_view what, Exchange row) {
-    row.closes = what;
-    return row;
-}
-constexpr Exchange holding(std::string_view key, Exchange row) {
-    row.key = key;
-    return row;
+constexpr Exchange plays(const MediaPage& page, std::string_view target, std::string_view why,
+                         std::string_view host = kSiteHost) {
+    return {.target = target,
+            .outcome = Outcome::browser,
+            .why = why,
+            .load = Load::embedded,
+            .host = host,
+            .page = &page};
 }
 
 // UTF-8 names travel as narrow text of the ANSI code page (1252), so each of their bytes arrives as one
@@ -83,48 +93,38 @@ constexpr Exchange kExchanges[] = {
     taken("/files/UPPER.ZIP", "an extension in upper case"),
     taken("/files/setup.exe", "a link to a program"),
     stays("/files/archive.zip", "an archive that a script fetches for its page", Load::embedded),
-    {.target = "/files/archive.zip",
-     .outcome = Outcome::browser,
-     .why = "an excepted server",
-     .host = kExceptedHost},
+    stays("/files/archive.zip", "an excepted server").at(kExceptedHost),
     stays("/files/disc.iso", "an extension that is not in the list"),
     stays("/files/missing.zip", "nothing there"),
-    holding("alt", stays("/files/archive.zip", "the prevent key is held")),
-    holding("ctrl", {.target = "/files/disc.iso",
-                     .outcome = Outcome::transfer,
-                     .why = "the force key is held",
-                     .flags = kEarly}),
+    stays("/files/archive.zip", "the prevent key is held").holding("alt"),
+    taken("/files/disc.iso", "the force key is held").flagged(kEarly).holding("ctrl"),
 
-    sending(Sends::session, stays(kSessionPage, "the page that sets the session's cookie")),
-    sending(Sends::session, taken("/session/archive.zip", "needs cookie, referrer and user agent")),
-    sending(Sends::session, stays("/session/moved", "the same behind a redirect")),
-    followed(
-        sending(Sends::session, taken("/session/archive.zip?moved", "the redirect keeps cookie and referrer"))),
+    stays(kSessionPage, "the page that sets the session's cookie").sending(Sends::session),
+    taken("/session/archive.zip", "needs cookie, referrer and user agent").sending(Sends::session),
+    stays("/session/moved", "the same behind a redirect").sending(Sends::session),
+    taken("/session/archive.zip?moved", "the redirect keeps cookie and referrer")
+        .sending(Sends::session)
+        .followed(),
     stays("/private/archive.zip", "credentials are asked for"),
-    sending(Sends::basic, taken("/private/archive.zip", "needs Basic credentials")),
-    sending(Sends::form, named("/form/archive.php", "form.zip", "the answer to a form")),
-    sending(Sends::oversizedForm, {.target = "/form/archive.php",
-                                   .outcome = Outcome::transfer,
-                                   .why = "the form is too large to be captured; nothing can repeat it",
-                                   .flags = kWithoutBody,
-                                   .fileName = "form.zip"}),
-    sending(Sends::form, stays("/form/result.php", "a page in answer to a form")),
+    taken("/private/archive.zip", "needs Basic credentials").sending(Sends::basic),
+    named("/form/archive.php", "form.zip", "the answer to a form").sending(Sends::form),
+    named("/form/archive.php", "form.zip", "the form is too large to be captured; nothing can repeat it")
+        .sending(Sends::oversizedForm)
+        .flagged(kWithoutBody),
+    stays("/form/result.php", "a page in answer to a form").sending(Sends::form),
 
     stays("/moved/301", "moved permanently"),
-    followed(taken("/moved/here.zip?301", "where 301 leads")),
+    taken("/moved/here.zip?301", "where 301 leads").followed(),
     stays("/moved/302", "found elsewhere"),
-    followed(taken("/moved/here.zip?302", "where 302 leads")),
+    taken("/moved/here.zip?302", "where 302 leads").followed(),
     stays("/moved/303", "see other"),
-    followed(taken("/moved/here.zip?303", "where 303 leads")),
+    taken("/moved/here.zip?303", "where 303 leads").followed(),
     stays("/moved/307", "moved for now"),
-    followed(taken("/moved/here.zip?307", "where 307 leads")),
-    {.target = "/moved/ftp",
-     .outcome = Outcome::transfer,
-     .why = "a redirect to an FTP archive",
-     .flags = kEarly},
-    {.target = kSentinel, .outcome = Outcome::cancel, .why = "the browser's side of it ends", .followed = true},
+    taken("/moved/here.zip?307", "where 307 leads").followed(),
+    taken("/moved/ftp", "a redirect to an FTP archive").flagged(kEarly),
+    Exchange{kSentinel, Outcome::cancel, "the browser's side of it ends"}.followed(),
     stays("/moved/ftp-text", "a redirect to an FTP file that is not in the list"),
-    followed(stays("ftp://127.0.0.1/pub/readme.txt", "where it leads")),
+    stays("ftp://127.0.0.1/pub/readme.txt", "where it leads").followed(),
 
     named("/attach/quoted", "a b.zip", "quoted name"),
     named("/attach/unquoted", "plain.zip", "unquoted name"),
@@ -138,11 +138,7 @@ constexpr Exchange kExchanges[] = {
     stays("/attach/unclosed", "an unclosed quote names nothing, and the URL has no extension"),
     taken("/attach/unclosed.zip", "an unclosed quote, but the URL has an extension"),
     stays("/attach/notes", "an attachment that is not in the list"),
-    {.target = "/attach/type-name",
-     .outcome = Outcome::transfer,
-     .why = "named by its Content-Type",
-     .flags = kOrdinary,
-     .fileName = "named.zip"},
+    taken("/attach/type-name", "named by its Content-Type").named("named.zip"),
 
     taken("/get/archive.zip?attachment", "an unnamed attachment; the URL before the query decides",
           Load::embedded),
@@ -160,27 +156,51 @@ constexpr Exchange kExchanges[] = {
     stays("/parts/file.rar.0001", "four digits number no part"),
     named("/parts/volume", "volume.rar.02", "a numbered part by name"),
 
-    sending(Sends::acceptsGzip,
-            taken("/gzip/archive.zip", "compressed on its way: the length is not the file's")),
-    sending(Sends::acceptsGzip, stays("/gzip/page.html", "a page, compressed on its way")),
-    closing("tab", taken("/files/archive.zip", "a click, then its tab is closed before the answer")),
-    closing("tab", stays("/page/clip.mp4", "a video whose page goes before the answer", Load::embedded)),
-    closing("window", taken("/files/archive.zip", "a click, then its window is closed")),
-    closing("window", stays("/page/frame.html", "a frame whose window is closed", Load::frame)),
+    taken("/gzip/archive.zip", "compressed on its way: the length is not the file's")
+        .sending(Sends::acceptsGzip),
+    stays("/gzip/page.html", "a page, compressed on its way").sending(Sends::acceptsGzip),
+    taken("/files/archive.zip", "a click, then its tab is closed before the answer").closing("tab"),
+    stays("/page/clip.mp4", "a video whose page goes before the answer", Load::embedded).closing("tab"),
+    taken("/files/archive.zip", "a click, then its window is closed").closing("window"),
+    stays("/page/frame.html", "a frame whose window is closed", Load::frame).closing("window"),
 
-    sending(Sends::range, taken("/range/archive.zip", "206: the browser has a part, the manager fetches all")),
+    taken("/range/archive.zip", "206: the browser has a part, the manager fetches all").sending(Sends::range),
+
+    plays(kFilmPage, "/media/film/master.m3u8", "an HLS master playlist"),
+    plays(kPlayPage, "/media/play/master.m3u8", "an HLS playlist of a film on the media host"),
+    plays(kPlayPage, "/media/play/720/film.m3u8", "its picture, as the host's visitor gets it", kMediaHost),
+    plays(kPlayPage, "/media/play/720/1.mp4", "a segment as large as a film", kMediaHost),
+    plays(kPlayPage, "/media/play/en/film.m3u8", "its English sound", kMediaHost),
+    plays(kPlayPage, "/media/play/en/1.mp4", "a segment of the sound", kMediaHost),
+    plays(kPlayPage, "/media/play/de/film.m3u8", "its German sound", kMediaHost),
+    plays(kPlayPage, "/media/play/text/film.m3u8", "its subtitles, which are no film", kMediaHost),
+    plays(kPlayPage, "/media/play/trailer.mp4", "a file beside the stream"),
+    plays(kLecturePage, "/media/lecture/film.mpd", "a DASH manifest"),
+    plays(kLecturePage, "/media/lecture/v2/1.m4s", "a segment in its folder"),
+    plays(kConcertPage, "/media/concert.f4m", "an HDS manifest"),
+    plays(kHolidayPage, "/media/holiday.mp4", "a video inside a page"),
+    plays(kSongPage, "/watch?v=song", "the data of a watch page", "www.youtube.com"),
+    plays(kShortPage, "/video/1234", "the page of a player", "player.vimeo.com"),
 };
 
 constexpr bool isOfSite(const Exchange& row) { return row.target.front() == '/'; }
 
-// --- The request of a row
-// ------------------------------------------------------------------------------------------
+// --- The request of a row ---
 
-struct Origin {
-    std::string host;  // with its port
-    explicit Origin(const Exchange& row, int port) : host(std::string(row.host) + ":" + std::to_string(port)) {}
-    std::string url(std::string_view target) const { return "http://" + host + std::string(target); }
-};
+/// With the port where the name is one of the site's.
+std::string serverOf(std::string_view host, int port) {
+    std::string server(host);
+    if (host == kSiteHost || host == kMediaHost) server.append(":").append(std::to_string(port));
+    return server;
+}
+
+std::string originOf(std::string_view host, int port) {
+    return std::string("http://").append(serverOf(host, port));
+}
+
+std::string urlOf(const Exchange& row, int port) {
+    return (isOfSite(row) ? originOf(row.host, port) : "") + std::string(row.target);
+}
 
 // The site's HTTP library refuses URL-encoded forms of this size, so the large one goes as text.
 std::string_view formTypeOf(Sends sends) { return sends == Sends::oversizedForm ? "text/plain" : kFormType; }
@@ -191,91 +211,128 @@ std::string formOf(Sends sends) {
     return {};
 }
 
-nlohmann::json headersOf(const Exchange& row, const Origin& origin) {
-    nlohmann::json headers{{"User-Agent", kUserAgent},
-                           {"Referer", origin.url(row.sends == Sends::session ? kSessionPage : "/")}};
+json headersOf(const Exchange& row, int port) {
+    json headers{
+        {"User-Agent", kUserAgent},
+        {"Referer", originOf(kSiteHost, port) + std::string(row.sends == Sends::session ? kSessionPage : "/")}};
     if (row.sends == Sends::session) headers["Cookie"] = "theme=dark; " + std::string(kSessionCookie);
+    if (row.page != nullptr && row.host == kSiteHost) headers["Cookie"] = kSessionCookie;
+    if (row.page != nullptr && row.host == kMediaHost) headers["Cookie"] = kViewerCookie;
     if (row.sends == Sends::basic) headers["Authorization"] = kBasicAuthorization;
     if (row.sends == Sends::range) headers["Range"] = "bytes=1000-";
     if (row.sends == Sends::acceptsGzip) headers["Accept-Encoding"] = "gzip";
     return headers;
 }
 
-nlohmann::json requestOf(const Exchange& row, const Origin& origin) {
+json pageOf(int id, std::string_view title, bool isShown, int port) {
+    return {{"id", id}, {"url", originOf(kSiteHost, port) + "/"}, {"title", title}, {"shown", isShown}};
+}
+
+json requestOf(const Exchange& row, int port) {
     constexpr std::string_view kLoads[] = {"top", "document", "embedded"};
-    nlohmann::json request{{"name", std::to_string(&row - kExchanges) + " " + std::string(row.target)},
-                           {"url", origin.url(row.target)},
-                           {"headers", headersOf(row, origin)},
-                           {"load", kLoads[static_cast<std::size_t>(row.load)]},
-                           {"expected", nlohmann::json::array()}};
-    if (const std::string form = formOf(row.sends); !form.empty()) {
-        request["body"] = form;
-        request["bodyType"] = formTypeOf(row.sends);
-    }
+    json request{{"url", urlOf(row, port)},
+                 {"headers", headersOf(row, port)},
+                 {"load", kLoads[static_cast<std::size_t>(row.load)]},
+                 {"key", row.key},
+                 {"closes", row.closes},
+                 {"body", formOf(row.sends)},
+                 {"bodyType", formTypeOf(row.sends)}};
     // A page that goes away is one of its own: the others go on without it.
-    const auto pageId = row.closes.empty() ? 1 : 1000 + (&row - kExchanges);
-    if (row.load != Load::top || !row.closes.empty())
-        request["page"] = {{"id", pageId}, {"url", origin.url("/")}, {"title", "The test site"}};
-    if (!row.closes.empty()) request["closes"] = row.closes;
-    if (!row.key.empty()) request["key"] = row.key;
+    const int pageId = row.closes.empty() ? 1 : 1000 + static_cast<int>(&row - kExchanges);
+    if (row.page != nullptr)
+        request["page"] = pageOf(row.page->id, row.page->title, true, port);
+    else if (row.load != Load::top || !row.closes.empty())
+        request["page"] = pageOf(pageId, "The test site", false, port);
+    if (row.host != kSiteHost && row.host != kMediaHost) request["connect"] = serverOf(kSiteHost, port);
     return request;
 }
 
-const Resource& resourceOf(const Exchange& row) {
-    if (const Resource* resource = findResource(row.target)) return *resource;
-    throw std::logic_error("the site does not hold " + std::string(row.target));
+// --- What must come of it ---
+
+const Resource& resourceOf(std::string_view target) {
+    if (const Resource* resource = findResource(target)) return *resource;
+    throw std::logic_error("the site does not hold " + std::string(target));
 }
 
-// --- What must come of it
-// --------------------------------------------------------------------------------------------
-
-std::string bodyOf(const Exchange& row, const Origin& origin, std::string_view form) {
-    nlohmann::json headers = headersOf(row, origin);
-    headers["Host"] = origin.host;
+std::string bodyOf(const Exchange& row, int port, std::string_view form) {
+    json headers = headersOf(row, port);
+    headers["Host"] = serverOf(row.host, port);
     headers["Content-Type"] = formTypeOf(row.sends);
-    return replyTo(resourceOf(row), {[&](const char* name) { return headers.value(name, ""); }, form}).body;
+    return replyTo(resourceOf(row.target), {[&](const char* name) { return headers.value(name, ""); }, form})
+        .body;
 }
 
-std::string managerSha256(const Exchange& row, const Origin& origin) {
-    if (row.outcome != Outcome::transfer || !resourceOf(row).location.empty()) return {};
+std::string managerSha256(const Exchange& row, int port) {
+    if (row.outcome != Outcome::transfer || !resourceOf(row.target).location.empty()) return {};
     // A form that was not captured cannot be sent again: the file is the answer to a request without it.
-    return sha256Of(bodyOf(row, origin, row.sends == Sends::oversizedForm ? "" : formOf(row.sends)));
+    return sha256Of(bodyOf(row, port, row.sends == Sends::oversizedForm ? "" : formOf(row.sends)));
 }
 
-std::string browserSha256(const Exchange& row, const Origin& origin) {
+std::string browserSha256(const Exchange& row, int port) {
     if (row.outcome != Outcome::browser || !isOfSite(row)) return {};
-    const std::string body = bodyOf(row, origin, formOf(row.sends));
+    const std::string body = bodyOf(row, port, formOf(row.sends));
     if (body.empty()) return {};
-    return sha256Of(resourceOf(row).gzip ? gzipOf(body) : body);
+    return sha256Of(resourceOf(row.target).gzip ? gzipOf(body) : body);
 }
 
-nlohmann::json expectedOf(const Exchange& row, const Origin& origin) {
+json expectedOf(const Exchange& row, int port) {
     constexpr std::string_view kOutcomes[] = {"browser", "transfer", "cancel"};
-    return {{"url", isOfSite(row) ? origin.url(row.target) : std::string(row.target)},
+    return {{"url", urlOf(row, port)},
             {"outcome", kOutcomes[static_cast<std::size_t>(row.outcome)]},
             {"flags", row.flags},
             {"fileName", row.fileName},
-            {"sha256", managerSha256(row, origin)},
+            {"sha256", managerSha256(row, port)},
             {"lacks", row.sends == Sends::oversizedForm ? "form" : ""},
-            {"browserSha256", browserSha256(row, origin)},
+            {"browserSha256", browserSha256(row, port)},
+            {"shown", row.page != nullptr},
             {"why", row.why}};
 }
 
-nlohmann::json cookieOf(std::string_view host, std::string_view pair) {
+/// An act of the user, and the one download that must come of it.
+json stepOf(const Act& act, int port) {
+    std::string bytes;
+    for (const std::string_view file : act.files)
+        bytes += bodyOf(plays(act.page, file, {}, kMediaHost), port, {});
+    const std::string url = withOrigins(act.link, std::to_string(port));
+    return {{act.kind, withOrigins(act.what, std::to_string(port))},
+            {"url", url},
+            {"cookies", kSessionCookie},
+            {"page", pageOf(act.page.id, act.page.title, true, port)},
+            {"expected",
+             {{{"url", url},
+               {"outcome", "transfer"},
+               {"flags", 0},
+               {"sha256", sha256Of(bytes)},
+               {"shown", true},
+               {"why", act.why}}}}};
+}
+
+json offersOf(int port) {
+    json offers = json::array();
+    for (const Entry& entry : mediaEntries()) {
+        if (offers.empty() || offers.back()["page"] != entry.page.id)
+            offers.push_back(
+                {{"page", entry.page.id}, {"title", entry.page.title}, {"entries", json::array()}});
+        offers.back()["entries"].push_back(
+            {{"link", withOrigins(entry.link, std::to_string(port))}, {"label", entry.label}});
+    }
+    return offers;
+}
+
+json cookieOf(std::string_view host, std::string_view pair) {
     const auto equals = pair.find('=');
     return {{"host", host}, {"name", pair.substr(0, equals)}, {"value", pair.substr(equals + 1)}};
 }
 
 }  // namespace
 
-nlohmann::json exchangeList(int port) {
-    nlohmann::json exchanges = nlohmann::json::array();
+json exchangeList(int port) {
+    json exchanges = json::array();
     for (const Exchange& row : kExchanges) {
-        const Origin origin(row, port);
-        if (!row.followed) exchanges.push_back(requestOf(row, origin));
-        exchanges.back()["expected"].push_back(expectedOf(row, origin));
+        if (!row.isFollowed) exchanges.push_back(requestOf(row, port));
+        exchanges.back()["expected"].push_back(expectedOf(row, port));
     }
-    for (auto& exchange : mediaExchanges(port)) exchanges.push_back(std::move(exchange));
+    for (const Act& act : mediaActs()) exchanges.push_back(stepOf(act, port));
     return {{"settings",
              {{"Extensions", "zip rar 7z gz exe msi"},
               {"ExceptionServers", kExceptedHost},
@@ -283,9 +340,9 @@ nlohmann::json exchangeList(int port) {
               {"SpecialKeys\\AltP", 1},
               {"SpecialKeys\\UseKeyToForce", 1},
               {"SpecialKeys\\CtrlF", 1}}},
-            {"cookies", {cookieOf(kCaughtHost, kSessionCookie), cookieOf(kMediaHost, kViewerCookie)}},
+            {"cookies", {cookieOf(kSiteHost, kSessionCookie), cookieOf(kMediaHost, kViewerCookie)}},
             {"exchanges", exchanges},
-            {"offers", mediaOffers(port)}};
+            {"offers", offersOf(port)}};
 }
 
 std::string startPage() {
@@ -297,8 +354,8 @@ std::string startPage() {
         "<form method=\"post\" action=\"/form/archive.php\"><input name=\"name\" value=\"A visitor\">"
         "<input name=\"kind\" value=\"zip\"><button>Make my archive</button></form>\n<ul>\n";
     for (const Exchange& row : kExchanges) {
-        const bool isClick = isOfSite(row) && row.load == Load::top && !row.followed &&
-                             row.host == kCaughtHost && row.key.empty() && row.closes.empty() &&
+        const bool isClick = isOfSite(row) && row.load == Load::top && !row.isFollowed &&
+                             row.host == kSiteHost && row.key.empty() && row.closes.empty() &&
                              formOf(row.sends).empty();
         if (!isClick) continue;
         page.append("<li><a href=\"").append(row.target).append("\">").append(row.why).append("</a>\n");

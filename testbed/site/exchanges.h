@@ -11,7 +11,7 @@
 namespace zab::site {
 
 /// {"settings": {name: value}, "cookies": [...], "exchanges": [...],
-/// "offers": [...]}; the last is that of mediaOffers(). Each "expected" object holds `url`, `outcome`
+/// "offers": [...]}. Each "expected" object holds `url`, `outcome`
 /// ("browser", "transfer" or "cancel"), `flags` (of the transfer), `fileName` (as the download manager is told
 /// it), `sha256` (of what the download manager must get; "" where nothing can be fetched), `lacks` (what that
 /// file is made without, because no transfer can carry it; "" for nothing), `browserSha256` (of what the

@@ -34,7 +34,7 @@ void answer(const httplib::Request& request, httplib::Response& response) {
     if (!resource->location.empty()) response.set_header("Location", std::string(resource->location));
     if (!resource->disposition.empty())
         response.set_header("Content-Disposition", std::string(resource->disposition));
-    if (resource->setsSession)
+    if (resource->target == kSessionPage)
         response.set_header("Set-Cookie", std::string(kSessionCookie) + "; Path=/; HttpOnly");
     if (resource->gzip && request.get_header_value("Accept-Encoding").find("gzip") != std::string::npos) {
         response.set_header("Content-Encoding", "gzip");

@@ -19,16 +19,16 @@ struct Resource {
     std::string_view type;    // Content-Type, whole; empty for none
     std::string_view disposition = {};
     std::size_t size = 4000;     // bytes of the generated body, when `text` is empty
-    std::string_view text = {};  // "{media}" in it stands for the origin of the media host
+    std::string_view text = {};  // with the marks of withOrigins()
     Guard guard = Guard::none;
     int status = 200;
     std::string_view location = {};  // of a redirect: a target of this site, or a whole URL of another scheme
     bool gzip = false;               // sent with Content-Encoding gzip to whom accepts it
-    bool setsSession = false;
 };
 
 inline constexpr std::string_view kSessionCookie = "session=7f3a90c2";
-inline constexpr std::string_view kSessionPage = "/session/";
+inline constexpr std::string_view kSessionPage = "/session/";  // sets the cookie
+inline constexpr std::string_view kSiteHost = "127.0.0.1";
 /// The other name of the site. It knows its visitor by a cookie of its own, and none may come with that of the
 /// session.
 inline constexpr std::string_view kMediaHost = "localhost";
