@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "binding/wide_win32.h"
+#include "browser/hands.h"
 
 namespace zab::testbed {
 namespace {
@@ -24,11 +25,7 @@ void write(const std::string& path, DWORD type, const void* data, std::size_t by
     RegSetKeyValueA(HKEY_CURRENT_USER, key.c_str(), value.c_str(), type, data, static_cast<DWORD>(bytes));
 }
 
-std::u16string textOf(HWND window) {
-    std::u16string text(2048, u'\0');
-    text.resize(static_cast<std::size_t>(GetWindowTextW(window, wide(text.data()), 2048)));
-    return text;
-}
+std::u16string textOf(HWND window) { return captionOf(reinterpret_cast<NativeWindow>(window)); }
 
 constexpr const char* kDialogClass = "#32770";
 
@@ -97,7 +94,7 @@ SettingsTree& SettingsTree::setCompanions() {
     return set("ExePath", program.substr(0, program.rfind('\\')) + "\\companions\\zabrion.exe");
 }
 
-std::optional<std::uint32_t> SettingsTree::number(const std::string& path) const {
+std::optional<std::uint32_t> SettingsTree::number(const std::string& path) {
     const auto [key, value] = placeOf(path);
     DWORD number = 0, size = sizeof(number);
     const auto status =
@@ -105,7 +102,7 @@ std::optional<std::uint32_t> SettingsTree::number(const std::string& path) const
     return status == ERROR_SUCCESS ? std::optional<std::uint32_t>(number) : std::nullopt;
 }
 
-std::optional<std::string> SettingsTree::text(const std::string& path) const {
+std::optional<std::string> SettingsTree::text(const std::string& path) {
     const auto [key, value] = placeOf(path);
     char text[2048];
     DWORD size = sizeof(text);

@@ -28,8 +28,8 @@ class SettingsTree {
     SettingsTree& remove(const std::string& path);
     /// Names a program in the folder of the stand-in companion libraries.
     SettingsTree& setCompanions();
-    [[nodiscard]] std::optional<std::uint32_t> number(const std::string& path) const;
-    [[nodiscard]] std::optional<std::string> text(const std::string& path) const;
+    [[nodiscard]] static std::optional<std::uint32_t> number(const std::string& path);
+    [[nodiscard]] static std::optional<std::string> text(const std::string& path);
     /// The change that the download manager signals when it has written settings.
     void touchConfigTime();
 

@@ -59,8 +59,8 @@ Area areaOf(NativeWindow window) {
 }
 
 std::u16string captionOf(NativeWindow window) {
-    wchar_t text[256]{};
-    GetWindowTextW(windowOf(window), text, 256);
+    wchar_t text[2048]{};
+    GetWindowTextW(windowOf(window), text, 2048);
     return utf16(text);
 }
 

@@ -41,7 +41,7 @@ HeldKeys::HeldKeys(const std::vector<std::uint8_t>& keys) {
 
 HeldKeys::~HeldKeys() { desk().keyboard = {}; }
 
-std::optional<std::uint32_t> SettingsTree::number(const std::string& path) const {
+std::optional<std::uint32_t> SettingsTree::number(const std::string& path) {
     const auto found = desk().settings.find(path);
     const auto* number = found == desk().settings.end() ? nullptr : std::get_if<std::uint32_t>(&found->second);
     return number == nullptr ? std::nullopt : std::optional(*number);

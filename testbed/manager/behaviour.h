@@ -2,26 +2,29 @@
 // anew for each call, because COM starts the process and nobody can give it arguments.
 #pragma once
 
-#include <windows.h>
-
-#include <string>
+#include "binding/wide_win32.h"
+#include "browser/desktop.h"
 
 namespace zab::testbed {
 
-struct Behaviour {
-    std::wstring logFile;   // "TestbedLog"; absent: "zab_manager.jsonl" beside the program
-    DWORD hangMs = 0;       // "TestbedHangMs": how long a call takes
-    bool dies = false;      // "TestbedDie": the process ends during the call with this number, which is logged
-    HRESULT answer = S_OK;  // "TestbedAnswer": what the call answers
-    bool downloads = true;  // "TestbedDownload": 0 logs only
-};
-
-Behaviour readBehaviour();
-
-/// "TestbedMute": a started process never registers its class.
-bool isMute();
-
 /// Full path of this program.
-std::wstring programPath();
+inline std::string programPath() {
+    char path[MAX_PATH];
+    return {path, GetModuleFileNameA(nullptr, path, MAX_PATH)};
+}
+
+struct Behaviour {
+    static DWORD numberOf(const char* name, DWORD fallback = 0) {
+        return SettingsTree::number(name).value_or(fallback);
+    }
+
+    std::string logFile = SettingsTree::text("TestbedLog").value_or(programPath() + ".jsonl");
+    DWORD hangMs = numberOf("TestbedHangMs");  // how long a call takes
+    DWORD diesAt =
+        numberOf("TestbedDie");  // the process ends during the call with this number, which is logged
+    HRESULT answer = static_cast<HRESULT>(numberOf("TestbedAnswer", S_OK));  // of a call
+    bool downloads = numberOf("TestbedDownload", 1) != 0;                    // else logs only
+    bool isMute = numberOf("TestbedMute") != 0;  // a started process never registers its class
+};
 
 }  // namespace zab::testbed

@@ -1,13 +1,17 @@
-#include "server.h"
-
+// The stand-in download manager: takes transfers through COM, writes down what it received, and downloads it.
+//
+//     zab_manager --register | --unregister    once per machine (Wine prefix)
+//     zab_manager -Embedding                   as COM starts it; serves until no object has been alive and no
+//                                              download running for a few seconds
 #include <atomic>
+#include <cstdio>
 #include <memory>
 #include <string>
 #include <thread>
 #include <utility>
 
 #include "behaviour.h"
-#include "binding/wide_win32.h"
+#include "binding/browser_text_win32.h"
 #include "download.h"
 // Made from link_transmitter.idl; needs windows.h.
 #include "link_transmitter.h"
@@ -18,7 +22,8 @@ namespace {
 
 constexpr DWORD kIdleMs = 10000;
 constexpr const wchar_t* kStopEvent = L"ZabTestbedManagerStop";
-constexpr const wchar_t* kClassKey = L"Software\\Classes\\CLSID\\{E4FA915A-95CC-44FA-9B27-31110C42290E}";
+constexpr const char* kSettings = "Software\\ZabrionHub";
+constexpr const char* kClassKey = "Software\\Classes\\CLSID\\{E4FA915A-95CC-44FA-9B27-31110C42290E}";
 constexpr GUID kTypeLibrary{0x1996D87C, 0x3D68, 0x4C8A, {0xBA, 0xDF, 0xB4, 0x51, 0xE2, 0x9C, 0xCC, 0x33}};
 
 /// Objects alive and downloads under way: while there are any, the process stays.
@@ -65,7 +70,7 @@ class Transmitter final : public ILinkTransmitter {
     HRESULT STDMETHODCALLTYPE SendLinkToZab(BSTR url, BSTR referrer, BSTR cookies, BSTR postData, BSTR user,
                                             BSTR password, BSTR reserved, BSTR fileName, LONG flags,
                                             VARIANT* extraData, VARIANT* reservedVariant) override {
-        const Behaviour behaviour = readBehaviour();
+        const Behaviour behaviour;
         nlohmann::ordered_json line = {{"url", jsonOf(url)},
                                        {"referrer", jsonOf(referrer)},
                                        {"cookies", jsonOf(cookies)},
@@ -78,7 +83,10 @@ class Transmitter final : public ILinkTransmitter {
                                        {"extraData", jsonOf(extraData)},
                                        {"reservedVariant", jsonOf(reservedVariant)}};
         Sleep(behaviour.hangMs);
-        if (behaviour.dies) {
+        const DWORD left = behaviour.diesAt - 1;
+        if (behaviour.diesAt > 1)
+            RegSetKeyValueA(HKEY_CURRENT_USER, kSettings, "TestbedDie", REG_DWORD, &left, 4);
+        if (behaviour.diesAt == 1) {
             line["died"] = true;
             appendLine(behaviour.logFile, line);
             // Wine does not notice the end of a registered server and would go on asking the dead one.
@@ -153,11 +161,9 @@ void stopServer() {
     }
 }
 
-}  // namespace
-
 int serve() {
     if (FAILED(CoInitializeEx(nullptr, COINIT_MULTITHREADED))) return 1;
-    if (isMute()) {
+    if (Behaviour().isMute) {
         Sleep(60000);  // longer than anybody waits for it
         return 1;
     }
@@ -178,25 +184,37 @@ int serve() {
     return 0;
 }
 
+/// Writes what COM needs to start this program and to carry calls to it.
 int registerServer() {
     stopServer();  // one of an earlier run may be about to leave, and would still be found
-    const std::wstring program = programPath();
-    const std::wstring command = L"\"" + program + L"\"";
+    const std::string program = programPath(), command = "\"" + program + "\"";
     const LSTATUS status =
-        RegSetKeyValueW(HKEY_LOCAL_MACHINE, (std::wstring(kClassKey) + L"\\LocalServer32").c_str(), nullptr,
-                        REG_SZ, command.c_str(), static_cast<DWORD>((command.size() + 1) * sizeof(wchar_t)));
-    if (status != ERROR_SUCCESS) return 1;
+        RegSetKeyValueA(HKEY_LOCAL_MACHINE, (std::string(kClassKey) + "\\LocalServer32").c_str(), nullptr,
+                        REG_SZ, command.c_str(), static_cast<DWORD>(command.size() + 1));
     ITypeLib* library = nullptr;
-    if (FAILED(LoadTypeLibEx(program.c_str(), REGKIND_REGISTER, &library))) return 1;
+    if (status != ERROR_SUCCESS ||
+        FAILED(LoadTypeLibEx(wide(utf16FromAnsi(program)), REGKIND_REGISTER, &library)))
+        return 1;
     library->Release();
     return 0;
 }
 
 int unregisterServer() {
-    const LSTATUS status = RegDeleteTreeW(HKEY_LOCAL_MACHINE, kClassKey);
+    const LSTATUS status = RegDeleteTreeA(HKEY_LOCAL_MACHINE, kClassKey);
     UnRegisterTypeLib(kTypeLibrary, 1, 0, LOCALE_NEUTRAL, SYS_WIN64);
     stopServer();  // a running one would still be found
     return status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND ? 0 : 1;
 }
 
+}  // namespace
 }  // namespace zab::testbed
+
+int main(int count, char** arguments) {
+    using namespace zab::testbed;
+    const std::string mode = count == 2 ? arguments[1] : "";
+    if (mode == "--register") return registerServer();
+    if (mode == "--unregister") return unregisterServer();
+    if (mode == "-Embedding") return serve();
+    std::fprintf(stderr, "usage: zab_manager --register | --unregister | -Embedding\n");
+    return 2;
+}

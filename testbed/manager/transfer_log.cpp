@@ -30,9 +30,9 @@ Json jsonOf(const VARIANT* value) {
     return texts;
 }
 
-void appendLine(const std::wstring& file, const Json& line) {
+void appendLine(const std::string& file, const Json& line) {
     const std::string text = line.dump() + "\n";
-    const HANDLE handle = CreateFileW(file.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
+    const HANDLE handle = CreateFileA(file.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                       nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE) return;
     DWORD written = 0;

@@ -19,6 +19,6 @@ nlohmann::ordered_json jsonOf(BSTR text);
 nlohmann::ordered_json jsonOf(const VARIANT* value);
 
 /// Appends one whole line with one write, so that a reader never sees half of it.
-void appendLine(const std::wstring& file, const nlohmann::ordered_json& line);
+void appendLine(const std::string& file, const nlohmann::ordered_json& line);
 
 }  // namespace zab::testbed
