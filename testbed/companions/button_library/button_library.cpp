@@ -89,22 +89,7 @@ class StandInManager final : public Manager {
     void showButton(std::uint64_t button, std::uint32_t visible) override {
         desk_.run([&] { ShowWindow(windowOf(button), visible != 0 ? SW_SHOWNA : SW_HIDE); });
     }
-    std::u16string linesOf(std::uint64_t documentId) const {
-        std::u16string lines;
-        desk_.run([&] {
-            for (const ButtonEntry& entry : entriesOf(documentId))
-                lines.append(entry.link).append(u"\t").append(entry.label).append(u"\n");
-        });
-        return lines;
-    }
-    bool chooses(std::uint64_t documentId, const std::u16string& link) const {
-        bool chosen = false;
-        desk_.run([&] { chosen = choose(documentId, link); });
-        return chosen;
-    }
-
-  private:
-    Desk desk_;
+    const Desk desk_{};
 };
 
 struct Init {
@@ -125,13 +110,19 @@ extern "C" __declspec(dllexport) void* CreateDownlSelWtZABButton(const zab::test
 extern "C" __declspec(dllexport) std::uint32_t
     StandIn_Entries(std::uint64_t documentId, char16_t* text, std::uint32_t capacity) {
     if (zab::testbed::g_manager == nullptr) return 0;
-    const std::u16string lines = zab::testbed::g_manager->linesOf(documentId);
+    std::u16string lines;
+    zab::testbed::g_manager->desk_.run([&] {
+        for (const auto& entry : zab::testbed::entriesOf(documentId))
+            lines.append(entry.link).append(u"\t").append(entry.label).append(u"\n");
+    });
     lines.copy(text, capacity);
     return static_cast<std::uint32_t>(lines.size());
 }
 
 /// The user chooses a link in the menu of a page's button; 0: there is no button.
 extern "C" __declspec(dllexport) int StandIn_Choose(std::uint64_t documentId, const char16_t* link) {
-    if (zab::testbed::g_manager == nullptr) return 0;
-    return zab::testbed::g_manager->chooses(documentId, link) ? 1 : 0;
+    bool chosen = false;
+    if (zab::testbed::g_manager != nullptr)
+        zab::testbed::g_manager->desk_.run([&] { chosen = zab::testbed::choose(documentId, link); });
+    return chosen ? 1 : 0;
 }

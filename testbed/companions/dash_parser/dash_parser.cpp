@@ -2,17 +2,15 @@
 // its adaptation set.
 //
 // The result's table and records are written down here once more: they share no declaration with the module.
+#include <charconv>
+#include <cstdint>
 #include <deque>
 #include <string>
 #include <string_view>
 
-#include "binding/text.h"
 #include "binding/utf.h"
-#include "media/parsers/tag_scanner.h"
 
 namespace {
-
-using namespace zab;
 
 struct Record {
     Record* next = nullptr;
@@ -30,74 +28,59 @@ class Result {
 
 int g_results = 0;
 
-class List {
-  public:
-    void add(std::string_view id, std::uint32_t height, std::uint32_t bitrate) {
-        Node& node = nodes_.emplace_back(Node{utf16FromUtf8(id), {}});
-        node.record = {nullptr, node.id.c_str(), height, bitrate, 0};
-        if (nodes_.size() > 1) nodes_[nodes_.size() - 2].record.next = &node.record;
-    }
-    /// The last leads to the first again.
-    void close() {
-        if (!nodes_.empty()) nodes_.back().record.next = &nodes_.front().record;
-    }
-    Record* first() { return nodes_.empty() ? nullptr : &nodes_.front().record; }
+std::string_view attribute(std::string_view tag, std::string_view name) {
+    const auto at = tag.find(" " + std::string(name) + "=\"");
+    if (at == tag.npos) return {};
+    tag.remove_prefix(at + name.size() + 3);
+    return tag.substr(0, tag.find('"'));
+}
 
-  private:
-    struct Node {
-        std::u16string id;
-        Record record;
-    };
-    std::deque<Node> nodes_;
-};
+std::uint32_t number(std::string_view digits) {
+    std::uint32_t value = 0;
+    std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    return value;
+}
 
 class Manifest final : public Result {
   public:
-    Manifest() { ++g_results; }
-    Record* videoList() override { return video.first(); }
-    Record* audioList() override { return audio.first(); }
+    explicit Manifest(std::string_view body) {
+        ++g_results;
+        bool isAudio = false;
+        for (auto at = body.find('<'); at != body.npos; at = body.find('<', at + 1)) {
+            const auto tag = body.substr(at, body.find('>', at) - at);
+            if (tag.starts_with("<AdaptationSet")) isAudio = tag.find("audio") != tag.npos;
+            if (tag.starts_with("<Representation ")) add(isAudio ? audio_ : video_, tag);
+        }
+        // A body of ours that asks for a list without an end: the last leads to the first again.
+        if (body.find("profiles=\"cyclic\"") != body.npos) video_.back().next = &video_.front();
+    }
+    Record* videoList() override { return video_.empty() ? nullptr : &video_.front(); }
+    Record* audioList() override { return audio_.empty() ? nullptr : &audio_.front(); }
     void destroy() override {
         --g_results;
         delete this;
     }
 
-    List video, audio;
-};
-
-std::uint32_t number(std::string_view text) {
-    return static_cast<std::uint32_t>(leadingDigits(text, UINT32_MAX).value_or(0));
-}
-
-bool read(std::string_view body, Manifest& manifest) {
-    constexpr ElementName kElements[] = {{"MPD"}, {"AdaptationSet"}, {"Representation"}};
-    constexpr std::string_view kOfSets[] = {"contentType", "mimeType"};
-    constexpr std::string_view kOfRepresentations[] = {"id", "bandwidth", "height", "mimeType"};
-    const TagIndex tags(body, kElements);
-    if (tags.starts(0).empty()) return false;
-    TagAttributes setAttributes(body, kOfSets), attributes(body, kOfRepresentations);
-    const auto& sets = tags.starts(1);
-    std::size_t set = 0;
-    for (const StartTag& tag : tags.starts(2)) {
-        while (set < sets.size() && sets[set].at < tag.at) ++set;
-        const auto ofSet = set == 0 ? TagAttributes::Values{} : setAttributes.readAt(sets[set - 1].behindName);
-        const auto own = attributes.readAt(tag.behindName);
-        const bool isAudio =
-            ofSet.of[0] == "audio" || ofSet.of[1].starts_with("audio/") || own.of[3].starts_with("audio/");
-        (isAudio ? manifest.audio : manifest.video).add(own.of[0], number(own.of[2]), number(own.of[1]));
+  private:
+    void add(std::deque<Record>& list, std::string_view tag) {
+        const auto& id = ids_.emplace_back(zab::utf16FromUtf8(attribute(tag, "id")));
+        Record* const last = list.empty() ? nullptr : &list.back();
+        list.push_back(
+            {nullptr, id.c_str(), number(attribute(tag, "height")), number(attribute(tag, "bandwidth")), 0});
+        if (last != nullptr) last->next = &list.back();
     }
-    // A body of ours that asks for a list without an end.
-    if (contains(body, "profiles=\"cyclic\"")) manifest.video.close();
-    return true;
-}
+
+    std::deque<std::u16string> ids_;
+    std::deque<Record> video_, audio_;
+};
 
 }  // namespace
 
 extern "C" __declspec(dllexport) std::int32_t
     Parse1(const char16_t* url, const char* body, std::uint64_t zero, std::uint64_t alsoZero, Result** result) {
     if (url == nullptr || zero != 0 || alsoZero != 0) return 0;
-    auto* manifest = new Manifest;
-    *result = manifest;
-    return read(body, *manifest) ? 1 : 0;
+    *result = new Manifest(body);
+    return std::string_view(body).find("<MPD") == std::string_view::npos ? 0 : 1;
 }
 
 /// How many results live: those that the module has not destroyed.
