@@ -9,53 +9,41 @@ namespace {
 constexpr int kLeft = 40, kTop = 40, kWidth = 640, kHeight = 440;
 constexpr int kBarHeight = 36;
 constexpr RECT kFilm{24, 84, 424, 309};
+constexpr POINT kPlay[] = {{204, 174}, {204, 218}, {248, 196}};  // a triangle that points to the right
 constexpr const wchar_t* kLinks[] = {L"Holiday pictures (zip)", L"Map of the coast (pdf)",
                                      L"All the music (zip)"};
 
-class Canvas {
-  public:
-    explicit Canvas(HDC context) : context_(context) {
-        for (const int object : {DC_BRUSH, DC_PEN}) SelectObject(context, GetStockObject(object));
-        SelectObject(context, messageFont());
-        SetBkMode(context, TRANSPARENT);
-    }
-    void fill(const RECT& area, COLORREF color) const {
-        SetDCBrushColor(context_, color);
-        SetDCPenColor(context_, color);
-        Rectangle(context_, area.left, area.top, area.right, area.bottom);
-    }
-    void write(int x, int y, const wchar_t* text, COLORREF color = RGB(40, 40, 40)) const {
-        SetTextColor(context_, color);
-        TextOutW(context_, x, y, text, lstrlenW(text));
-    }
-    /// A triangle that points to the right.
-    void play(int x, int y, int size) const {
-        const POINT corners[] = {{x, y}, {x, y + size}, {x + size, y + size / 2}};
-        SetDCBrushColor(context_, RGB(230, 230, 230));
-        Polygon(context_, corners, 3);
-    }
+void fill(HDC context, const RECT& area, COLORREF color) {
+    SetDCBrushColor(context, color);
+    SetDCPenColor(context, color);
+    Rectangle(context, area.left, area.top, area.right, area.bottom);
+}
 
-  private:
-    HDC context_;
-};
+void write(HDC context, int x, int y, const wchar_t* text, COLORREF color = RGB(40, 40, 40)) {
+    SetTextColor(context, color);
+    TextOutW(context, x, y, text, lstrlenW(text));
+}
 
 void paint(HWND window, const TopWindow::Look& look) {
     PAINTSTRUCT paint{};
-    const Canvas canvas(BeginPaint(window, &paint));
+    const HDC canvas = BeginPaint(window, &paint);
+    for (const int object : {DC_BRUSH, DC_PEN, DEFAULT_GUI_FONT}) SelectObject(canvas, GetStockObject(object));
+    SetBkMode(canvas, TRANSPARENT);
     RECT area{};
     GetClientRect(window, &area);
-    canvas.fill(area, RGB(255, 255, 255));
-    canvas.fill({0, 0, area.right, kBarHeight}, RGB(222, 224, 228));
-    canvas.fill({80, 7, area.right - 16, kBarHeight - 7}, RGB(255, 255, 255));
-    canvas.write(16, 11, L"<    >");
-    canvas.write(90, 11, wide(look.address));
-    canvas.write(24, 54, wide(look.title));
-    canvas.fill(kFilm, RGB(24, 28, 36));
-    canvas.play(kFilm.left + 180, kFilm.top + 90, 44);
+    fill(canvas, area, RGB(255, 255, 255));
+    fill(canvas, {0, 0, area.right, kBarHeight}, RGB(222, 224, 228));
+    fill(canvas, {80, 7, area.right - 16, kBarHeight - 7}, RGB(255, 255, 255));
+    write(canvas, 16, 11, L"<    >");
+    write(canvas, 90, 11, wide(look.address));
+    write(canvas, 24, 56, L"A day at the sea");
+    fill(canvas, kFilm, RGB(24, 28, 36));
+    SetDCBrushColor(canvas, RGB(230, 230, 230));
+    Polygon(canvas, kPlay, 3);
     int y = kFilm.bottom + 20;
     for (const wchar_t* link : kLinks) {
-        if (look.linksSelected) canvas.fill({22, y - 1, 180, y + 17}, RGB(180, 210, 250));
-        canvas.write(24, y, link, RGB(0, 70, 180));
+        if (look.linksSelected) fill(canvas, {22, y - 1, 180, y + 17}, RGB(180, 210, 250));
+        write(canvas, 24, y, link, RGB(0, 70, 180));
         y += 22;
     }
     EndPaint(window, &paint);

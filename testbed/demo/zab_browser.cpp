@@ -44,17 +44,6 @@ void endWhenAnExchangeHangs() {
     }).detach();
 }
 
-std::vector<std::uint8_t> keysOf(const json& exchange) {
-    const auto key = exchange.value("key", "");
-    if (key == "ctrl") return {kControl};
-    return key == "alt" ? std::vector{kAlt} : std::vector<std::uint8_t>{};
-}
-
-std::uint32_t loadFlagsOf(const json& exchange) {
-    const auto load = exchange.value("load", "top");
-    return load == "top" ? kTopLevelLoad : load == "document" ? kDocumentLoad : kEmbedded;
-}
-
 /// "**********Examine transfer: The server names ..." gives the sentence; of several lines the last counts.
 std::string reasonIn(const std::vector<std::string>& debugLines) {
     constexpr std::string_view kPrefix = "**********Examine ";
@@ -185,10 +174,11 @@ class Program {
     }
 
     void makes(const json& exchange) {
-        const HeldKeys keys(keysOf(exchange));
+        const HeldKeys keys(exchange.value("keys", std::vector<std::uint8_t>{}));
         std::string closing = exchange.value("closes", ""), form = exchange.value("body", "");
-        Request request{
-            .url = exchange.at("url"), .loadFlags = loadFlagsOf(exchange), .page = pageOf(exchange)};
+        Request request{.url = exchange.at("url"),
+                        .loadFlags = exchange.value("loadFlags", kTopLevelLoad),
+                        .page = pageOf(exchange)};
         const json headers = exchange.value("headers", json::object());
         for (const auto& [name, value] : headers.items()) request.headers.emplace_back(name, value);
         if (!form.empty()) {

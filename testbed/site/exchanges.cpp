@@ -19,8 +19,10 @@ constexpr std::string_view kForm = "name=A+visitor&kind=zip&note=%E2%82%AC";
 constexpr std::size_t kOversizedForm = 50001;
 
 enum class Outcome { browser, transfer, cancel };
-enum class Load { top, frame, embedded };
+enum Load : std::uint32_t { top = 0x90000, frame = 0x10000, embedded = 0 };  // flags of the channel
 enum class Sends { plain, session, basic, form, oversizedForm, range, acceptsGzip };
+
+constexpr int kControl = 0x11, kAlt = 0x12;
 
 // Transfer flags, as the download manager reads them.
 constexpr std::uint32_t kOrdinary = 8, kNamed = 0x1008, kEarly = 0x804, kWithoutBody = 0x1000008;
@@ -31,16 +33,16 @@ struct Exchange {
     std::string_view why;
     std::uint32_t flags = 0;
     std::string_view fileName = {};
-    Load load = Load::top;
+    Load load = top;
     Sends sends = Sends::plain;
-    std::string_view key = {};  // held during the exchange
+    int key = 0;  // code of the one that is held during the exchange
     std::string_view host = kSiteHost;
     std::string_view closes = {};  // what the user closes before the answer: "tab" or "window", with its page
     const MediaPage* page = nullptr;  // that is shown; else the site's first page
     bool isFollowed = false;          // no request of its own: the redirect of the row before leads here
 
     constexpr Exchange sending(Sends what) const { return with(&Exchange::sends, what); }
-    constexpr Exchange holding(std::string_view what) const { return with(&Exchange::key, what); }
+    constexpr Exchange holding(int code) const { return with(&Exchange::key, code); }
     constexpr Exchange at(std::string_view name) const { return with(&Exchange::host, name); }
     constexpr Exchange closing(std::string_view what) const { return with(&Exchange::closes, what); }
     constexpr Exchange flagged(std::uint32_t how) const { return with(&Exchange::flags, how); }
@@ -56,10 +58,10 @@ struct Exchange {
     }
 };
 
-constexpr Exchange stays(std::string_view target, std::string_view why, Load load = Load::top) {
+constexpr Exchange stays(std::string_view target, std::string_view why, Load load = top) {
     return {.target = target, .outcome = Outcome::browser, .why = why, .load = load};
 }
-constexpr Exchange taken(std::string_view target, std::string_view why, Load load = Load::top) {
+constexpr Exchange taken(std::string_view target, std::string_view why, Load load = top) {
     return {.target = target, .outcome = Outcome::transfer, .why = why, .flags = kOrdinary, .load = load};
 }
 constexpr Exchange named(std::string_view target, std::string_view fileName, std::string_view why) {
@@ -70,7 +72,7 @@ constexpr Exchange plays(const MediaPage& page, std::string_view target, std::st
     return {.target = target,
             .outcome = Outcome::browser,
             .why = why,
-            .load = Load::embedded,
+            .load = embedded,
             .host = host,
             .page = &page};
 }
@@ -82,22 +84,22 @@ constexpr std::string_view kRawUtf8Name = "utf-8''Gr\u00c3\u00b6\u00c3\u0178e.zi
 
 constexpr Exchange kExchanges[] = {
     stays("/", "a page"),
-    stays("/page/style.css", "a style", Load::embedded),
-    stays("/page/script.js", "a script", Load::embedded),
-    stays("/page/image.gif", "an image", Load::embedded),
-    stays("/page/image.gif?name=photo.zip", "an image with an archive's name in its query", Load::embedded),
-    stays("/page/clip.mp4", "a video inside a page", Load::embedded),
-    stays("/page/frame.html", "a page in a frame", Load::frame),
+    stays("/page/style.css", "a style", embedded),
+    stays("/page/script.js", "a script", embedded),
+    stays("/page/image.gif", "an image", embedded),
+    stays("/page/image.gif?name=photo.zip", "an image with an archive's name in its query", embedded),
+    stays("/page/clip.mp4", "a video inside a page", embedded),
+    stays("/page/frame.html", "a page in a frame", frame),
 
     taken("/files/archive.zip", "a link to an archive"),
     taken("/files/UPPER.ZIP", "an extension in upper case"),
     taken("/files/setup.exe", "a link to a program"),
-    stays("/files/archive.zip", "an archive that a script fetches for its page", Load::embedded),
+    stays("/files/archive.zip", "an archive that a script fetches for its page", embedded),
     stays("/files/archive.zip", "an excepted server").at(kExceptedHost),
     stays("/files/disc.iso", "an extension that is not in the list"),
     stays("/files/missing.zip", "nothing there"),
-    stays("/files/archive.zip", "the prevent key is held").holding("alt"),
-    taken("/files/disc.iso", "the force key is held").flagged(kEarly).holding("ctrl"),
+    stays("/files/archive.zip", "the prevent key is held").holding(kAlt),
+    taken("/files/disc.iso", "the force key is held").flagged(kEarly).holding(kControl),
 
     stays(kSessionPage, "the page that sets the session's cookie").sending(Sends::session),
     taken("/session/archive.zip", "needs cookie, referrer and user agent").sending(Sends::session),
@@ -140,13 +142,12 @@ constexpr Exchange kExchanges[] = {
     stays("/attach/notes", "an attachment that is not in the list"),
     taken("/attach/type-name", "named by its Content-Type").named("named.zip"),
 
-    taken("/get/archive.zip?attachment", "an unnamed attachment; the URL before the query decides",
-          Load::embedded),
-    taken("/get/archive.zip?octets", "a generic type", Load::embedded),
-    taken("/get/archive.zip?class", "a type that equals the extension", Load::embedded),
-    stays("/get/archive.zip?other-class", "a type that contradicts the extension", Load::embedded),
-    taken("/get/archive.zip?text", "plain text of 256,001 bytes", Load::embedded),
-    stays("/get/archive.zip?short-text", "plain text of 256,000 bytes", Load::embedded),
+    taken("/get/archive.zip?attachment", "an unnamed attachment; the URL before the query decides", embedded),
+    taken("/get/archive.zip?octets", "a generic type", embedded),
+    taken("/get/archive.zip?class", "a type that equals the extension", embedded),
+    stays("/get/archive.zip?other-class", "a type that contradicts the extension", embedded),
+    taken("/get/archive.zip?text", "plain text of 256,001 bytes", embedded),
+    stays("/get/archive.zip?short-text", "plain text of 256,000 bytes", embedded),
     taken("/get/archive.zip?unnamed", "a click, whatever the type"),
     stays("/get/file.php?x=1", "a page made by a program"),
     stays("/get/file.php?x=2", "an attachment that only a program's name describes"),
@@ -160,9 +161,9 @@ constexpr Exchange kExchanges[] = {
         .sending(Sends::acceptsGzip),
     stays("/gzip/page.html", "a page, compressed on its way").sending(Sends::acceptsGzip),
     taken("/files/archive.zip", "a click, then its tab is closed before the answer").closing("tab"),
-    stays("/page/clip.mp4", "a video whose page goes before the answer", Load::embedded).closing("tab"),
+    stays("/page/clip.mp4", "a video whose page goes before the answer", embedded).closing("tab"),
     taken("/files/archive.zip", "a click, then its window is closed").closing("window"),
-    stays("/page/frame.html", "a frame whose window is closed", Load::frame).closing("window"),
+    stays("/page/frame.html", "a frame whose window is closed", frame).closing("window"),
 
     taken("/range/archive.zip", "206: the browser has a part, the manager fetches all").sending(Sends::range),
 
@@ -229,19 +230,15 @@ json pageOf(int id, std::string_view title, bool isShown, int port) {
 }
 
 json requestOf(const Exchange& row, int port) {
-    constexpr std::string_view kLoads[] = {"top", "document", "embedded"};
-    json request{{"url", urlOf(row, port)},
-                 {"headers", headersOf(row, port)},
-                 {"load", kLoads[static_cast<std::size_t>(row.load)]},
-                 {"key", row.key},
-                 {"closes", row.closes},
-                 {"body", formOf(row.sends)},
-                 {"bodyType", formTypeOf(row.sends)}};
+    json request{{"url", urlOf(row, port)},   {"headers", headersOf(row, port)},
+                 {"loadFlags", row.load},     {"closes", row.closes},
+                 {"body", formOf(row.sends)}, {"bodyType", formTypeOf(row.sends)}};
+    if (row.key != 0) request["keys"] = {row.key};
     // A page that goes away is one of its own: the others go on without it.
     const int pageId = row.closes.empty() ? 1 : 1000 + static_cast<int>(&row - kExchanges);
     if (row.page != nullptr)
         request["page"] = pageOf(row.page->id, row.page->title, true, port);
-    else if (row.load != Load::top || !row.closes.empty())
+    else if (row.load != top || !row.closes.empty())
         request["page"] = pageOf(pageId, "The test site", false, port);
     if (row.host != kSiteHost && row.host != kMediaHost) request["connect"] = serverOf(kSiteHost, port);
     return request;
@@ -347,19 +344,10 @@ json exchangeList(int port) {
 
 std::string startPage() {
     std::string page =
-        "<!DOCTYPE html>\n<title>The test site</title>\n<link rel=\"stylesheet\" href=\"/page/style.css\">\n"
-        "<script src=\"/page/script.js\"></script>\n"
-        "<p><img src=\"/page/image.gif\" alt=\"\"><img src=\"/page/image.gif?name=photo.zip\" alt=\"\">\n"
-        "<video src=\"/page/clip.mp4\" muted></video><iframe src=\"/page/frame.html\"></iframe>\n"
-        "<form method=\"post\" action=\"/form/archive.php\"><input name=\"name\" value=\"A visitor\">"
-        "<input name=\"kind\" value=\"zip\"><button>Make my archive</button></form>\n<ul>\n";
-    for (const Exchange& row : kExchanges) {
-        const bool isClick = isOfSite(row) && row.load == Load::top && !row.isFollowed &&
-                             row.host == kSiteHost && row.key.empty() && row.closes.empty() &&
-                             formOf(row.sends).empty();
-        if (!isClick) continue;
-        page.append("<li><a href=\"").append(row.target).append("\">").append(row.why).append("</a>\n");
-    }
+        "<!DOCTYPE html>\n<title>The test site</title>\n<iframe src=\"/page/frame.html\"></iframe>\n<ul>\n";
+    for (const Exchange& row : kExchanges)
+        if (isOfSite(row) && row.load == top && row.sends == Sends::plain && !row.isFollowed)
+            page.append("<li><a href=\"").append(row.target).append("\">").append(row.why).append("</a>\n");
     return page += "</ul>\n";
 }
 

@@ -19,7 +19,7 @@ namespace zab::site {
 /// for its button) and `why`.
 nlohmann::json exchangeList(int port);
 
-/// The page at "/": a link to everything that a click can reach, and what a page embeds.
+/// The page at "/": a link to everything that a click can reach.
 std::string startPage();
 
 }  // namespace zab::site

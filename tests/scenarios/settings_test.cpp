@@ -19,7 +19,7 @@ std::string clicksIn(const std::string& program) {
     GetModuleFileNameA(nullptr, path, MAX_PATH);
     const std::string folder(path, std::string(path).rfind('\\') + 1);
     const std::string list = temporary("one_link.json"), output = temporary("one_link.txt");
-    std::ofstream(list) << R"({"exchanges": [{"url": "http://127.0.0.1:1/page", "key": "ctrl"}]})";
+    std::ofstream(list) << R"({"exchanges": [{"url": "http://127.0.0.1:1/page", "keys": [17]}]})";
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     STARTUPINFOA startup{};
     startup.cb = sizeof startup;
