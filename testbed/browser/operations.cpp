@@ -15,8 +15,8 @@ namespace {
 constexpr nsresult kStreamClosed = 0x80470002;
 
 struct CookieObject : BedObject {
-    CookieObject(Browser& browser, Cookie told);
-    Cookie cookie;
+    CookieObject(Browser& browser, Cookie cookie);
+    Cookie told;
 };
 
 struct CookieList : BedObject {
@@ -36,229 +36,70 @@ nsresult giveNew(const Call& call, std::uint32_t n, BedObject& object, const nsI
     return NS_OK;
 }
 
+/// Shows the headers to the visitor of the browser's generation.
+nsresult visit(const Call& call, const Headers& headers) {
+    auto& browser = call.browser;
+    const bool older = browser.options().version < 7;
+    const auto& iid = older ? nsIHttpHeaderVisitor::kIID : nsIHttpHeaderVisitor_7::kIID;
+    void* visitor = nullptr;
+    browser.callModule(StandInCall::queryInterface, call.pointer<void>(1),
+                       reinterpret_cast<std::uint64_t>(&iid), reinterpret_cast<std::uint64_t>(&visitor));
+    if (visitor == nullptr) return NS_ERROR_NO_INTERFACE;
+    const auto operation = older ? StandInCall::visitHeader : StandInCall::visitHeader7;
+    for (const auto& [name, value] : headers) {
+        const PassedText nameText(browser.runtime(), name), valueText(browser.runtime(), value);
+        const auto status = browser.callModule(operation, visitor, nameText.argument(), valueText.argument());
+        if (failed(static_cast<nsresult>(status))) browser.violates("a header visitor fails");
+    }
+    browser.callModule(StandInCall::release, visitor);
+    return NS_OK;
+}
+
+/// Gives what stands under a name; a name under which nothing stands is an error.
+template <class Map>
+nsresult setFound(const Call& call, std::uint32_t n, const Map& map, const typename Map::key_type& name) {
+    const auto found = map.find(name);
+    return found == map.end() ? NS_ERROR_NOT_AVAILABLE : call.set(n, found->second);
+}
+
+/// An operation of an object of class T.
+template <class T, nsresult (*Run)(const Call&, T&)>
+nsresult of(const Call& call) {
+    return Run(call, call.as<T>());
+}
+/// An operation on the object of class T that is its argument number N.
+template <class T, std::uint32_t N, nsresult (*Run)(const Call&, T&)>
+nsresult on(const Call& call) {
+    T* object = call.object<T>(N);
+    return object == nullptr ? NS_ERROR_FAILURE : Run(call, *object);
+}
+template <nsresult (*Run)(const Call&, Channel&)>
+constexpr auto onChannel = &on<Channel, 0, Run>;
+template <nsresult (*Run)(const Call&, Page&)>
+constexpr auto onPage = &on<Page, 0, Run>;
+template <nsresult (*Run)(const Call&, Event&)>
+constexpr auto onEvent = &on<Event, 0, Run>;
+
 }  // namespace
 
+/// What reaches into the browser itself.
 struct Operations {
-    // Services of the browser
-
     static nsresult getServiceByContract(const Call& call) {
         return call.browser.service(call.pointer<const char>(0), call.pointer<const nsIID>(1),
                                     call.pointer<void*>(2));
     }
-    static nsresult removeObserver(const Call& call) {
-        auto& browser = call.browser;
-        auto* observer = call.pointer<nsIObserver>(0);
-        const std::string topic = call.pointer<const char>(1);
-        if (std::erase_if(browser.observations_,
-                          [&](const auto& row) { return row.observer == observer && row.topic == topic; }) == 0)
-            return NS_ERROR_FAILURE;
-        browser.callModule(StandInCall::release, observer);
-        return NS_OK;
-    }
     static nsresult addObserver(const Call& call) {
-        auto& browser = call.browser;
         auto* observer = call.pointer<nsIObserver>(0);
-        if ((call.number(2) & 0xFF) != 0) browser.violates("an observer is added weakly");
-        browser.callModule(StandInCall::addRef, observer);
-        browser.observations_.push_back({observer, call.pointer<const char>(1)});
+        if ((call.number(2) & 0xFF) != 0) call.browser.violates("an observer is added weakly");
+        call.browser.callModule(StandInCall::addRef, observer);
+        call.browser.observations_.push_back({observer, call.pointer<const char>(1)});
         return NS_OK;
     }
-
-    // Cookies
-
-    static nsresult enumerator(const Call& call) {
-        return giveNew(call, 0, call.browser.make<CookieList>(), nsISimpleEnumerator::kIID);
-    }
-    static nsresult hasMoreElements(const Call& call) {
-        return call.setBoolean(0, call.as<CookieList>().next < call.browser.cookies.size());
-    }
-    static nsresult getNext(const Call& call) {
-        auto& next = call.as<CookieList>().next;
-        const auto& cookies = call.browser.cookies;
-        if (next >= cookies.size()) return NS_ERROR_FAILURE;
-        return giveNew(call, 0, call.browser.make<CookieObject>(cookies[next++]));
-    }
-    template <auto Text>
-    static nsresult cookieText(const Call& call) {
-        return call.set(0, std::string_view(call.as<CookieObject>().cookie.*Text));
-    }
-    static nsresult cookieIsDomain(const Call& call) {
-        return call.setBoolean(0, call.as<CookieObject>().cookie.host.starts_with('.'));
-    }
-    static nsresult cookieIsSecure(const Call& call) {
-        return call.setBoolean(0, call.as<CookieObject>().cookie.secure);
-    }
-    static nsresult cookieExpires(const Call& call) {
-        return call.set<std::uint64_t>(0, call.as<CookieObject>().cookie.expires);
-    }
-
-    // Upload streams
-
-    static nsresult closeStream(const Call& call) {
-        call.as<UploadStream>().upload.closed = true;
+    static nsresult removeObserver(const Call& call) {
+        const Browser::Observation wanted{call.pointer<nsIObserver>(0), call.pointer<const char>(1)};
+        if (std::erase(call.browser.observations_, wanted) == 0) return NS_ERROR_FAILURE;
+        call.browser.callModule(StandInCall::release, wanted.observer);
         return NS_OK;
-    }
-    static nsresult available(const Call& call) {
-        const auto& upload = call.as<UploadStream>().upload;
-        if (upload.closed) return kStreamClosed;
-        const std::uint64_t left = upload.claims.value_or(upload.bytes.size() - upload.position);
-        if (call.browser.options().version >= 17) return call.set<std::uint64_t>(0, left);
-        return call.set<std::uint32_t>(0,
-                                       static_cast<std::uint32_t>(std::min<std::uint64_t>(left, 0xFFFFFFFF)));
-    }
-    static nsresult read(const Call& call) {
-        auto& upload = call.as<UploadStream>().upload;
-        if (upload.closed) return kStreamClosed;
-        const auto count = upload.bytes.copy(call.pointer<char>(0), call.number(1), upload.position);
-        upload.position += count;
-        return call.set<std::uint32_t>(2, static_cast<std::uint32_t>(count));
-    }
-    static nsresult seek(const Call& call) {
-        auto& upload = call.as<UploadStream>().upload;
-        if (call.number(0) != 0 || call.whole(1) > upload.bytes.size()) return NS_ERROR_FAILURE;
-        upload.position = call.whole(1);
-        return NS_OK;
-    }
-    static nsresult tell(const Call& call) {
-        return call.set<std::uint64_t>(0, call.as<UploadStream>().upload.position);
-    }
-    static nsresult uploadStream(const Call& call) {
-        const bool older = call.browser.options().version < 17;
-        return call.give(0, call.as<Channel>().upload, older ? nsIInputStream::kIID : nsIInputStream::kIID17);
-    }
-
-    // Helpers: a channel
-
-    static nsresult requestMethod(const Call& call, Channel& channel) {
-        return call.set(1, std::string_view(channel.request.method));
-    }
-    static nsresult getUri(const Call& call, Channel& channel) {
-        return giveNew(call, 1, call.browser.make<Uri>(channel.request.url));
-    }
-    static nsresult uriSpec(const Call& call) { return call.set(0, std::string_view(call.as<Uri>().url)); }
-    static nsresult loadFlags(const Call& call, Channel& channel) {
-        return call.set<std::uint32_t>(1, channel.request.loadFlags);
-    }
-    static nsresult cancel(const Call& call, Channel& channel) {
-        channel.cancels.push_back(call.number(1));
-        return NS_OK;
-    }
-    static nsresult responseStatus(const Call& call, Channel& channel) {
-        return channel.status == 0 ? NS_ERROR_NOT_AVAILABLE : call.set<std::uint32_t>(1, channel.status);
-    }
-    static nsresult getResponseHeader(const Call& call, Channel& channel) {
-        const auto value = channel.responseHeader(call.text(1));
-        return value ? call.set(2, std::string_view(*value)) : NS_ERROR_NOT_AVAILABLE;
-    }
-    static nsresult setResponseHeader(const Call& call, Channel& channel) {
-        if (call.number(3) != 0) call.browser.violates("a response header is merged");
-        channel.written.emplace_back(call.text(1), call.text(2));
-        return NS_OK;
-    }
-    static nsresult visitResponseHeaders(const Call& call, Channel& channel) {
-        return visit(call, channel.responseHeaders);
-    }
-    static nsresult visitRequestHeaders(const Call& call, Channel& channel) {
-        return visit(call, channel.request.headers);
-    }
-    static nsresult visit(const Call& call, const Headers& headers) {
-        auto& browser = call.browser;
-        const bool older = browser.options().version < 7;
-        const auto& iid = older ? nsIHttpHeaderVisitor::kIID : nsIHttpHeaderVisitor_7::kIID;
-        void* visitor = nullptr;
-        browser.callModule(StandInCall::queryInterface, call.pointer<void>(1),
-                           reinterpret_cast<std::uint64_t>(&iid), reinterpret_cast<std::uint64_t>(&visitor));
-        if (visitor == nullptr) return NS_ERROR_NO_INTERFACE;
-        const auto operation = older ? StandInCall::visitHeader : StandInCall::visitHeader7;
-        for (const auto& [name, value] : headers) {
-            const PassedText nameText(browser.runtime(), name), valueText(browser.runtime(), value);
-            const auto status =
-                browser.callModule(operation, visitor, nameText.argument(), valueText.argument());
-            if (failed(static_cast<nsresult>(status))) browser.violates("a header visitor fails");
-        }
-        browser.callModule(StandInCall::release, visitor);
-        return NS_OK;
-    }
-    static nsresult channelDocument(const Call& call, Channel& channel) {
-        return call.give(1, channel.request.page);
-    }
-    static nsresult attachListener(const Call& call) {
-        auto* listener = call.pointer<iZABSListener>(0);
-        auto* channel = call.object<Channel>(1);
-        if (listener == nullptr || channel == nullptr) return NS_ERROR_FAILURE;
-        call.browser.callModule(StandInCall::addRef, listener);
-        channel->listeners.push_back(listener);
-        return NS_OK;
-    }
-    static nsresult bodyFile(const Call& call) {
-        const auto found = call.browser.bodyFiles.find(call.text(0));
-        if (found == call.browser.bodyFiles.end()) return NS_ERROR_NOT_AVAILABLE;
-        return call.set(1, std::u16string_view(found->second));
-    }
-
-    // Helpers: a document
-
-    static nsresult pageIdentity(const Call& call, Page& page) {
-        call.set<std::uint32_t>(1, page.window);
-        call.set<std::uint32_t>(2, page.tab);
-        return call.set<std::uint64_t>(3, page.nativeWindow);
-    }
-    static nsresult pageInfo(const Call& call, Page& page) {
-        call.set(1, std::string_view(page.url));
-        return call.set(2, std::u16string_view(page.title));
-    }
-    static nsresult elementBox(const Call& call, Page& page) {
-        const auto found = page.boxes.find(call.wide(1));
-        if (found == page.boxes.end()) return NS_ERROR_NOT_AVAILABLE;
-        for (std::uint32_t i = 0; i < 4; ++i) call.set<std::int32_t>(2 + i, found->second[i]);
-        return NS_OK;
-    }
-    static nsresult documentWindow(const Call& call, Page& page) { return call.give(1, &page.domWindow); }
-    static nsresult documentAttribute(const Call& call, Page& page) {
-        const auto found = page.attributes.find(call.wide(0));
-        if (found == page.attributes.end()) return NS_ERROR_NOT_AVAILABLE;
-        return call.set(2, std::u16string_view(found->second));
-    }
-
-    // Helpers: windows and events
-
-    static nsresult eventType(const Call& call, Event& event) {
-        return call.set(1, std::u16string_view(event.type));
-    }
-    static nsresult targetDocument(const Call& call, Event& event) {
-        return event.page == nullptr ? NS_ERROR_FAILURE : call.give(1, event.page);
-    }
-    static nsresult selectedLinks(const Call& call, Event& event) {
-        return call.set(1, std::u16string_view(event.selectedLinks));
-    }
-    static nsresult docShell(const Call& call) {
-        const bool asked = *call.pointer<const nsIID>(0) == kDocCharsetIID;
-        if (asked) return call.give(1, &call.as<DomWindow>().docShell);
-        *call.pointer<void*>(1) = nullptr;
-        return NS_ERROR_NO_INTERFACE;
-    }
-    /// Of a top-level window, or of a document's.
-    static nsresult windowEventTarget(const Call& call) {
-        if (auto* window = call.object<ChromeWindow>(0)) return call.give(1, &window->target);
-        if (auto* window = call.object<DomWindow>(0)) return call.give(1, &window->target);
-        return NS_ERROR_FAILURE;
-    }
-    static nsresult addEventListener(const Call& call, EventTarget& target) {
-        auto* listener = call.pointer<nsISupports>(2);
-        if (call.number(3) != 1) call.browser.violates("a listener is added without capture");
-        call.browser.callModule(StandInCall::addRef, listener);
-        target.listeners.emplace_back(call.wide(0), listener);
-        return NS_OK;
-    }
-    static nsresult removeEventListener(const Call& call, EventTarget& target) {
-        const std::pair wanted(call.wide(0), call.pointer<nsISupports>(2));
-        if (std::erase(target.listeners, wanted) == 0) return NS_ERROR_FAILURE;
-        call.browser.callModule(StandInCall::release, wanted.second);
-        return NS_OK;
-    }
-    static nsresult selectedTab(const Call& call) {
-        auto* tab = call.browser.selectedTab;
-        return tab == nullptr ? NS_ERROR_NOT_AVAILABLE : call.give(0, tab);
     }
     static nsresult setHost(const Call& call) {
         call.browser.host_ = call.object<BedObject>(0);
@@ -272,62 +113,161 @@ struct Operations {
 
 namespace {
 
-using O = Operations;
+constexpr Operation kServiceManagerRows[] = {{4, &Operations::getServiceByContract}};
+constexpr Operation kObserverServiceRows[] = {{3, &Operations::addObserver}, {4, &Operations::removeObserver}};
 
-/// An operation on the object of class T that is its argument number N.
-template <class T, std::uint32_t N, nsresult (*Run)(const Call&, T&)>
-nsresult on(const Call& call) {
-    T* object = call.object<T>(N);
-    return object == nullptr ? NS_ERROR_FAILURE : Run(call, *object);
+constexpr Operation kCookieManagerRows[] = {{4, [](const Call& call) {
+                                                 return giveNew(call, 0, call.browser.make<CookieList>(),
+                                                                nsISimpleEnumerator::kIID);
+                                             }}};
+constexpr Operation kEnumeratorRows[] = {
+    {3, of<CookieList,
+           [](const Call& call, CookieList& list) {
+               return call.setBoolean(0, list.next < call.browser.cookies.size());
+           }>},
+    {4, of<CookieList, [](const Call& call, CookieList& list) {
+         const auto& cookies = call.browser.cookies;
+         if (list.next >= cookies.size()) return NS_ERROR_FAILURE;
+         return giveNew(call, 0, call.browser.make<CookieObject>(cookies[list.next++]));
+     }>}};
+template <nsresult (*Run)(const Call&, CookieObject&)>
+constexpr auto ofCookie = &of<CookieObject, Run>;
+constexpr Operation kCookieRows[] = {
+    {3, ofCookie<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.name); }>},
+    {4, ofCookie<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.value); }>},
+    {5, ofCookie<[](const Call& call, CookieObject& cookie) {
+         return call.setBoolean(0, cookie.told.host.starts_with('.'));
+     }>},
+    {6, ofCookie<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.host); }>},
+    {7, ofCookie<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.path); }>},
+    {8,
+     ofCookie<[](const Call& call, CookieObject& cookie) { return call.setBoolean(0, cookie.told.secure); }>},
+    {9, ofCookie<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.expires); }>}};
+
+template <nsresult (*Run)(const Call&, Upload&)>
+nsresult ofUpload(const Call& call) {
+    return Run(call, call.as<UploadStream>().upload);
 }
-template <nsresult (*Run)(const Call&, Channel&)>
-constexpr auto ofChannel = &on<Channel, 0, Run>;
-template <nsresult (*Run)(const Call&, Page&)>
-constexpr auto ofPage = &on<Page, 0, Run>;
-template <nsresult (*Run)(const Call&, Event&)>
-constexpr auto ofEvent = &on<Event, 0, Run>;
+constexpr Operation kInputStreamRows[] = {
+    {3, ofUpload<[](const Call&, Upload& upload) {
+         upload.closed = true;
+         return NS_OK;
+     }>},
+    {4, ofUpload<[](const Call& call, Upload& upload) {
+         if (upload.closed) return kStreamClosed;
+         const std::uint64_t left = upload.claims.value_or(upload.bytes.size() - upload.position);
+         if (call.browser.options().version >= 17) return call.set(0, left);
+         return call.set(0, static_cast<std::uint32_t>(std::min<std::uint64_t>(left, 0xFFFFFFFF)));
+     }>},
+    {5, ofUpload<[](const Call& call, Upload& upload) {
+         if (upload.closed) return kStreamClosed;
+         const auto count = upload.bytes.copy(call.pointer<char>(0), call.number(1), upload.position);
+         upload.position += count;
+         return call.set(2, static_cast<std::uint32_t>(count));
+     }>}};
+constexpr Operation kSeekableRows[] = {
+    {3, ofUpload<[](const Call& call, Upload& upload) {
+         if (call.number(0) != 0 || upload.bytes.size() < call.whole(1)) return NS_ERROR_FAILURE;
+         upload.position = call.whole(1);
+         return NS_OK;
+     }>},
+    {4, ofUpload<[](const Call& call, Upload& upload) { return call.set(0, upload.position); }>}};
+constexpr Operation kUploadChannelRows[] = {
+    {4, of<Channel, [](const Call& call, Channel& channel) {
+         const bool older = call.browser.options().version < 17;
+         return call.give(0, channel.upload, older ? nsIInputStream::kIID : nsIInputStream::kIID17);
+     }>}};
+constexpr Operation kUriRows[] = {
+    {5, of<Uri, [](const Call& call, Uri& uri) { return call.set(0, uri.url); }>}};
+constexpr Operation kRequestorRows[] = {{3, of<DomWindow, [](const Call& call, DomWindow& window) {
+                                             if (*call.pointer<const nsIID>(0) == kDocCharsetIID)
+                                                 return call.give(1, &window.docShell);
+                                             *call.pointer<void*>(1) = nullptr;
+                                             return NS_ERROR_NO_INTERFACE;
+                                         }>}};
 
-constexpr Operation kRequestorRows[] = {{3, &O::docShell}};
-constexpr Operation kServiceManagerRows[] = {{4, &O::getServiceByContract}};
-constexpr Operation kObserverServiceRows[] = {{3, &O::addObserver}, {4, &O::removeObserver}};
-constexpr Operation kCookieManagerRows[] = {{4, &O::enumerator}};
-constexpr Operation kEnumeratorRows[] = {{3, &O::hasMoreElements}, {4, &O::getNext}};
-constexpr Operation kCookieRows[] = {{3, &O::cookieText<&Cookie::name>},
-                                     {4, &O::cookieText<&Cookie::value>},
-                                     {5, &O::cookieIsDomain},
-                                     {6, &O::cookieText<&Cookie::host>},
-                                     {7, &O::cookieText<&Cookie::path>},
-                                     {8, &O::cookieIsSecure},
-                                     {9, &O::cookieExpires}};
-constexpr Operation kInputStreamRows[] = {{3, &O::closeStream}, {4, &O::available}, {5, &O::read}};
-constexpr Operation kSeekableRows[] = {{3, &O::seek}, {4, &O::tell}};
-constexpr Operation kUploadChannelRows[] = {{4, &O::uploadStream}};
-constexpr Operation kUriRows[] = {{5, &O::uriSpec}};
-constexpr Operation kHelperRows[] = {{3, &O::selectedTab}};
-constexpr Operation kHelper5Rows[] = {{17, ofEvent<&O::eventType>},
-                                      {19, &on<EventTarget, 1, &O::addEventListener>},
-                                      {49, ofChannel<&O::requestMethod>},
-                                      {57, &O::bodyFile},
-                                      {59, ofChannel<&O::getUri>},
-                                      {60, ofChannel<&O::loadFlags>},
-                                      {61, ofChannel<&O::cancel>},
-                                      {62, ofChannel<&O::responseStatus>},
-                                      {63, ofChannel<&O::getResponseHeader>},
-                                      {64, ofChannel<&O::setResponseHeader>},
-                                      {65, ofChannel<&O::visitResponseHeaders>},
-                                      {66, ofEvent<&O::targetDocument>},
-                                      {67, &on<EventTarget, 1, &O::removeEventListener>},
-                                      {68, ofChannel<&O::visitRequestHeaders>},
-                                      {69, &O::windowEventTarget},
-                                      {70, ofChannel<&O::channelDocument>},
-                                      {71, ofPage<&O::pageIdentity>},
-                                      {72, ofPage<&O::pageInfo>},
-                                      {73, ofPage<&O::elementBox>},
-                                      {74, ofPage<&O::documentWindow>},
-                                      {75, ofEvent<&O::selectedLinks>}};
-constexpr Operation kHelper8Rows[] = {{3, &O::setHost}};
-constexpr Operation kHelper9Rows[] = {{3, &O::attachListener}};
-constexpr Operation kHelper11Rows[] = {{4, &O::refresh}, {7, &on<Page, 1, &O::documentAttribute>}};
+constexpr Operation kHelperRows[] = {{3, [](const Call& call) {
+                                          auto* tab = call.browser.selectedTab;
+                                          return tab == nullptr ? NS_ERROR_NOT_AVAILABLE : call.give(0, tab);
+                                      }}};
+constexpr Operation kHelper5Rows[] = {
+    {17, onEvent<[](const Call& call, Event& event) { return call.set(1, event.type); }>},
+    {19, on<EventTarget, 1, [](const Call& call, EventTarget& target) {
+         auto* listener = call.pointer<nsISupports>(2);
+         if (call.number(3) != 1) call.browser.violates("a listener is added without capture");
+         call.browser.callModule(StandInCall::addRef, listener);
+         target.listeners.emplace_back(call.wide(0), listener);
+         return NS_OK;
+     }>},
+    {49, onChannel<[](const Call& call, Channel& channel) { return call.set(1, channel.request.method); }>},
+    {57, [](const Call& call) { return setFound(call, 1, call.browser.bodyFiles, call.text(0)); }},
+    {59, onChannel<[](const Call& call, Channel& channel) {
+         return giveNew(call, 1, call.browser.make<Uri>(channel.request.url));
+     }>},
+    {60, onChannel<[](const Call& call, Channel& channel) { return call.set(1, channel.request.loadFlags); }>},
+    {61, onChannel<[](const Call& call, Channel& channel) {
+         channel.cancels.push_back(call.number(1));
+         return NS_OK;
+     }>},
+    {62, onChannel<[](const Call& call, Channel& channel) {
+         return channel.status == 0 ? NS_ERROR_NOT_AVAILABLE : call.set(1, channel.status);
+     }>},
+    {63, onChannel<[](const Call& call, Channel& channel) {
+         const auto value = channel.responseHeader(call.text(1));
+         return value ? call.set(2, *value) : NS_ERROR_NOT_AVAILABLE;
+     }>},
+    {64, onChannel<[](const Call& call, Channel& channel) {
+         if (call.number(3) != 0) call.browser.violates("a response header is merged");
+         channel.written.emplace_back(call.text(1), call.text(2));
+         return NS_OK;
+     }>},
+    {65, onChannel<[](const Call& call, Channel& channel) { return visit(call, channel.responseHeaders); }>},
+    {66, onEvent<[](const Call& call, Event& event) {
+         return event.page == nullptr ? NS_ERROR_FAILURE : call.give(1, event.page);
+     }>},
+    {67, on<EventTarget, 1, [](const Call& call, EventTarget& target) {
+         const std::pair wanted(call.wide(0), call.pointer<nsISupports>(2));
+         if (std::erase(target.listeners, wanted) == 0) return NS_ERROR_FAILURE;
+         call.browser.callModule(StandInCall::release, wanted.second);
+         return NS_OK;
+     }>},
+    {68, onChannel<[](const Call& call, Channel& channel) { return visit(call, channel.request.headers); }>},
+    // The event target of a top-level window, or of a document's.
+    {69, [](const Call& call) {
+         if (auto* window = call.object<ChromeWindow>(0)) return call.give(1, &window->target);
+         auto* window = call.object<DomWindow>(0);
+         return window == nullptr ? NS_ERROR_FAILURE : call.give(1, &window->target);
+     }},
+    {70, onChannel<[](const Call& call, Channel& channel) { return call.give(1, channel.request.page); }>},
+    {71, onPage<[](const Call& call, Page& page) {
+         call.set(1, page.window);
+         call.set(2, page.tab);
+         return call.set(3, page.nativeWindow);
+     }>},
+    {72, onPage<[](const Call& call, Page& page) {
+         call.set(1, page.url);
+         return call.set(2, page.title);
+     }>},
+    {73, onPage<[](const Call& call, Page& page) {
+         const auto found = page.boxes.find(call.wide(1));
+         if (found == page.boxes.end()) return NS_ERROR_NOT_AVAILABLE;
+         for (std::uint32_t i = 0; i < 4; ++i) call.set(2 + i, found->second[i]);
+         return NS_OK;
+     }>},
+    {74, onPage<[](const Call& call, Page& page) { return call.give(1, &page.domWindow); }>},
+    {75, onEvent<[](const Call& call, Event& event) { return call.set(1, event.selectedLinks); }>}};
+constexpr Operation kHelper8Rows[] = {{3, &Operations::setHost}};
+constexpr Operation kHelper9Rows[] = {{3, on<Channel, 1, [](const Call& call, Channel& channel) {
+                                           auto* listener = call.pointer<iZABSListener>(0);
+                                           if (listener == nullptr) return NS_ERROR_FAILURE;
+                                           call.browser.callModule(StandInCall::addRef, listener);
+                                           channel.listeners.push_back(listener);
+                                           return NS_OK;
+                                       }>}};
+constexpr Operation kHelper11Rows[] = {{4, &Operations::refresh},
+                                       {7, on<Page, 1, [](const Call& call, Page& page) {
+                                            return setFound(call, 2, page.attributes, call.wide(0));
+                                        }>}};
 
 template <class T>
 constexpr Interface published(const char* name, std::span<const Operation> rows, const nsIID& iid = T::kIID) {
@@ -365,8 +305,8 @@ constexpr Service kServices[] = {{nsIObserverService::kContract, &kObserverServi
                                  {iZABHelper9::kContract, &kHelper9},
                                  {iZABHelper11::kContract, &kHelper11}};
 
-CookieObject::CookieObject(Browser& browser, Cookie told)
-    : BedObject(browser, "cookie"), cookie(std::move(told)) {
+CookieObject::CookieObject(Browser& browser, Cookie cookie)
+    : BedObject(browser, "cookie"), told(std::move(cookie)) {
     const int version = browser.options().version;
     answersTo(kCookies[version < 19 ? 0 : version < 46 ? 1 : 2]);
 }

@@ -1,25 +1,18 @@
 #include "browser/world.h"
 
 #include "binding/text.h"
+#include "binding/utf.h"
 #include "browser/base_window.h"
 #include "browser/browser.h"
 
 namespace zab::testbed {
-namespace {
-
-std::u16string decimal(std::uint64_t number) {
-    const std::string digits = std::to_string(number);
-    return {digits.begin(), digits.end()};
-}
-
-}  // namespace
 
 Page::Page(Browser& browser, std::string address, std::u16string pageTitle, std::uint64_t documentId)
     : EventTarget(browser, "page " + address),
       url(std::move(address)),
       title(std::move(pageTitle)),
       domWindow(browser.make<DomWindow>()) {
-    attributes[u"zabmzcc-ext-docid"] = decimal(documentId);
+    attributes[u"zabmzcc-ext-docid"] = utf16FromUtf8(std::to_string(documentId));
 }
 
 ChromeWindow::ChromeWindow(Browser& browser)
