@@ -64,7 +64,7 @@ void printStart() {
         const auto copy =
             std::filesystem::temp_directory_path() / ("zab_cost" + std::to_string(start) + ".dll");
         copy_file(module, copy, std::filesystem::copy_options::overwrite_existing);
-        timed(load, [&] { ModuleExports::of(loadLibrary(copy.string())); });
+        timed(load, [&] { ModuleExports(loadLibrary(copy.string())); });
         timed(init, [&] { browser.intoModule([&] { return browser.module().InitCC(host.asSupports()); }); });
         timed(observe, [&] {
             browser.intoModule([&] { return browser.module().Observe(nullptr, "profile-after-change"); });

@@ -1,6 +1,8 @@
 #include "browser/browser.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <iterator>
 #include <utility>
 
@@ -27,7 +29,7 @@ Browser::Browser(BrowserOptions options)
       runtime_(!options_.runtime.empty() ? options_.runtime
                : isLoaded("xpcom.dll")   ? "xpcom.dll"
                                          : "xul.dll"),
-      hostCalls_{this, &onCall, &onEnter, &onServiceManager},
+      hostCalls_{this, &onCall, &onEnter, &onRefused, &onServiceManager},
       debug_(options_.debuggerPresent),
       thread_(std::this_thread::get_id()) {
     runtime_.setHost(&hostCalls_);
@@ -44,12 +46,12 @@ Browser::Browser(BrowserOptions options)
     if (options_.version >= kFirstWithoutFree) without.insert("NS_Free");
     const auto hidden = hidesExports(runtime_.handle(), {without.begin(), without.end()});
     if (!options_.runtime.empty()) exports_ = loadModule();
-    containersAtStart_ = runtime_.balance->containers;
+    containersAtStart_ = *runtime_.containers;
 }
 
 ModuleExports Browser::loadModule() const {
-    return ModuleExports::of(options_.freshCopy ? loadFreshModule(options_.module, options_.version)
-                                                : loadLibrary(options_.module));
+    return ModuleExports(options_.freshCopy ? loadFreshModule(options_.module, options_.version)
+                                            : loadLibrary(options_.module));
 }
 
 Browser::~Browser() {
@@ -74,7 +76,7 @@ nsresult Browser::startsUp() {
     const nsresult connected =
         static_cast<nsresult>(intoModule([&] { return exports_.InitCC(host.asSupports()); }));
     intoModule([&] { return exports_.Observe(nullptr, "profile-after-change"); });
-    containersAtStart_ = runtime_.balance->containers;
+    containersAtStart_ = *runtime_.containers;
     return connected;
 }
 
@@ -238,10 +240,8 @@ std::string Browser::unbalanced() {
     for (const auto& object : objects_)
         if (object->references() != 0)
             text += std::to_string(object->references()) + " of " + object->name() + "; ";
-    const auto& held = *runtime_.balance;
-    if (held.containers != containersAtStart_)
-        text += std::to_string(held.containers - containersAtStart_) + " string containers; ";
-    if (held.clones != 0) text += std::to_string(held.clones) + " cloned texts; ";
+    const auto held = *runtime_.containers - containersAtStart_;
+    if (held != 0) text += std::to_string(held) + " string containers; ";
     return text;
 }
 
@@ -278,7 +278,7 @@ std::uint64_t Browser::onCall(void* context, StandInObject* raw, std::uint32_t s
 std::uint64_t Browser::called(BedObject::Handle& handle, std::uint32_t slot, const std::uint64_t* arguments) {
     auto& object = *handle.owner;
     const std::string operation = std::string(handle.interface->name) + "." + std::to_string(slot);
-    if (std::this_thread::get_id() != thread_) violates(operation + " is called on a thread of the module");
+    if (std::this_thread::get_id() != thread_) offThread(operation + " is called on a thread of the module");
     if (object.dead()) violates(operation + " of a dead " + object.name());
     if (slot == 1) return static_cast<std::uint32_t>(++handle.references);
     if (slot == 2) {
@@ -297,6 +297,16 @@ std::uint64_t Browser::called(BedObject::Handle& handle, std::uint32_t slot, con
     return NS_ERROR_NOT_IMPLEMENTED;
 }
 
+void Browser::offThread(const std::string& what) {
+#ifdef _WIN32
+    // As a browser does, which would not know whom else to stop.
+    std::fprintf(stderr, "%s\n", what.c_str());
+    std::abort();
+#else
+    violates(what);
+#endif
+}
+
 nsresult Browser::queried(BedObject& object, const nsIID* iid, void** result) {
     auto* handle = object.handleFor(*iid);
     *result = handle == nullptr ? nullptr : &handle->raw;
@@ -308,6 +318,10 @@ nsresult Browser::queried(BedObject& object, const nsIID* iid, void** result) {
 nsresult Browser::onEnter(void* context, const char* entryPoint) {
     auto& browser = *static_cast<Browser*>(context);
     return browser.moduleRuns_ ? browser.faults_.step(entryPoint) : NS_OK;
+}
+
+void Browser::onRefused(void* context, const char* entryPoint) {
+    static_cast<Browser*>(context)->violates(std::string(entryPoint) + " is no entry that the module may call");
 }
 
 nsresult Browser::onServiceManager(void* context, nsIServiceManager** out) {

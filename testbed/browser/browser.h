@@ -109,6 +109,7 @@ class Browser {
     std::vector<std::string> takesDebugLines() { return debug_.take(); }
     /// Calls that no browser would survive or understand; empty is right.
     [[nodiscard]] const std::vector<std::string>& violations() const { return violations_; }
+    void violates(std::string what) { violations_.push_back(std::move(what)); }
     /// Ends every response. What the module still holds of the browser's objects and strings, beyond what it
     /// held when it had started up; empty is right.
     [[nodiscard]] std::string unbalanced();
@@ -131,16 +132,18 @@ class Browser {
     struct Observation {
         nsIObserver* observer;
         std::string topic;
+        bool operator==(const Observation&) const = default;
     };
 
     static std::uint64_t onCall(void*, StandInObject* raw, std::uint32_t slot, const std::uint64_t* arguments);
     static nsresult onEnter(void*, const char* entryPoint);
+    static void onRefused(void*, const char* entryPoint);
     static nsresult onServiceManager(void*, nsIServiceManager** out);
     std::uint64_t called(BedObject::Handle& handle, std::uint32_t slot, const std::uint64_t* arguments);
     nsresult queried(BedObject& object, const nsIID* iid, void** result);
     nsresult service(const std::string& contract, const nsIID* iid, void** result);
-    void violates(std::string what) { violations_.push_back(std::move(what)); }
-
+    /// A browser's object was called on another thread: the end under Windows, a violation natively.
+    void offThread(const std::string& what);
     ModuleExports loadModule() const;
     /// Whose code runs from now on; gives whose it was.
     bool moduleRuns(bool runs);

@@ -13,7 +13,7 @@ RuntimeLibrary::RuntimeLibrary(const std::string& name) {
     callModule = reinterpret_cast<StandIn_Call_t*>(find("StandIn_Call"));
     callSlot = reinterpret_cast<StandIn_CallSlot_t*>(find("StandIn_CallSlot"));
     table = reinterpret_cast<StandIn_Table_t*>(find("StandIn_Table"))();
-    balance = reinterpret_cast<StandIn_Balance_t*>(find("StandIn_Balance"))();
+    containers = reinterpret_cast<StandIn_Balance_t*>(find("StandIn_Balance"))();
 }
 
 // What stands behind the text shows in every result that was read past its length.

@@ -20,7 +20,7 @@ class RuntimeLibrary {
     StandIn_Call_t* callModule = nullptr;
     StandIn_CallSlot_t* callSlot = nullptr;
     const void* table = nullptr;
-    const StandInBalance* balance = nullptr;
+    const std::int32_t* containers = nullptr;  // initialised and not finished
 
     [[nodiscard]] void* handle() const noexcept { return entries.module; }
 };

@@ -1,5 +1,5 @@
-// The little that code without a C library needs: memory, two block operations, encodings. Natively the library
-// of the machine has it, so that a sanitizer sees every block.
+// The little that code without a C library needs: memory and two block operations. Natively the library of the
+// machine has it, so that a sanitizer sees every block.
 #pragma once
 
 #include <stddef.h>
@@ -12,12 +12,6 @@ extern "C" {
 __declspec(dllimport) void* GetProcessHeap();
 __declspec(dllimport) void* HeapAlloc(void* heap, uint32_t flags, size_t bytes);
 __declspec(dllimport) int HeapFree(void* heap, uint32_t flags, void* block);
-__declspec(dllimport) int MultiByteToWideChar(uint32_t codePage, uint32_t flags, const char* text, int bytes,
-                                              char16_t* out, int units);
-__declspec(dllimport) int WideCharToMultiByte(uint32_t codePage, uint32_t flags, const char16_t* text,
-                                              int units, char* out, int bytes, const char* unknown,
-                                              int* usedUnknown);
-
 void* memcpy(void* to, const void* from, size_t bytes);
 void* memset(void* to, int value, size_t bytes);
 }
@@ -53,10 +47,4 @@ template <template <class T, T...> class Of, uint32_t... Numbers>
 Of<uint32_t, Numbers...> ofEach(std::integer_sequence<uint32_t, Numbers...>);
 template <template <class T, T...> class Of, uint32_t Count>
 using Counted = decltype(ofEach<Of>(std::make_integer_sequence<uint32_t, Count>{}));
-
-// As Windows has them, with Latin-1 for the system's own code page.
-int MultiByteToWideChar(uint32_t codePage, uint32_t flags, const char* text, int bytes, char16_t* out,
-                        int units);
-int WideCharToMultiByte(uint32_t codePage, uint32_t flags, const char16_t* text, int units, char* out,
-                        int bytes, const char* unknown, int* usedUnknown);
 #endif

@@ -28,6 +28,8 @@ struct StandInHost {
     uint64_t (*call)(void* context, StandInObject* object, uint32_t slot, const uint64_t* arguments);
     /// An entry point was called by name; a failure is what it then answers (nothing, where it has no status).
     nsresult (*enter)(void* context, const char* entryPoint);
+    /// An entry point was called that no module needs.
+    void (*refused)(void* context, const char* entryPoint);
     /// Gives the service manager with one reference.
     nsresult (*serviceManager)(void* context, nsIServiceManager** out);
 };
@@ -49,12 +51,6 @@ enum class StandInCall : uint32_t {
     handleEvent,      // nsIDOMEventListener; a: event
 };
 
-/// Objects that the runtime itself still holds memory for.
-struct StandInBalance {
-    int32_t containers;  // initialised and not finished
-    int32_t clones;      // given by a CloneData entry and not freed
-};
-
 extern "C" {
 using StandIn_SetHost_t = void(const StandInHost* host);
 /// The table that every object of the browser shares.
@@ -62,5 +58,6 @@ using StandIn_Table_t = const void*();
 using StandIn_Call_t = uint32_t(StandInCall which, void* object, uint64_t a, uint64_t b, uint64_t c);
 /// Any operation by its slot; always with as many arguments as the longest operation has.
 using StandIn_CallSlot_t = uint32_t(void* object, uint32_t slot, const uint64_t* arguments);
-using StandIn_Balance_t = const StandInBalance*();
+/// How many string containers were initialised and not finished.
+using StandIn_Balance_t = const int32_t*();
 }

@@ -79,6 +79,9 @@ TEST(Bed, StringsBehaveAsPublished) {
         zab::runtime().NS_CStringSetDataRange(text.get(), row.offset, row.cut, row.data, row.length);
         EXPECT_EQ(text.view(), row.result) << row.why;
     }
+    zab::runtime().NS_CStringSetDataRange(const_cast<nsACString*>(static_cast<const nsACString*>(passed)), kAll, 0,
+                                          "", 0);
+    EXPECT_EQ(viewOf(static_cast<const nsACString*>(passed)).data()[4], '<') << "nothing added ends nothing";
 }
 
 }  // namespace

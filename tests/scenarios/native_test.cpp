@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <thread>
 
 #include "browser/base_window.h"
 #include "browser/browser.h"
@@ -40,6 +41,30 @@ TEST(PageWindow, IsThatOfTheDocShellWhereTheExtensionNamesNone) {
         EXPECT_EQ(browser.unbalanced(), "") << version;
         EXPECT_EQ(browser.violations(), std::vector<std::string>{}) << version;
     }
+}
+
+TEST(Cookies, AreReadUnderTheIdentifierOfEachVersion) {
+    for (const int version : {18, 30, 46}) {
+        SettingsTree settings;
+        settings.set("Extensions", "zip");
+        desk().told.clear();
+        Browser browser({.version = version});
+        browser.cookies = {{.name = "theme", .value = "dark", .host = "h.example"}};
+        browser.startsUp();
+        auto& page = browser.opensPage("http://h.example/");
+        browser.answers(browser.clicks("http://h.example/a.zip", &page), 200,
+                        {{"Content-Type", "application/zip"}});
+        ASSERT_EQ(desk().told.size(), 1u) << version;
+        EXPECT_EQ(desk().told[0].text(nameOf(ExtraElement::pageCookies)), "theme=dark") << version;
+    }
+}
+
+TEST(Threads, ABrowsersObjectIsNotCalledOnAnother) {
+    Browser browser;
+    auto& page = browser.opensPage("http://h.example/");
+    std::thread([&] { browser.callModule(StandInCall::addRef, page.asSupports()); }).join();
+    EXPECT_EQ(browser.violations(),
+              std::vector<std::string>{"nsISupports.1 is called on a thread of the module"});
 }
 
 }  // namespace

@@ -93,10 +93,24 @@ TEST(StartUp, WithoutARegistrationTheModuleGoesAndComesBack) {
     EXPECT_EQ(browser.module().ShouldLoad(6, url, url, nullptr, url), 1);
     EXPECT_TRUE(FreeLibrary(library));
     ASSERT_EQ(GetModuleHandleA(path), nullptr);
-    EXPECT_EQ(ModuleExports::of(loadLibrary(path)).GetListenerState(), 0u);
+    EXPECT_EQ(ModuleExports(loadLibrary(path)).GetListenerState(), 0u);
     FreeLibrary(GetModuleHandleA(path));
 }
 #endif
+
+TEST(StartUp, WithoutTheExtensionAndLateItTakesWhatComes) {
+    SettingsTree settings;
+    settings.set("Extensions", "zip");
+    Browser browser;
+    auto& window = browser.opensWindow();
+    auto& underWay = browser.clicks("http://h.example/a.zip");
+    EXPECT_EQ(browser.intoModule([&] { return browser.module().Observe(nullptr, "profile-after-change"); }),
+              NS_OK);
+    browser.answers(underWay, 200, {{"Content-Type", "application/zip"}});
+    EXPECT_TRUE(underWay.cancelled());
+    browser.closesWindow(window);
+    EXPECT_EQ(browser.violations(), std::vector<std::string>{});
+}
 
 TEST(StartUp, ATextThatCannotBeSetIsNotPassedOn) {
     SettingsTree settings;
