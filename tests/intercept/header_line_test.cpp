@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "intercept/header_capture.h"
 #include "web/file_name.h"
 
 namespace zab {
@@ -9,65 +10,88 @@ namespace {
 
 using namespace std::string_view_literals;
 
-TEST(HeaderLine, FileNameOfContentDisposition) {
-    constexpr auto kBefore = "before";
+constexpr std::string_view kBefore = "before";  // what stays where a header tells nothing
+
+TEST(Headers, DispositionAsALineAndByTheVisitor) {
     const struct {
-        std::string_view value, fileName;
-        bool isAttachment;
+        std::string_view value, ofLine, ofVisitor;  // the file names
+        bool isAttachment, isInline;
         const char* why;
     } rows[] = {
-        {" attachment; filename=\"a b.zip\"\r\n", "a b.zip", true, "a quoted name keeps its blanks"},
-        {" attachment; filename=a.zip; size=3\r\n", "a.zip", true, "an unquoted name ends at its semicolon"},
-        {" Attachment; filename=a.zip\n", "a.zip", false, "the word in this letter case only"},
-        {" inline; Filename=a.zip\r\n", "", false, "the parameter too"},
-        {" attachment; filename=\r\n", "", true, "nothing behind the equals sign"},
-        {" attachment; filename= \t\r\n", "", true, "nothing but blanks: the CR is one"},
-        {" attachment; filename=", "", true, "the text ends there"},
-        {" attachment; filename=a.zip", "", true, "an unquoted name needs its line end"},
-        {" attachment; filename=\"a.zip\"", "a.zip", true, "a quoted one does not"},
-        {" attachment; filename=\"a;b.zip\r\n", "\"a", true, "an open quote stays, and the semicolon cuts"},
-        {" attachment; filename=\"a.zip\r\n", "\"a.zip", true, "an open quote stays"},
-        {" attachment; filename=\"\"\r\n", "", true, "an empty name"},
-        {" attachment\r\n", "", true, "no name clears an earlier one"},
-        {" attachment; filename*=UTF-8''%C3%A9.zip\r\n", "UTF-8''%C3%A9.zip", true, "extended: as it stands"},
-        {" attachment; filename=\xC3\xA9.zip\r\n", "utf-8''\xC3\xA9.zip", true, "raw UTF-8 gets the prefix"},
-        {" attachment; filename=\xE9.zip\r\n", "\xE9.zip", true, "another code page does not"},
-        {" attachment; filename=\"=?utf-8?B?w6kuemlw?=\"\r\n", "utf-8''\xC3\xA9.zip", true, "encoded word"},
-        {" attachment; filename=\"=?UTF-8?Q?a.zip?=\"\r\n", "", true, "of a kind that is not decoded"},
-        {" attachment; filename=\"a\0b\"\r\n"sv, "", true, "a NUL ends the line, so the quote is open"},
+        {"attachment; filename=\"a b.zip\"", "a b.zip", "a b.zip", true, false,
+         "a quoted name keeps its blanks"},
+        {"attachment; filename= a.zip; x", "a.zip", "a.zip", true, false,
+         "an unquoted one ends at its semicolon"},
+        {"Attachment; filename=a.zip", "a.zip", "a.zip", false, false, "the word in this letter case only"},
+        {"inline; Filename=a.zip", "", "a.zip", false, true, "the parameter in any case for the visitor"},
+        {"x; FILENAME=1.zip; filename=2.zip", "2.zip", "2.zip", false, false, "the exact spelling first"},
+        {"attachment; filename=\"an inline b\"", "an inline b", "an inline b", true, false,
+         "a word of the name"},
+        {"attachment; filename=", "", kBefore, true, false, "nothing behind the equals sign"},
+        {"attachment; filename= \t\r", "", kBefore, true, false, "nothing but blanks"},
+        {"attachment; filename=;x", "", "", true, false, "an empty unquoted name is stored"},
+        {"attachment; filename=\"\"", "", kBefore, true, false, "an empty quoted one"},
+        {"attachment; filename=\"a;b.zip", "\"a", kBefore, true, false,
+         "an open quote stays, the semicolon cuts"},
+        {"attachment", "", kBefore, true, false, "no name clears the one of an earlier line"},
+        {"form-data", "", kBefore, false, false, "a new disposition clears the flags"},
+        {"attachment; filename*=UTF-8''%C3", "UTF-8''%C3", "UTF-8''%C3", true, false, "extended: as it stands"},
+        {"attachment; filename=\xC3\xA9", "utf-8''\xC3\xA9", "utf-8''\xC3\xA9", true, false, "raw UTF-8"},
+        {"attachment; filename=\xE9", "\xE9", "\xE9", true, false, "another code page"},
+        {"attachment; filename==?UTF-8?B?YQ==?=", "utf-8''a", "utf-8''a", true, false, "an encoded word"},
+        {"attachment; filename==?UTF-8?Q?a?=", "", kBefore, true, false, "of a kind that is not decoded"},
+        {"attachment; filename=\"a\0b\""sv, "", kBefore, true, false, "a NUL ends it, so the quote is open"},
     };
     for (const auto& row : rows) {
         ResponseHeaderInfo info;
-        info.fileName = kBefore;
-        EXPECT_TRUE(ParseResponseHeaderLine(info, "\t content-DISPOSITION:" + std::string(row.value)));
-        EXPECT_EQ(info.fileName, row.fileName) << row.why;
+        CapturedHeaders record;
+        info.fileName = record.fileName = kBefore;
+        info.isAttachment = record.isAttachment = record.isInline = true;
+        EXPECT_TRUE(ParseResponseHeaderLine(info, "\t content-DISPOSITION:" + std::string(row.value) + "\r\n"));
+        visitHeader(record, "content-DISPOSITION", row.value);
+        EXPECT_EQ(info.fileName, row.ofLine) << row.why;
+        EXPECT_EQ(record.fileName, row.ofVisitor) << row.why;
         EXPECT_EQ(info.isAttachment, row.isAttachment) << row.why;
+        EXPECT_EQ(record.isAttachment, row.isAttachment) << row.why;
+        EXPECT_EQ(record.isInline, row.isInline) << row.why;
     }
+    const auto ofLine = [](std::string_view line) {
+        ResponseHeaderInfo info;
+        ParseResponseHeaderLine(info, line);
+        return info.fileName;
+    };
+    EXPECT_EQ(ofLine("Content-Disposition: x; filename=a.zip"), "") << "an unquoted name needs its line end";
+    EXPECT_EQ(ofLine("Content-Disposition: x; filename=a.zip\n"), "a.zip") << "a line feed is one";
+    EXPECT_EQ(ofLine("Content-Disposition: x; filename=\"a.zip\""), "a.zip") << "a quoted one does not";
 }
 
-TEST(HeaderLine, ContentTypeAndItsName) {
-    constexpr auto kBefore = "before";
+TEST(Headers, TypeAndItsNameAsALineAndByTheVisitor) {
     const struct {
-        std::string_view line, type, name;
+        std::string_view value, type, ofLine, ofVisitor;  // the names
         const char* why;
     } rows[] = {
-        {"Content-Type: text/html; name=\"x.htm\"\r\n", "text/html", "x.htm", "quoted"},
-        {"Content-Type:text/html;name='x;y'\n", "text/html", "x;y", "single quotes, a semicolon inside"},
-        {"Content-Type: text/html ; charset=u;  NAME = x.htm;q=1\r\n", "text/html ", "x.htm", "unquoted"},
-        {"Content-Type: text/html; name=\"x\r\n", "text/html", kBefore, "an open quote stores nothing"},
-        {"Content-Type: a/b; names=x; name=y; name=z", "a/b", "y", "the first parameter of exactly this name"},
-        {"Content-Type: a/b; name=\"x; name=y", "a/b", kBefore, "the first one counts, even unreadable"},
-        {"Content-Type: a/b; name=\"\"", "a/b", "", "an empty name is a name"},
-        {"Content-Type: a/b; name=", "a/b", "", "unquoted too"},
-        {"Content-Type: a/b\r\n", "a/b", kBefore, "no name clears none"},
-        {"Content-Type:\r\n", "", kBefore, "no type clears the type"},
+        {"a/b; name=\"x;y\"", "a/b", "x;y", "x;y", "quoted"},
+        {"a/b; name='x;y'", "a/b", "x;y", "'x", "a single quote is an ordinary character for the visitor"},
+        {"a/b ; charset=u;  NAME \t= x z;q=1", "a/b ", "x z", "x z", "unquoted"},
+        {"a/b; name=\"x", "a/b", kBefore, kBefore, "an open quote stores nothing"},
+        {"a/b; names=x; name=y; name=z", "a/b", "y", "y", "the first parameter of exactly this name"},
+        {"a/b; name=\"x; name=y", "a/b", kBefore, kBefore, "the first one counts, even unreadable"},
+        {"a/b; name=\"\"", "a/b", "", kBefore, "an empty name is a name for the line"},
+        {"a/b; name=", "a/b", "", "", "unquoted for both"},
+        {"a/b;\rname=x", "a/b", "x", kBefore, "a carriage return is no blank for the visitor"},
+        {"a/b", "a/b", kBefore, kBefore, "no name clears none"},
+        {"", "", kBefore, kBefore, "no type clears the type"},
     };
     for (const auto& row : rows) {
         ResponseHeaderInfo info;
-        info.contentType = info.contentTypeName = kBefore;
-        EXPECT_TRUE(ParseResponseHeaderLine(info, row.line));
+        CapturedHeaders record;
+        info.contentType = info.contentTypeName = record.contentType = record.contentTypeName = kBefore;
+        EXPECT_TRUE(ParseResponseHeaderLine(info, "Content-Type: " + std::string(row.value) + "\r\n"));
+        visitHeader(record, "CONTENT-TYPE", row.value);
         EXPECT_EQ(info.contentType, row.type) << row.why;
-        EXPECT_EQ(info.contentTypeName, row.name) << row.why;
+        EXPECT_EQ(record.contentType, row.type) << row.why;
+        EXPECT_EQ(info.contentTypeName, row.ofLine) << row.why;
+        EXPECT_EQ(record.contentTypeName, row.ofVisitor) << row.why;
     }
 }
 

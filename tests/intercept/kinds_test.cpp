@@ -42,7 +42,6 @@ const Case kCases[] = {
     {"https://youtube.com/get_video_info", kText, 0, kNone, "the path ends in its question mark"},
     {"https://youtube.com/x/get_video_info?", kText, 0, kNone, "behind host and port at once"},
     {"https://notyoutube.com/get_video_info?", kText, 0, kNone, "another host"},
-    {"https://h/?youtube.com/get_video_info?", kText, 0, kNone, "another host"},
 
     {"https://youtube.com/watch?v=1", "application/json; x", 0, MediaKind::youtubeWatchPage, "page data"},
     {"https://youtube.com/watch?x&spf=1", "application/json", 0, MediaKind::youtubeWatchPage, "page data"},
@@ -55,7 +54,6 @@ const Case kCases[] = {
     {"http://h/a.M3U", kText, 9'000'000, MediaKind::hls, "by extension, of any length"},
     {"http://h/a.m3u8?x", kText, 0, MediaKind::hls, "by extension"},
     {"http://h/a", "Audio/MpegURL", 0, MediaKind::hls, "a type whose class is MP3"},
-    {"http://h/a", "application/x-mpegurl;x", 0, MediaKind::hls, "by type"},
     {"http://h/a", "application/vnd.apple.mpegurlx", 0, MediaKind::hls, "by type"},
     {"http://player.vimeo.com/video/a.m3u8", kText, 0, MediaKind::hls, "the extension decides before"},
 
@@ -66,7 +64,6 @@ const Case kCases[] = {
     {"http://h/a.f4m", kText, 100'000, MediaKind::hds, "by extension"},
     {"http://h/a", "application/f4m+xml", 0, MediaKind::hds, "by type"},
     {"http://h/a.f4m", kText, 100'001, kNone, "too long"},
-    {"http://h/a", "video/f4m", 100'001, kSniff, "too long by type"},
 
     {"http://manifest.googlevideo.com/api/manifest/x", "image/png", 0, MediaKind::youtubeDash, "any type"},
     {"http://r1.googlevideo.com/api/manifest/x", kText, 0, kNone, "another host"},
@@ -75,7 +72,6 @@ const Case kCases[] = {
     {"http://h/a", "application/dash+xmlish", 0, MediaKind::dash, "by type, a prefix"},
     {"http://h/a", "video/vnd.mpeg.dash.mpd", 0, MediaKind::dash, "by type"},
     {"http://h/a.mpd", kText, 3'000'001, kNone, "too long by extension"},
-    {"http://h/a", "application/dash+xml", 3'000'001, kNone, "too long by type"},
 
     {"http://www.facebook.com/ajax/x", kText, 0, MediaKind::facebook, "page"},
     {"http://www.facebook.com/Ajax/x", kText, 0, kNone, "a path in its letter case"},
@@ -94,7 +90,6 @@ const Case kCases[] = {
     {"http://h/a", "", 499'001, kNone, "too long"},
     {"http://h/a", "application/xml", 100'000, kSniff, "XML"},
     {"http://h/a", "application/rss+XML", 100'001, kNone, "long XML"},
-    {"http://h/a", "text/xml", 100'001, kNone, "long XML"},
     {"http://h/a", "image/svg+xml", 1, kNone, "a picture, though it is XML"},
     {"http://h/a", "font/woff2", 1, kNone, "a part of a page"},
     {"http://r1.googlevideo.com/videoplayback?x&itag=18", "video/mp4", 1, kNone, "a stream of a catalogue"},

@@ -98,5 +98,28 @@ TEST(ObjectRequests, TheOldestGoFirst) {
     EXPECT_NE(list.find(half + half), nullptr);
 }
 
+TEST(ObjectRequests, ThePolicysRecordGivesWayToThatOfTheRequest) {
+    CObjectRequestsArray list;
+    auto told = request("http://h/a", "", 17), asked = request("http://h/a", "asked");
+    told.kind = ObjectKind::audio;
+    told.fromPolicy = true;
+    list.add(told);
+    list.addRequest(asked);
+    ASSERT_EQ(list.count(), 1u);
+    const auto* record = list.find("http://h/a");
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->referrer, "asked");
+    EXPECT_EQ(record->kind, ObjectKind::audio);
+    EXPECT_EQ(record->documentId, 17u);
+    list.addRequest(asked);
+    EXPECT_EQ(list.count(), 2u) << "a page that asks twice is two requests";
+
+    EXPECT_EQ(objectKindOf("video/mp4", "mp3"), ObjectKind::video) << "the claimed type first";
+    EXPECT_EQ(objectKindOf("Audio/x", ""), ObjectKind::audio);
+    EXPECT_EQ(objectKindOf("application/octet-stream", "WMA"), ObjectKind::audio);
+    EXPECT_EQ(objectKindOf("", "webm"), ObjectKind::video);
+    EXPECT_EQ(objectKindOf("application/x-shockwave-flash", "swf"), ObjectKind::unknown);
+}
+
 }  // namespace
 }  // namespace zab

@@ -53,24 +53,5 @@ TEST(DataFile, PatternsNameHosts) {
     EXPECT_TRUE(record->takesVariantsAsTheyStand("tv.example"));
 }
 
-struct Marked {
-    ~Marked() { value = 0; }
-    std::uint64_t value = 7;
-};
-
-TEST(Published, KeepsWhatAReaderHolds) {
-    Published<Marked> published;
-    published.publish(std::make_unique<Marked>());
-    {
-        const auto reading = published.read();
-        published.publish(std::make_unique<Marked>());
-        published.publish(std::make_unique<Marked>());
-        EXPECT_EQ(reading->value, 7u);
-        EXPECT_EQ(published.kept(), 3u);
-    }
-    published.publish(std::make_unique<Marked>());
-    EXPECT_EQ(published.kept(), 1u);
-}
-
 }  // namespace
 }  // namespace zab

@@ -125,20 +125,10 @@ TEST_F(Transfer, ToAManagerThatDiesIsNotMadeAndTheSessionFindsTheNextOne) {
     EXPECT_EQ(manager.received(2).value("url", ""), "http://h.example/3");
 }
 
-TEST_F(Transfer, WithoutARegisteredManagerTheUserIsToldWhy) {
+TEST_F(Transfer, ToAManagerThatRunsElevatedIsToldAsThat) {
     ASSERT_TRUE(manager.isRegistered(false));
     const std::string exe = "C:\\ZAB\\ZABMan.exe";
-    EXPECT_EQ(sendToDownloadManager(recordOf("http://h.example/")), TransferResult::notMade);
-    EXPECT_EQ(
-        answerBox(IDNO),
-        "Cannot transfer file download to Zabrion. It's possible that it's not installed. Would you like to "
-        "download and install Zabrion?");
     manager.set("ExePath", exe);
-    EXPECT_EQ(sendToDownloadManager(recordOf("http://h.example/")), TransferResult::notMade);
-    EXPECT_EQ(
-        answerBox(IDOK),
-        "Cannot transfer the download to ZAB\r\n\r\nThe required ZAB components are not registered/found. "
-        "Please reinstall Zabrion with Administrator rights");
     manager.set(exe.c_str(), "RUNASADMIN", manager.kLayers);
     EXPECT_EQ(sendToDownloadManager(recordOf("http://h.example/")), TransferResult::notMade);
     EXPECT_TRUE(
