@@ -4,6 +4,7 @@
 #include <bit>
 
 #include "binding/byte_reader.h"
+#include "binding/text.h"
 #include "media/parsers/tag_scanner.h"
 #include "media/parsers/whole_number.h"
 #include "web/encoding.h"
@@ -66,7 +67,7 @@ class CF4MParser::Reader {
         parser_.hasDrm = tags_.starts(kDrm).empty() ? 0 : 1;
         parser_.hasPv = tags_.starts(kPv).empty() ? 0 : 1;
         parser_.duration = lastContentOf(kDuration);
-        parser_.baseUrl = lastContentOf(kBaseUrl);
+        parser_.baseUrl = trim(lastContentOf(kBaseUrl));
         if (!parser_.baseUrl.empty() && parser_.baseUrl.back() != '/') parser_.baseUrl += '/';
         for (const StartTag& start : tags_.starts(kBootstrapInfo)) readBootstrap(start);
         for (const StartTag& start : tags_.starts(kMedia))
