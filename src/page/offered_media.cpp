@@ -46,7 +46,6 @@ std::size_t OfferedMedia::bareAt(std::string_view address) const noexcept {
 
 void OfferedMedia::replace(std::size_t index, MediaEntry entry) {
     MediaEntry& held = entries_[index];
-    fillIn(entry.size, held.size);
     fillIn(entry.duration, held.duration);
     if (held.extension == kMp4Extension) entry.extension = held.extension;
     const std::size_t bytes = entryBytes_ - textBytesOf(held) + textBytesOf(entry);

@@ -15,8 +15,7 @@ constexpr bool isKept(MediaKind kind) noexcept { return kind != MediaKind::hdsFr
 /// Of a body of unknown length.
 std::uint64_t mostBytesOf(MediaKind kind) noexcept {
     const std::uint32_t cap = mediaKindCapBytes(kind);
-    if (cap == 0) return UINT64_MAX;
-    return kind == MediaKind::linkText ? cap - 1 : cap;  // there the cap itself is too much
+    return cap == 0 ? UINT64_MAX : cap;
 }
 
 }  // namespace
@@ -64,9 +63,7 @@ std::optional<std::string_view> BodyCollector::whole() const noexcept {
         case State::collecting: counts = !lengthIsKnown_ || isHls; break;
         case State::complete: counts = true; break;
         // A playlist that was cut tells too little, unless its end was among what was read.
-        case State::cut:
-            counts = isHls ? contains(upToNul(kept()), kEndOfPlaylist) : kind_ != MediaKind::linkText;
-            break;
+        case State::cut: counts = !isHls || contains(upToNul(kept()), kEndOfPlaylist); break;
         case State::refused: break;
     }
     return counts ? std::optional(kept()) : std::nullopt;

@@ -1,6 +1,9 @@
 // HDS manifests: one entry for each picture height. A protected stream is not offered.
 
 #include "media/parsers/hds.h"
+
+#include <algorithm>
+
 #include "binding/interface_ptr.h"
 #include "binding/text.h"
 #include "media/capture/descriptions.h"
@@ -30,7 +33,7 @@ std::uint32_t secondsOf(std::string_view written) {
     double seconds = 0;
     scanDouble(written, seconds);
     const std::int64_t whole = wholePart(seconds).value_or(0);
-    return whole < 0 ? 0 : entryNumber(static_cast<std::uint64_t>(whole));
+    return entryNumber(static_cast<std::uint64_t>(std::max<std::int64_t>(whole, 0)));
 }
 
 std::string extraOf(const F4MMedia& media) {

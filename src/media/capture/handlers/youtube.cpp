@@ -57,7 +57,7 @@ bool markStream(CYoutubeParser& catalogue, std::u16string_view url) {
     bool isWebM = false, adaptive = false;
     std::uint32_t itag = 0;
     return catalogue.findByUrl(url, true, isWebM, itag) ||
-           catalogue.findSameStream(url, isWebM, itag, adaptive) || catalogue.findSameIdAndItag(url, itag);
+           catalogue.findSameStream(url, isWebM, itag, adaptive);
 }
 
 }  // namespace
