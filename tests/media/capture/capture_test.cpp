@@ -1,11 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <set>
 
 #include "binding/text.h"
+#include "binding/utf.h"
 #include "media/capture/capture_check.h"
 #include "media/capture/handlers/handlers.h"
 #include "media/parsers/generated.h"
+#include "page/media_pages.h"
 
 namespace {
 
@@ -16,139 +19,151 @@ using zabtest::captureWhole;
 using zabtest::contextFor;
 using zabtest::shown;
 
-struct Row {
-    std::string_view url, body;
-    std::string entries;
-    const char* why;
-};
-
-template <std::size_t kRows>
-void expectEntries(MediaKind kind, const Row (&rows)[kRows], std::string_view title = "") {
-    for (const Row& row : rows) {
-        EXPECT_EQ(captureWhole(kind, contextFor(row.url), row.body, title), row.entries) << row.why;
-    }
+std::string representation(int id, std::string_view base, std::string_view media) {
+    return "<Representation id=\"" + std::to_string(id) + "\"><BaseURL>" + std::string(base) +
+           "</BaseURL><SegmentList><SegmentURL media=\"" + std::string(media) +
+           "\"/></SegmentList></Representation>";
 }
 
-TEST(CaptureHls, OffersVariantsOrTheOnePlaylist) {
-    constexpr std::string_view kUrl = "http://h/d/list.m3u8?k#f";
-    const Row rows[] = {
-        {kUrl, "#EXT-X-STREAM-INF:BANDWIDTH=1048576,RESOLUTION=1280x720\nv/a.m3u8\n",
+constexpr std::string_view kHls = "http://h/d/list.m3u8?k#f", kHds = "http://h/d/m.f4m?a",
+                           kSite = "http://h/d/", kSelf = "hlstozab://http://h/d/list.m3u8?k#f | list | ";
+
+TEST(Capture, OffersWhatABodyDescribes) {
+    const struct {
+        MediaKind kind;
+        std::string_view url;
+        std::string body, entries;
+        const char* why;
+    } rows[] = {
+        {MediaKind::hls, kHls, "#EXT-X-STREAM-INF:BANDWIDTH=1048576,RESOLUTION=1280x720\nv/a.m3u8\n",
          "hlstozab://http://h/d/v/a.m3u8 | 720p bitrate  1024 | ts | height 720 | bitrate 1048576\n",
          "two blanks before the number; a relative address is resolved"},
-        {kUrl, "#EXT-X-STREAM-INF:BANDWIDTH=0\n/x/low.v1.m3u8?q\n",
+        {MediaKind::hls, kHls, "#EXT-X-STREAM-INF:BANDWIDTH=0\n/x/low.v1.m3u8?q\n",
          "hlstozab://http://h/x/low.v1.m3u8?q | low.v1 | ts\n",
          "no rate, nothing appended; named by its file without a height"},
-        {kUrl,
+        {MediaKind::hls, kHls,
          "#EXT-X-MEDIA:GROUP-ID=\"g\",URI=\"a.m3u8\"\n#EXT-X-STREAM-INF:AUDIO=\"g\",RESOLUTION=1x72y\nv\n",
          "hls2tozab://http://h/d/v | 72yp | ts | second http://h/d/a.m3u8 | height 72\n",
          "its own audio is the second address; the height's text as it stands"},
-        {kUrl, "#EXT-X-MEDIA:GROUP-ID=\"g\"\n#EXT-X-STREAM-INF:AUDIO=\"g\"\nv\n",
+        {MediaKind::hls, kHls, "#EXT-X-MEDIA:GROUP-ID=\"g\"\n#EXT-X-STREAM-INF:AUDIO=\"g\"\nv\n",
          "hlstozab://http://h/d/v | v | ts\n", "audio that is in the variant itself"},
-        {kUrl, "#EXT-X-STREAM-INF:BANDWIDTH=99999999999\nv.m3u8\n",
+        {MediaKind::hls, kHls, "#EXT-X-STREAM-INF:BANDWIDTH=99999999999\nv.m3u8\n",
          "hlstozab://http://h/d/v.m3u8 | v bitrate  2097151 | ts | bitrate 2147483647\n", "the largest rate"},
-        {kUrl, "#EXT-X-MAP:URI=\"i.mp4\"\n#EXTINF:9.6\na.m4s\n#EXTINF:9.6\nb.m4s\n#EXT-X-ENDLIST\n",
-         "hlstozab://http://h/d/list.m3u8?k#f | list | mp4 | duration 19\n",
-         "a media playlist, its whole total cut once"},
-        {kUrl, "#EXT-X-VERSION:3\n#EXTINF:9.6\na.ts\n", "hlstozab://http://h/d/list.m3u8?k#f | list | ts\n",
+        {MediaKind::hls, kHls, "#EXT-X-MAP:URI=\"i.mp4\"\n#EXTINF:9.6\na.m4s\n#EXTINF:9.6\nb\n#EXT-X-ENDLIST\n",
+         std::string(kSelf) + "mp4 | duration 19\n", "a media playlist, its whole total cut once"},
+        {MediaKind::hls, kHls, "#EXT-X-VERSION:3\n#EXTINF:9.6\na.ts\n", std::string(kSelf) + "ts\n",
          "a window of a live one has no length"},
-        {kUrl, "#EXTM3U\n#EXTINF:-1,Radio\nhttp://radio/live.mp3\n",
+        {MediaKind::hls, kHls, "#EXTM3U\n#EXTINF:-1,Radio\nhttp://radio/live.mp3\n",
          "http://radio/live.mp3 | live.mp3 | mp3 | audio\n", "a radio list is a list of links"},
-        {"https://strm.yandex.ru/d/l.m3u8", "#EXT-X-STREAM-INF:X=1\nv/a.m3u8\n",
+        {MediaKind::hls, kHls, "http://radio/live.mp3" + std::string(2048, ' '), "",
+         "unless it is a long text"},
+        {MediaKind::hls, "https://strm.yandex.ru/d/l.m3u8", "#EXT-X-STREAM-INF:X=1\nv/a.m3u8\n",
          "hlstozab://v/a.m3u8 | a | ts\n", "addresses of this host are taken as they stand"},
-        {kUrl, "#EXTM3U\n", "", "no tag of either kind"},
-    };
-    expectEntries(MediaKind::hls, rows);
-}
+        {MediaKind::hls, kHls, "#EXTM3U\n", "", "no tag of either kind"},
 
-TEST(CaptureHds, OffersOneEntryForEachHeight) {
-    constexpr std::string_view kUrl = "http://h/d/m.f4m?a";
-    const Row rows[] = {
-        {kUrl,
-         " \n<?xml?>< MANIFEST><duration>9.9</duration><bootstrapInfo> B=</bootstrapInfo>"
-         "<media url='v/1' height='720' bitrate='1500k'><metadata>M </metadata></media><media url='/2' "
-         "height='360'/>",
+        {MediaKind::hds, kHds,
+         " \n<?xml?>< MANIFEST><duration>9.9</duration><bootstrapInfo> B=</bootstrapInfo><media url='v/1' "
+         "height='720' bitrate='1500k'><metadata>M </metadata></media><media url='x' height='360'/><media "
+         "url='/2' height='360'/>",
          "dhstozab://http://h/d/m.f4m?a | 720p bitrate 1500k | flv | second http://h/d/v/1 | extra "
          "<bootstrapInfo> B=</bootstrapInfo><metadata>M </metadata> | duration 9 | height 720 | bitrate "
          "1500000\n"
          "dhstozab://http://h/d/m.f4m?a | 360p | flv | second http://h/2 | extra "
          "<bootstrapInfo> B=</bootstrapInfo><metadata></metadata> | duration 9 | height 360\n",
-         "raw contents, in order; no rate, nothing appended"},
-        {kUrl, "<manifest><drmX/><bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>", "", "protected"},
-        {kUrl, "x<manifest><bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>", "",
+         "raw contents, in order, the last of each height; no rate, nothing appended"},
+        {MediaKind::hds, kHds,
+         "<manifest><baseURL> ../b\n"
+         "</baseURL><duration>-9</duration><bootstrapInfo>B</bootstrapInfo><media "
+         "url='v' height='1'/>",
+         "dhstozab://http://h/d/m.f4m?a | 1p | flv | second http://h/b/v | extra "
+         "<bootstrapInfo>B</bootstrapInfo><metadata></metadata> | height 1\n",
+         "against its own base address; no time runs backwards"},
+        {MediaKind::hds, kHds, "<manifest><drmX/><bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>",
+         "", "protected"},
+        {MediaKind::hds, kHds, "<manifest><pv-2.0/><bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>",
+         "", "protected otherwise"},
+        {MediaKind::hds, kHds, "x<manifest><bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>", "",
          "begins with no tag"},
-        {kUrl, "<m><bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>", "", "no manifest element"},
-    };
-    expectEntries(MediaKind::hds, rows);
-}
+        {MediaKind::hds, kHds, "<m><bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>", "",
+         "no manifest element"},
 
-TEST(CaptureSites, OffersWholeFiles) {
-    const Row vimeo[] = {
-        {"http://h/",
+        {MediaKind::vimeoPlayer, kSite,
          "<title>A  B</title>\"progressive\":[{url:http://v/1,quality:720p,mime:video/mp4},"
-         "{url:http://v/2,quality:hd7p,mime:video/mp4}]",
-         "http://v/1 | A  B 720p | mp4 | height 720\nhttp://v/2 | A  B hd7p | mp4\n", "title and quality raw"},
-        {"http://h/", "\"progressive\":[{url:http://v/1,quality:p,mime:video/mp4}]", "http://v/1 | p | mp4\n",
-         "no title, no blank"},
-    };
-    expectEntries(MediaKind::vimeoPlayer, vimeo);
-    const Row facebook[] = {
-        {"http://h/", "videoData: hd_src:'http:\\/\\/f\\/h' sd_src:'http://f/s'",
+         "{url:http://v/2,quality:hd7p,mime:video/mp4},{url:http://v/3,quality:720q,mime:video/mp4}]",
+         "http://v/1 | A  B 720p | mp4 | height 720\nhttp://v/2 | A  B hd7p | mp4\n"
+         "http://v/3 | A  B 720q | mp4\n",
+         "title and quality raw; a height is digits and p"},
+        {MediaKind::vimeoPlayer, kSite, "\"progressive\":[{url:http://v/1,quality:p,mime:video/mp4}]",
+         "http://v/1 | p | mp4\n", "no title, no blank"},
+        {MediaKind::facebook, kSite, "videoData: hd_src:'http:\\/\\/f\\/h' sd_src:'http://f/s'",
          "http://f/h | Page HD | mp4\nhttp://f/s | Page | mp4\n", "the better one first"},
-        {"http://h/", "videoData: </html> hd_src:'http://f/h'", "", "nothing counts behind the page's end"},
-        {"http://h/", "videoData: sd_src:''", "", "an empty address is none"},
-    };
-    expectEntries(MediaKind::facebook, facebook, "Page");
-}
+        {MediaKind::facebook, kSite, "videoData: sd_src:''", "", "an empty address is none"},
 
-TEST(CaptureLinkText, EndsAnAddressWhereItsTextEnds) {
-    const Row rows[] = {
-        {"http://h/", "a https://h/x%20y.MP3?q=1.mp4. b",
+        {MediaKind::linkText, kSite, "a https://h/x%20y.MP3?q=1.mp4. b",
          "https://h/x%20y.MP3?q=1.mp4. | x y.MP3 | mp3 | audio\n",
          "a blank ends it, a final dot stays; extension and name come from the path"},
-        {"http://h/", "xHTTP://h/a[1](b{c)]d.flv)", "HTTP://h/a[1](b{c) | a[1](b{c) | \n",
+        {MediaKind::linkText, kSite, "xHTTP://h/a[1](b{c)]d.flv)", "HTTP://h/a[1](b{c) | a[1](b{c) | \n",
          "a bracket that was not opened ends it, each kind counted alone"},
-        {"http://h/", "http://\"ftp://a'mms://b<c", "ftp://a | Page | \nmms://b | Page | \n",
+        {MediaKind::linkText, kSite, "http://\"ftp://a'mms://b<c", "ftp://a | Page | \nmms://b | Page | \n",
          "quotes and angle brackets end; one character at least; named by the page"},
-        {"http://h/", "http://a/http://b/c", "http://a/http://b/c | c | \n",
+        {MediaKind::linkText, kSite, "http://a/http://b/c", "http://a/http://b/c | c | \n",
          "the search goes on behind an address"},
-        {"http://h/", "http://a/x\0http://b/y"sv, "http://a/x | x | \n", "text ends at a NUL"},
-        {"http://h/", "http://a/x\x7Fhttp://a/%00y http://a/utf-8%27%27z",
-         "http://a/x | x | \nhttp://a/%00y | Page | \n"
-         "http://a/utf-8%27%27z | z | \n",
+        {MediaKind::linkText, kSite, "http://a/x\0http://b/y"s, "http://a/x | x | \n", "text ends at a NUL"},
+        {MediaKind::linkText, kSite, "http://a/x\x7Fhttp://a/%00y http://a/utf-8%27%27z",
+         "http://a/x | x | \nhttp://a/%00y | Page | \nhttp://a/utf-8%27%27z | z | \n",
          "a control character ends it; a name ends at a NUL and loses its mark"},
-    };
-    expectEntries(MediaKind::linkText, rows, "Page");
-}
 
-TEST(CapturePage, OffersWhatTheMarkupPlays) {
-    const Row rows[] = {
-        {"http://h/d/p.html",
+        {MediaKind::page, "http://h/d/p.html",
          "<base href='/b/'><img src=x.mp4><video src='a.mp4?range=1-2'></video><source src=b.txt>"
          "<object data=c.Mp3></object>",
          "http://h/b/a.mp4? | a.mp4 | mp4\nhttp://h/b/c.Mp3 | c.Mp3 | mp3 | audio\n",
          "playable elements with a media extension, without range, against the base"},
-    };
-    expectEntries(MediaKind::page, rows);
-}
 
-TEST(CaptureFragmentManifest, FillsTheTemplate) {
-    constexpr std::string_view kUrl = "http://h/d/m.json";
-    const Row rows[] = {
-        {kUrl,
+        {MediaKind::fragmentManifest, kSite,
          R"({"template" : "v\/$fragment$/\u00e4$fragment$","fragments": 12.7,"height":720,"duration":9.9})",
-         "http://h/d/v/1/\u00e41 | 720p | mp4 | extra "
-         "<fragments>12</fragments><template>http://h/d/v/$fragment$/"
-         "\u00e4$fragment$</template> | duration 9 | height 720\n",
+         "http://h/d/v/1/\u00e41 | 720p | mp4 | extra <fragments>12</fragments><template>http://h/d/v/"
+         "$fragment$/\u00e4$fragment$</template> | duration 9 | height 720\n",
          "escapes undone, every placeholder filled in the link alone, fractions cut"},
-        {kUrl, R"(["fragments","fragments":3,"template":"/a%20$fragment$.x","height":"720"])",
+        {MediaKind::fragmentManifest, kSite,
+         R"(["fragments","fragments":3,"template":"/a%20$fragment$.x","height":"720"])",
          "http://h/a%201.x | a 1.x | mp4 | extra <fragments>3</fragments><template>http://h/a%20$fragment$.x"
          "</template>\n",
          "the first place with a colon; a quoted number is none; named by its file"},
-        {kUrl, R"({"fragments":0,"template":"$fragment$"})", "", "no fragments"},
-        {kUrl, R"({"fragments":1,"template":"fragment"})", "", "no placeholder"},
-        {kUrl, R"({"fragments":1,"template":"$fragment$)", "", "an open string is none"},
+        {MediaKind::fragmentManifest, kSite, R"({"fragments":0,"template":"$fragment$"})", "", "no fragments"},
+        {MediaKind::fragmentManifest, kSite, R"({"fragments":1,"template":"fragment"})", "", "no placeholder"},
+        {MediaKind::fragmentManifest, kSite, R"({"fragments":1,"template":"$fragment$)", "",
+         "an open string is none"},
+
+        {MediaKind::youtubeDash, kSite, "", "", "no record"},
+        {MediaKind::youtubeDash, kSite,
+         representation(247, "http://v/a", "x/5") + representation(248, "http://v/b", "sq/") +
+             representation(140, "http://s/b", ""),
+         "ytatozab://http://v/a | 720p HD MKV | MKV | second http://s/b\n"
+         "ytatozab://http://v/b | 1080p HD MKV | MKV | second http://s/b\n",
+         "a number without sq/ is no sequence, nor is sq/ without a number"},
+        {MediaKind::youtubeDash, kSite,
+         representation(247, "http://v/a/?q", "sq/007/x") +
+             representation(140, "http://s/lang/de/b?lang=fr", ""),
+         "yta5tozab://http://v/a/start_seq/007/?q,au=http://s/lang/de/b/start_seq/007?lang=fr,asl=de | "
+         "720p HD MKV | MKV\n",
+         "the sound takes the picture's number; digits as written; the path's language first"},
+        {MediaKind::youtubeDash, kSite,
+         representation(247, "http://v/start_seq/1/a", "nosq/1/sq/8") +
+             representation(140, "http://s/start_seq/?lang=fr", "sq/9"),
+         "yta5tozab://http://v/start_seq/8/a,au=http://s/start_seq/9?lang=fr,asl=fr | 720p HD MKV | MKV\n",
+         "an existing value is replaced; sq/ begins a segment"},
+        {MediaKind::youtubeDash, kSite,
+         representation(247, "http://v", "sq/1") + representation(140, "http://s/lang//b?lang=x", ""),
+         "yta5tozab://http://v/start_seq/1,au=http://s/lang//b/start_seq/1?lang=x,asl=x | 720p HD MKV | MKV\n",
+         "a language that is empty in the path"},
     };
-    expectEntries(MediaKind::fragmentManifest, rows);
+    for (const auto& row : rows)
+        EXPECT_EQ(captureWhole(row.kind, contextFor(row.url), row.body, "Page"), row.entries) << row.why;
+    zab::CaptureContext asIs = contextFor(kHls);
+    asIs.hlsAsIs = true;
+    EXPECT_EQ(captureWhole(MediaKind::hls, asIs, "#EXT-X-STREAM-INF:X=1\nv/a.m3u8\n"),
+              "hlstozab://v/a.m3u8 | a | ts\n")
+        << "nor are addresses changed where the data file says so";
 }
 
 /// An F4F box, and an FLV tag of three bytes in it.
@@ -180,6 +195,9 @@ TEST(CaptureHdsFragment, OffersStreamsThatCanBePlayed) {
             contextFor("http://h/d/v%201_Seg1-Frag22?q", static_cast<std::int64_t>(row.body.size()));
         EXPECT_EQ(captureWhole(MediaKind::hdsFragment, context, row.body), row.offered ? link : "") << row.why;
     }
+    EXPECT_EQ(captureWhole(MediaKind::hdsFragment, contextFor("http://h/_Seg1-Frag2"), rows[0].body, "Page"),
+              "dhs2tozab://http://h/_Seg%ld-Frag%ld | Page | flv\n")
+        << "named by its page";
 }
 
 std::string stream(int itag) {
@@ -188,211 +206,302 @@ std::string stream(int itag) {
 }
 
 TEST(CaptureYouTube, OffersTheCatalogue) {
-    const std::string body = "\"url_encoded_fmt_stream_map\":\"" + stream(22) + "," + stream(43) +
-                             "\",\"adaptive_fmts\":\"" + stream(137) + "," + stream(136) + "," + stream(140) +
-                             "\"";
     const std::string link = "http://g.example/videoplayback?id=1&itag=";
+    const std::string whole = " | 720p HD MP4 | mp4\n", picture = " | 1080p HD MP4 | mp4 | second " + link;
+    const struct {
+        std::string progressive, adaptive, entries;
+        const char* why;
+    } rows[] = {
+        {stream(22) + "," + stream(43), stream(137) + "," + stream(136) + "," + stream(140),
+         "yta3tozab://" + link + "22" + whole + "yta3tozab://" + link + "43 | 360p WEBM | webm\nyta3tozab://" +
+             link + "137" + picture + "140\n",
+         "136 shows what 22 shows, 140 is sound"},
+        {stream(22), stream(137), "yta3tozab://" + link + "22" + whole,
+         "without sound to go with it a picture is nothing"},
+        {stream(5), stream(140), "yta3tozab://" + link + "5 | 240p FLV | flv\n", "a whole film has its sound"},
+    };
     zab::CaptureContext context = contextFor("http://www.youtube.com/watch?v=1");
-    context.youtubePairing = 2;
-    EXPECT_EQ(captureWhole(MediaKind::youtubeWatchPage, context, body),
-              "yta3tozab://" + link + "22 | 720p HD MP4 | mp4\nyta3tozab://" + link +
-                  "43 | 360p WEBM | webm\n" + "yta3tozab://" + link + "137 | 1080p HD MP4 | mp4 | second " +
-                  link + "140\n")
-        << "136 shows what 22 shows, 140 is sound";
-    EXPECT_EQ(captureWhole(MediaKind::youtubeWatchPage, context,
-                           "\"url_encoded_fmt_stream_map\":\"" + stream(22) + "\",\"adaptive_fmts\":\"" +
-                               stream(137) + "\""),
-              "yta3tozab://" + link + "22 | 720p HD MP4 | mp4\n")
-        << "without sound to go with it a picture is nothing";
+    for (context.youtubePairing = 2; context.youtubePairing < 4; ++context.youtubePairing)
+        for (const auto& row : rows)
+            EXPECT_EQ(captureWhole(MediaKind::youtubeWatchPage, context,
+                                   "\"url_encoded_fmt_stream_map\":\"" + row.progressive +
+                                       "\",\"adaptive_fmts\":\"" + row.adaptive + "\""),
+                      row.entries)
+                << row.why;
 }
 
-TEST(CaptureYouTube, OffersAStreamThatNoCatalogueKnows) {
-    const auto itself = [](std::string_view url, bool withCatalogue) {
+TEST(CaptureItself, OffersAMediaFileOrAStreamThatNoCatalogueKnows) {
+    constexpr const char* kPart = "http://g.googlevideo.com/videoplayback?id=1&itag=22&range=1-2";
+    constexpr const char* kOffered =
+        "ytatozab://http://g.googlevideo.com/videoplayback?id=1&itag=22 | 720p HD MP4 | mp4\n";
+    const auto browser = zab::Outcome::browser;
+    const struct {
+        const char* url;
+        const char* fileName;
+        const char* type;
+        const char* extension;
+        bool offer;
+        const char* entries;
+        const char* why;
+        const char* catalogue = nullptr;  // a stream that the page's holds
+        bool marks = false;               // as one that the browser plays
+        std::uint32_t loadFlags = 0;
+        zab::Outcome outcome = zab::Outcome::browser;
+        std::uint32_t status = 200;
+    } rows[] = {
+        {"http://h/a%C3%A4.MP3?range=1&x#f", "", "", "MP3", true,
+         "http://h/a%C3%A4.MP3?x#f | a\u00e4.MP3 | mp3 | audio | size 7\n", "by its address, without range"},
+        {"http://h/a.FLV", "utf-8''n.mp4", "video/mp4", "mp4", true, "http://h/a.FLV | n.mp4 | flv | size 7\n",
+         "a name that its server gave, without its mark"},
+        {"http://h/a", "", "VIDEO/X-FLV", "", true, "http://h/a | a | flv | size 7\n", "by its type"},
+        {"http://h/a.x", "", "", "MP3", true, "http://h/a.x | a.x | mp3 | audio | size 7\n",
+         "audio by the extension of the response"},
+        {"http://h/a.mp3", "", "", "mp3", false, "", "neither a file nor a part"},
+        {"http://h/a.mp3", "", "", "mp3", true, "", "its body is read", nullptr, false, 0,
+         zab::Outcome::listen},
+        {"http://h/a.mp3", "", "", "mp3", true, "", "an error", nullptr, false, 0, browser, 404},
+        {kPart, "", "", "", false, kOffered, "a part of an unknown stream"},
+        {kPart, "", "", "", false, "", "a page of its own", nullptr, false, 0x80000},
+        {kPart, "", "", "", false, "", "known by its address", kPart, true},
+        {kPart, "", "", "", false, "", "known by its stream",
+         "http://g.googlevideo.com/videoplayback?id=1&itag=22&range=8-9", true},
+        {kPart, "", "", "", false, "", "a video that is known",
+         "http://g.googlevideo.com/videoplayback?id=1&itag=18"},
+        {kPart, "", "", "", false, kOffered, "another video is",
+         "http://g.googlevideo.com/videoplayback?id=2&itag=22"},
+        {"http://g.googlevideo.com/videoplayback?id=2&itag=137", "", "", "", false, "",
+         "picture without sound"},
+    };
+    for (const auto& row : rows) {
         zab::LocalPage page;
-        if (withCatalogue) {
-            auto catalogue = std::make_unique<zab::CYoutubeParser>();
-            catalogue->addEntry(u"http://g.googlevideo.com/videoplayback?id=1&itag=18", 18, false);
-            page.change([&](zab::OfferedMedia& media) { media.addCatalogue(std::move(catalogue)); });
+        if (row.catalogue != nullptr) {
+            page.change([&](zab::OfferedMedia& media) {
+                media.addCatalogue(std::make_unique<zab::CYoutubeParser>());
+                auto catalogue = std::make_unique<zab::CYoutubeParser>();
+                catalogue->addEntry(zab::utf16FromUtf8(row.catalogue), 0, false);
+                media.addCatalogue(std::move(catalogue));
+            });
         }
-        const auto context = contextFor(url);
-        zab::CaptureRun run(context, page);
-        zab::offerPlayback(run);
-        return shown(run.takeEntries());
-    };
-    constexpr std::string_view kUrl = "http://g.googlevideo.com/videoplayback?id=1&itag=22&range=1-2";
-    EXPECT_EQ(itself(kUrl, false),
-              "ytatozab://http://g.googlevideo.com/videoplayback?id=1&itag=22 | 720p HD MP4 | mp4\n");
-    EXPECT_EQ(itself(kUrl, true), "") << "the video is known";
-    EXPECT_EQ(itself("http://g.googlevideo.com/videoplayback?id=2&itag=137", false), "")
-        << "picture without sound";
-}
-
-std::string representation(int id, std::string_view base, std::string_view media) {
-    return "<Representation id=\"" + std::to_string(id) + "\"><BaseURL>" + std::string(base) +
-           "</BaseURL><SegmentList><SegmentURL media=\"" + std::string(media) +
-           "\"/></SegmentList></Representation>";
-}
-
-TEST(CaptureYouTubeDash, PairsAndNumbersStreams) {
-    const Row rows[] = {
-        {"http://m/", "", "", "no record"},
-    };
-    expectEntries(MediaKind::youtubeDash, rows);
-    const auto entries = [](std::string_view video, std::string_view videoMedia, std::string_view audio,
-                            std::string_view audioMedia) {
-        return captureWhole(MediaKind::youtubeDash, contextFor("http://m/"),
-                            representation(247, video, videoMedia) + representation(140, audio, audioMedia));
-    };
-    EXPECT_EQ(entries("http://v/a", "x/5", "http://s/b", ""),
-              "ytatozab://http://v/a | 720p HD MKV | MKV | second http://s/b\n")
-        << "a number without sq/ is no sequence";
-    EXPECT_EQ(entries("http://v/a/?q", "sq/007/x", "http://s/lang/de/b?lang=fr", ""),
-              "yta5tozab://http://v/a/start_seq/007/?q,au=http://s/lang/de/b/start_seq/007?lang=fr,asl=de | "
-              "720p HD MKV | MKV\n")
-        << "the sound takes the picture's number; digits as written; the path's language first";
-    EXPECT_EQ(entries("http://v/start_seq/1/a", "nosq/1/sq/8", "http://s/start_seq/?lang=fr", "sq/9"),
-              "yta5tozab://http://v/start_seq/8/a,au=http://s/start_seq/9?lang=fr,asl=fr | 720p HD MKV | MKV\n")
-        << "an existing value is replaced; sq/ begins a segment";
-}
-
-TEST(CaptureItself, OffersAMediaFile) {
-    const auto itself = [](std::string_view url, std::string_view fileName, std::string_view type,
-                           std::string_view extension) {
-        zab::LocalPage page;
-        zab::CaptureContext context = contextFor(url, 7);
-        context.fileName = fileName;
-        context.contentType = type;
-        context.extension = extension;
-        zab::CaptureRun run(context, page);
-        zab::offerOwnEntry(run);
-        return shown(run.takeEntries());
-    };
-    EXPECT_EQ(itself("http://h/a%C3%A4.MP3?range=1&x#f", "", "", "MP3"),
-              "http://h/a%C3%A4.MP3?x#f | a\u00e4.MP3 | mp3 | audio | size 7\n");
-    EXPECT_EQ(itself("http://h/a.FLV", "utf-8''n.mp4", "video/mp4", "mp4"),
-              "http://h/a.FLV | n.mp4 | flv | size 7\n");
-    EXPECT_EQ(itself("http://h/a.x", "", "", "MP3"), "http://h/a.x | a.x | mp3 | audio | size 7\n")
-        << "audio by the extension of the response";
+        zab::CaptureContext context = contextFor(row.url, 7);
+        context.fileName = row.fileName;
+        context.contentType = row.type;
+        context.extension = row.extension;
+        zab::Decision decision;
+        decision.outcome = row.outcome;
+        decision.status = row.status;
+        decision.offer = row.offer;
+        EXPECT_EQ(shown(captureResponse(decision, row.loadFlags, context, page)), row.entries) << row.why;
+        const bool marked = row.catalogue != nullptr && page.media().catalogues()[1]->entries()[0].used != 0;
+        EXPECT_EQ(marked, row.marks) << row.why;
+    }
 }
 
 class Library final : public zab::CompanionLibraries {
   public:
     std::optional<zab::DashStreams> dashStreams(std::string_view, std::string_view) override { return streams; }
     zab::SniffedContent sniff(std::string_view) override { return sniffed; }
-    zab::DashStreams streams;
+    std::optional<zab::DashStreams> streams{std::in_place};
     zab::SniffedContent sniffed{zab::SniffedContent::Verdict::recognised, "M4A", 0, 5, 1, 2, 3};
 };
 
 TEST(CaptureWithCompanions, DescribesWhatTheyTell) {
     Library library;
-    zab::CaptureContext context = contextFor("http://h/m.mpd");
+    zab::CaptureContext context = contextFor("http://h/m.mpd?range=1");
     context.companions = &library;
-    library.streams.audio = {{"a", 900, 1024, 0}};
-    EXPECT_EQ(captureWhole(MediaKind::dash, context, "<MPD></MPD>"),
-              "mpdatozab://http://h/m.mpd&selected_id=a | bitrate 1kbps | mp4 | audio | bitrate 1024\n");
-    library.streams.video = {{"v", 720, 0, 5}, {"w", 719, 2047, 0}};
+    const auto dash = [&](std::string_view body) { return captureWhole(MediaKind::dash, context, body); };
+    library.streams->audio = {{"a", 900, 1024, 0}};
     EXPECT_EQ(
-        captureWhole(MediaKind::dash, context, "<mpd>"),
-        "mpdtozab://http://h/m.mpd&selected_id=v | 5 720p HD | mp4 | size 5 | height 720\n"
-        "mpdtozab://http://h/m.mpd&selected_id=w | 719p bitrate 1kbps | mp4 | height 719 | bitrate 2047\n");
-    EXPECT_EQ(captureWhole(MediaKind::sniff, context, "x"),
-              "http://h/m.mpd | m.mpd | m4a | audio | duration 5 | width 1 | height 2 | bitrate 3\n");
+        dash("<MPD></MPD>"),
+        "mpdatozab://http://h/m.mpd?range=1&selected_id=a | bitrate 1kbps | mp4 | audio | bitrate 1024\n");
+    library.streams->video = {{"v", 720, 0, 5}, {"w", 719, 2047, 0}, {"x", 0, 0, 0}};
+    const std::string link = "mpdtozab://http://h/m.mpd?range=1&selected_id=";
+    const std::string films = link + "v | 5 720p HD | mp4 | size 5 | height 720\n" + link +
+                              "w | 719p bitrate 1kbps | mp4 | height 719 | bitrate 2047\n" + link +
+                              "x |  | mp4\n";
+    EXPECT_EQ(dash(std::string(996, ' ') + "<mpd>"), films);
+    EXPECT_EQ(dash(std::string(997, ' ') + "<MPD>"), "") << "a manifest begins within its first 1,000 bytes";
+    library.streams.reset();
+    EXPECT_EQ(dash("<MPD>"), "");
 
-    library.sniffed.extension = "MOV";
-    context.contentLength = 1;
-    EXPECT_EQ(captureWhole(MediaKind::sniff, context, "x"),
-              "http://h/m.mpd | m.mpd | mov | size 1 | duration 5 | width 1 | height 2 | bitrate 3\n")
-        << "what neither the library nor the file itself tells: the response's length, the library's height";
-    library.sniffed.size = 7;
-    EXPECT_NE(captureWhole(MediaKind::sniff, context, "x").find("size 7"), std::string::npos);
-    context.contentLength = 0;
-
-    library.sniffed.extension = "XML";
-    constexpr std::string_view kHds = "<manifest xmlns='http://ns.adobe.com/f4m/1.0'>";
-    const std::string media = "<bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>";
-    const auto sniffed = [&](std::string_view url, const std::string& body) {
+    const auto sniffed = [&](const char* url, std::string_view body) {
         context.url = url;
         return captureWhole(MediaKind::sniff, context, body);
     };
-    EXPECT_TRUE(
-        sniffed("http://h/m", std::string(kHds) + media).starts_with("dhstozab://http://h/m | 1p | flv"));
-    const std::string late = std::string(87 - kHds.size() + 8, ' ') + std::string(kHds) + media;
-    EXPECT_EQ(sniffed("http://h/m", late), "") << "its namespace ends behind the first 87 bytes";
-    const std::string dash = representation(247, "http://v/a", "") + representation(140, "http://s/b", "");
-    EXPECT_EQ(sniffed("http://manifest.googlevideo.com/api/manifest/x", dash),
+    EXPECT_EQ(sniffed("http://h/a?range=1", "x"),
+              "http://h/a? | a | m4a | audio | duration 5 | width 1 | height 2 | bitrate 3\n");
+    const std::string film =
+        box("moov", box("mvhd", "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\2\0\0\0\x0E"s) +
+                        box("trak", box("tkhd", std::string(77, '\0') + "\1\0\0\2\xD0\0\0"s) +
+                                        box("mdia", std::string(40, '\0'))));
+    context.contentLength = 1;
+    for (const char* type : {"MOV", "mp4", "m4a"}) {
+        library.sniffed.extension = type;
+        const std::string named = "http://h/a | a | " + zab::lowered(type);
+        const bool isMp4 = type != "m4a"sv;
+        const char* kind = isMp4 ? "" : " | audio";
+        const std::string sizes = " | size 1 | duration 5 | width 1 | height 2 | bitrate 3\n";
+        EXPECT_EQ(sniffed("http://h/a", "x"), named + kind + sizes)
+            << "what neither the library nor the file tells: the response's length, the library's height";
+        context.contentLength = static_cast<std::int64_t>(film.size());
+        library.sniffed.size = 8;
+        EXPECT_EQ(sniffed("http://h/a", film),
+                  named + kind + " | size 8" +
+                      (isMp4 ? " | duration 7 | width 1 | height 720 | bitrate 3\n" : sizes.substr(9)));
+        context.contentLength = 1;
+        library.sniffed.size = 0;
+    }
+    context.contentLength = 0;
+
+    library.sniffed.extension = "XML";
+    constexpr std::string_view kHdsRoot = "<manifest xmlns='http://ns.adobe.com/f4m/1.0'>";
+    const std::string media = "<bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>";
+    constexpr std::size_t kNamespaceEnd = kHdsRoot.find("1.0");
+    const std::string pad(87 - kNamespaceEnd, ' ');
+    EXPECT_NE(sniffed("http://h/m", pad + std::string(kHdsRoot) + media), "");
+    EXPECT_EQ(sniffed("http://h/m", pad + " " + std::string(kHdsRoot) + media), "")
+        << "its namespace ends behind the first 87 bytes";
+
+    const std::string dashBody = representation(247, "http://v/a", "") + representation(140, "http://s/b", "");
+    EXPECT_EQ(sniffed("http://manifest.googlevideo.com/api/manifest/x", dashBody),
               "ytatozab://http://v/a | 720p HD MKV | MKV | second http://s/b\n");
-    EXPECT_EQ(sniffed("http://h/m", dash), "") << "XML of another kind is no entry";
+    EXPECT_EQ(sniffed("http://h/m", dashBody), "") << "XML of another kind is no entry";
+    library.sniffed.verdict = zab::SniffedContent::Verdict::needsMore;
+    EXPECT_EQ(sniffed("http://h/m", pad + std::string(kHdsRoot) + media), "") << "nothing was recognised";
 }
 
-TEST(OfferedMedia, HoldsEachStreamOnceAndAHundred) {
-    zab::OfferedMedia page;
+zab::MediaEntry entryAt(std::string link) {
     zab::MediaEntry entry;
-    entry.link = "hlstozab://";
-    page.offer(entry);
-    EXPECT_TRUE(page.entries().empty()) << "no address behind the scheme";
-    for (int i = 0; i < 102; ++i) {
-        entry.link = "http://h/" + std::to_string(i % 101);
-        entry.size = i == 101 ? 5 : 0;
-        page.offer(entry);
+    entry.link = std::move(link);
+    return entry;
+}
+
+TEST(CaptureRun, TakesABoundedNumberOfOffers) {
+    zab::LocalPage page;
+    const auto context = contextFor(kSite);
+    zab::CaptureRun run(context, page);
+    for (std::size_t i = 0; i < zab::CaptureRun::kMostOffers; ++i) EXPECT_TRUE(run.offer(entryAt("http://h/")));
+    EXPECT_FALSE(run.offer(entryAt("http://h/")));
+}
+
+/// What a page's entries weigh, and which streams they are.
+std::size_t weightOf(const zab::MediaEntry& entry) {
+    std::size_t bytes = 0;
+    for (const auto* text : {&entry.link, &entry.secondUrl, &entry.extra, &entry.description, &entry.extension,
+                             &entry.page.url, &entry.page.title, &entry.page.referrer, &entry.page.cookies,
+                             &entry.page.userAgent, &entry.page.namedBy})
+        bytes += text->size();
+    return bytes;
+}
+
+// Whatever came and went: the entry that fills the page to its last byte is held, and one byte more is not.
+TEST(OfferedMedia, HoldsEachStreamOnceAndIsFullWhenItIs) {
+    using Media = zab::OfferedMedia;
+    zabtest::Random random(20261125);
+    int probed = 0;
+    for (int round = 0; round < 12; ++round) {
+        Media media;
+        const auto address = [](std::size_t i) { return "http://h/" + std::to_string(i); };
+        for (int i = 0; i < 100 * (round % 4 + 1); ++i) {
+            const std::string one = address(random() % 40);
+            auto entry = entryAt(random() % 2 == 0 ? one : "hlstozab://" + one);
+            entry.isBarePlaylist = entry.link.size() != one.size() && random() % 2 == 0;
+            if (entry.isBarePlaylist && media.learnFromPlaylist(one, 1, "mp4")) continue;
+            for (auto* part : {&entry.description, &entry.extension, &entry.page.url, &entry.page.title,
+                               &entry.page.referrer, &entry.page.cookies, &entry.page.userAgent,
+                               &entry.page.namedBy, &entry.secondUrl, &entry.extra})
+                part->assign(random() % 2 == 0 ? 1 + random() % 3 : 0, 'x');
+            if (entry.isBarePlaylist) entry.secondUrl = entry.extra = "";
+            switch (random() % 64) {
+                case 0: EXPECT_LE(media.takeEntries().size(), Media::kMostEntries); break;
+                case 1: media.dropBarePlaylist(one); break;
+                default: media.offer(std::move(entry));
+            }
+        }
+        EXPECT_LE(media.entries().size(), Media::kMostEntries);
+        for (std::size_t i = 0; i < 40; ++i) media.dropBarePlaylist(address(i));
+        std::set<std::string> streams;
+        std::size_t weight = 0;
+        for (const auto& entry : media.entries()) {
+            streams.insert(entry.link + ' ' + entry.secondUrl + ' ' + entry.extra);
+            weight += weightOf(entry);
+        }
+        EXPECT_EQ(streams.size(), media.entries().size());
+        if (streams.size() == Media::kMostEntries) continue;
+        ++probed;
+        for (const std::size_t tooMuch : {std::size_t{1}, std::size_t{0}}) {
+            auto last = entryAt("http://last/");
+            last.page.url.assign(Media::kMostEntryBytes - weight - last.link.size() + tooMuch, 'u');
+            media.offer(std::move(last));
+            EXPECT_EQ(media.entries().size(), streams.size() + 1 - tooMuch);
+        }
     }
-    EXPECT_EQ(page.entries().size(), 100u) << "a full page drops the new one";
-    EXPECT_EQ(page.entries().front().size, 5u) << "and still learns about those that it holds";
-    entry.size = 6;
-    page.offer(entry);
-    EXPECT_EQ(page.entries().front().size, 5u) << "what is known stays";
+    EXPECT_GT(probed, 5);
+}
+
+TEST(OfferedMedia, LearnsAboutWhatItHoldsAlsoWhenItIsFull) {
+    zab::OfferedMedia page;
+    page.offer(entryAt("hlstozab://"));
+    EXPECT_TRUE(page.entries().empty()) << "no address behind the scheme";
+    for (std::size_t i = 0; i <= zab::OfferedMedia::kMostEntries; ++i)
+        page.offer(entryAt("http://h/" + std::to_string(i)));
+    EXPECT_EQ(page.entries().size(), zab::OfferedMedia::kMostEntries) << "a full page drops the new one";
+    for (const std::uint32_t told : {5u, 6u}) {
+        auto entry = entryAt("http://h/0");
+        entry.size = entry.duration = entry.width = entry.height = told;
+        page.offer(std::move(entry));
+        EXPECT_EQ(shown(page.entries().front()),
+                  "http://h/0 |  |  | size 5 | duration 5 | width 5 | height 5\n")
+            << "what is known stays";
+    }
 
     zab::OfferedMedia large;
-    entry.page.url.assign(1 << 20, 'u');
-    for (int i = 0; i < 50; ++i) {
-        entry.link = "http://h/" + std::to_string(i);
-        large.offer(entry);
-    }
-    EXPECT_EQ(large.entries().size(), 15u) << "16 MiB of texts hold no 16 addresses of 1 MiB with their links";
-    zab::MediaEntry bare = entry;
+    auto bare = entryAt("hlstozab://http://h/v");
     bare.isBarePlaylist = true;
-    bare.page.url.clear();
-    bare.link = "hlstozab://http://h/v";
     large.offer(bare);
-    large.learnFromPlaylist("http://h/v", 1, "mp4");
-    entry.link = "hls2tozab://http://h/v";
-    large.offer(entry);
-    EXPECT_TRUE(large.entries().back().isBarePlaylist)
-        << "a film that takes the place of its playlist has no more room";
-    entry.link = "http://h/more";
-    large.offer(entry);
-    EXPECT_EQ(large.entries().size(), 16u) << "nor has what comes then";
-    (void)large.takeEntries();
-    large.offer(entry);
-    EXPECT_EQ(large.entries().size(), 1u) << "and room again for others";
+    auto film = entryAt("hls2tozab://http://h/v");
+    film.page.url.assign(zab::OfferedMedia::kMostEntryBytes - film.link.size() + 1, 'u');
+    large.offer(film);
+    EXPECT_TRUE(large.entries().front().isBarePlaylist) << "a film that would be too much for the page";
+    film.page.url.pop_back();
+    large.offer(film);
+    EXPECT_FALSE(large.entries().front().isBarePlaylist);
+    EXPECT_EQ(large.entries().size(), 1u);
 }
 
-TEST(OfferedMedia, ForgetsWhatItLearntFirst) {
-    using Page = zab::OfferedMedia;
-    Page page;
-    for (std::size_t i = 0; i <= Page::kMostCatalogues; ++i) {
+TEST(OfferedMedia, ForgetsTheOldestCatalogue) {
+    zab::OfferedMedia page;
+    for (std::size_t i = 0; i <= zab::OfferedMedia::kMostCatalogues; ++i) {
         EXPECT_EQ(page.catalogues().size(), i);
         page.addCatalogue(std::make_unique<zab::CYoutubeParser>(i == 1 ? u"second" : u""));
     }
-    EXPECT_EQ(page.catalogues().size(), Page::kMostCatalogues);
+    EXPECT_EQ(page.catalogues().size(), zab::OfferedMedia::kMostCatalogues);
     EXPECT_TRUE(page.catalogues().front()->pageUrl() == u"second");
+}
 
-    zab::MediaEntry entry;
-    entry.link = "http://h/same";
-    for (const bool told : {false, true}) {
-        if (told) entry.size = entry.duration = entry.width = entry.height = 3;
-        page.offer(entry);
-    }
-    EXPECT_TRUE(shown(page.entries()).ends_with("size 3 | duration 3 | width 3 | height 3\n"));
-    for (std::string zab::MediaEntry::*part : {&zab::MediaEntry::secondUrl, &zab::MediaEntry::extra}) {
-        entry.*part = "x";
-        page.offer(entry);
-    }
-    EXPECT_EQ(page.entries().size(), 3u) << "another stream of the same address";
+TEST(MediaPages, HoldTheNewestPagesAndForgetByEitherName) {
+    zab::MediaPages pages;
+    auto* const object = reinterpret_cast<nsISupports*>(&pages);
+    const auto open = [&](std::uint64_t id) -> zab::OfferedMedia& {
+        zab::OpenPage page;
+        page.document = {id == 3 ? object : nullptr, id};
+        return pages.open(page).media;
+    };
+    for (std::uint64_t id = 1; id <= zab::MediaPages::kMostPages; ++id) open(id).offer(entryAt("http://h/"));
+    EXPECT_FALSE(open(1).entries().empty()) << "the same record";
+    open(1'000'000);
+    EXPECT_EQ(pages.find(1), nullptr);
+    EXPECT_EQ(pages.count(), zab::MediaPages::kMostPages);
+    pages.forget({object, 0});
+    pages.forget({nullptr, 2});
+    pages.forget({nullptr, 0});
+    EXPECT_EQ(pages.find(2), nullptr);
+    EXPECT_EQ(pages.find(3), nullptr);
+    EXPECT_EQ(pages.count(), zab::MediaPages::kMostPages - 2);
 }
 
 TEST(BodyCollector, TakesABodyAsFarAsItCounts) {
     const std::string link = "http://a/x", playlist = "#EXT-X-VERSION:1\n#EXTINF:1\na\n",
-                      long2Mb(2'000'000, '\n');
+                      long2Mb(2'000'000, '\n'), video = "<video src=a.mp4>";
     const struct {
         MediaKind kind;
         std::int64_t length;
@@ -404,20 +513,34 @@ TEST(BodyCollector, TakesABodyAsFarAsItCounts) {
         {MediaKind::linkText, 11, link, false, "a known length that is not reached"},
         {MediaKind::linkText, 0, link + std::string(2037, ' '), true, "a list of 2,047 bytes"},
         {MediaKind::linkText, 0, link + std::string(2038, ' '), false, "and one byte too many"},
-        {MediaKind::linkText, zab::BodyCollector::kMostKnownBytes + 1, link, false, "claims too much"},
         {MediaKind::facebook, 0, "videoData:hd_src:'http://f/h'" + long2Mb, true,
          "a page that is cut still counts"},
         {MediaKind::hls, 99, playlist, true, "a playlist counts although it ended early"},
         {MediaKind::hls, 0, playlist + long2Mb, false, "cut without its end"},
         {MediaKind::hls, 0, playlist + "#EXT-X-ENDLIST" + long2Mb, true, "cut behind its end"},
-        {MediaKind::page, 5, "<video src=a.mp4>", true, "a page is read whatever its length"},
-        {MediaKind::page, 0, std::string(20'480 - 17, ' ') + "<video src=a.mp4>", true,
-         "its first 20,480 bytes"},
-        {MediaKind::page, 0, std::string(20'480 - 16, ' ') + "<video src=a.mp4>", false, "and no more"},
+        {MediaKind::page, 5, video, true, "a page is read whatever its length"},
+        {MediaKind::page, 0, std::string(20'480 - 17, ' ') + video, true, "its first 20,480 bytes"},
+        {MediaKind::page, 0, std::string(20'480 - 16, ' ') + video, false, "and no more"},
     };
     for (const auto& row : rows)
         EXPECT_EQ(!captureWhole(row.kind, contextFor("http://h/p", row.length), row.body).empty(), row.offers)
             << row.why;
+    for (std::size_t i = 1; i < zab::kMediaKindCount; ++i) {
+        const auto kind = static_cast<MediaKind>(i);
+        const bool isKept = kind != MediaKind::hdsFragment;
+        for (const std::int64_t more : {0, 1})
+            EXPECT_EQ(zab::BodyCollector(kind, zab::BodyCollector::kMostKnownBytes + more).wantsMore(),
+                      more == 0 || !isKept || kind == MediaKind::page)
+                << zab::mediaKindName(kind) << ": a body that claims too much is not read";
+        const std::uint32_t cap = zab::mediaKindCapBytes(kind);
+        if (cap == 0) continue;
+        zab::BodyCollector body(kind, 0);
+        EXPECT_EQ(body.add(std::string(cap, ' ')).size(), cap);
+        EXPECT_TRUE(body.wantsMore()) << zab::mediaKindName(kind) << ": up to its cap";
+        EXPECT_EQ(body.add("x"), "") << zab::mediaKindName(kind) << ": and no further";
+        EXPECT_FALSE(body.wantsMore());
+    }
+    EXPECT_FALSE(zab::BodyCollector().whole());
 }
 
 // Chunks are how a network felt, and nothing of them may show: not where something ends in the middle of one.

@@ -1,6 +1,7 @@
 // What a page knows of its streams: sequences of responses, and the menu that they leave.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,9 @@ class Site {
   public:
     Site& hls(std::string_view url, std::string_view body) { return gets(url, body, zab::offerHls); }
     Site& dash(std::string_view url, std::string_view body) { return gets(url, body, zab::offerDash); }
+    Site& fragment(std::string_view url) {
+        return gets(url, {}, [](std::string_view, zab::CaptureRun& run) { zab::offerHdsFragment(run); });
+    }
     /// A response that is media by itself.
     Site& file(std::string_view url) {
         return gets(url, {}, [](std::string_view, zab::CaptureRun& run) { zab::offerOwnEntry(run); });
@@ -84,6 +88,25 @@ TEST(Streams, AreOfferedAsAUserWouldListThem) {
                  .hls("http://h/live.m3u8", "#EXT-X-VERSION:3\n#EXTINF:9\n2.ts\n");
          },
          "hlstozab://http://h/live.m3u8 | live | ts\n", "a live playlist comes again and again"},
+        {[](Site& site) {
+             site.hls("http://h/m",
+                      "#EXT-X-MEDIA:TYPE=VIDEO,GROUP-ID=\"v\",NAME=\"Left\",URI=\"l.m3u8\"\n"
+                      "#EXT-X-STREAM-INF:VIDEO=\"v\"\nv.m3u8\n")
+                 .hls("http://h/l.m3u8", kFmp4);
+         },
+         "hlstozab://http://h/v.m3u8 | v | ts\nhlstozab://http://h/l.m3u8 | l | mp4 | duration 9\n",
+         "another view is a film of its own"},
+        {[](Site& site) {
+             site.hls("http://h/m", kMaster).hls("http://h/m", kFmp4).hls("http://h/m", kMaster);
+         },
+         film(kTs) + std::string(kSound) + "hlstozab://http://h/m | m | mp4 | duration 9\n",
+         "one address for a master playlist and for a film"},
+        {[](Site& site) {
+             site.fragment("http://h/aSeg1-Frag1?1").fragment("http://h/aSeg1-Frag2?2");
+             site.fragment("http://h/bSeg1-Frag1").fragment("http://h/aSeg2-Frag1?3");
+         },
+         "dhs2tozab://http://h/aSeg%ld-Frag%ld?1 | a | flv\ndhs2tozab://http://h/bSeg%ld-Frag%ld | b | flv\n",
+         "a stream, not each fragment of it"},
     };
     for (const auto& row : rows) {
         Site site;
@@ -149,13 +172,68 @@ TEST(Streams, TakeThePlaceOfFilesOnAFullPage) {
 
 TEST(Streams, ForgetWhatTheyLearntFirst) {
     zab::PageStreams streams;
-    const auto place = [](std::size_t i) { return "http://h/" + std::to_string(i) + "/s.ts"; };
-    for (std::size_t i = 0; i < zab::PageStreams::kMostPlaces; ++i) streams.addPlace(place(i));
-    streams.addPlace(place(1));
-    EXPECT_TRUE(streams.isPart(place(0))) << "exactly as many as are kept, each once";
-    streams.addPlace("http://h/new/s.ts");
-    EXPECT_FALSE(streams.isPart(place(0)));
-    EXPECT_TRUE(streams.isPart(place(1)));
+    const auto url = [](std::size_t i) { return "http://h/" + std::to_string(i) + "/s.ts"; };
+    const struct {
+        std::function<void(const std::string&)> add;
+        std::function<bool(const std::string&)> holds;
+        std::size_t most;
+    } rows[] = {
+        {[&](auto& place) { streams.addPlace(place); }, [&](auto& place) { return streams.isPart(place); },
+         zab::PageStreams::kMostPlaces},
+        {[&](auto& list) { streams.addRendition(list); }, [&](auto& list) { return streams.isRendition(list); },
+         zab::PageStreams::kMostRenditions},
+        {[&](auto& base) { streams.addFragmentsOf(base); },
+         [&](auto& base) { return streams.knowsFragmentsOf(base); }, zab::PageStreams::kMostFragmentStreams},
+    };
+    for (const auto& row : rows) {
+        for (std::size_t added = 0; added < 3 * row.most; ++added) {
+            row.add(url(added));
+            row.add(url(added));
+            const std::size_t oldest = added < row.most ? 0 : added + 1 - row.most;
+            ASSERT_TRUE(row.holds(url(oldest))) << added;
+            ASSERT_TRUE(oldest == 0 || !row.holds(url(oldest - 1))) << added;
+        }
+    }
+}
+
+// Of more than a page remembers, what a body names first counts.
+TEST(Streams, RememberTheFirstPlacesOfABody) {
+    const auto folder = [](std::size_t i) { return std::to_string(i) + "/"; };
+    std::string master, segments = "#EXT-X-VERSION:3\n", ids, patterns, bases;
+    for (std::size_t i = 0; i < 300; ++i) {
+        const std::string name = folder(i);
+        master += "#EXT-X-MEDIA:TYPE=AUDIO,NAME=\"same\",URI=\"" + name + "a.m3u8\"\n";
+        for (int twice = 0; twice < 2; ++twice) segments += "#EXTINF:9\n" + name + "s.ts\n";
+        ids += "<Representation id='" + std::to_string(i) + "'/><Representation id='0'/>";
+        patterns += "<SegmentTemplate media='" + name + "$Time$.mp4'/>";
+        bases += "<BaseURL>" + name + "</BaseURL>";
+    }
+    const std::string byId = "<SegmentTemplate media='$RepresentationID$/$RepresentationID$-$Time$.mp4'/>";
+    const struct {
+        std::string playlist, manifest;
+        std::size_t known;
+        const char* why;
+    } rows[] = {{segments, "", zab::PageStreams::kMostPlaces, "segments"},
+                {"", "<MPD>" + ids + byId, 64, "representations"},
+                {"", "<MPD>" + patterns, 64, "templates"},
+                {"", "<MPD>" + bases, 8, "base addresses, each alone and below the outermost"}};
+    for (const auto& row : rows) {
+        Site site;
+        if (!row.playlist.empty()) site.hls("http://h/l.m3u8", row.playlist);
+        if (!row.manifest.empty()) site.dash("http://h/m.mpd", row.manifest);
+        const std::size_t entries = site.entries();
+        for (const std::size_t known : {std::size_t{0}, row.known - 1, row.known}) {
+            const bool isFile = known == row.known;
+            const auto segment = "http://h/" + folder(known) + "x." + (row.playlist.empty() ? "mp4" : "ts");
+            EXPECT_EQ(site.file(segment).entries(), entries + isFile) << row.why << known;
+        }
+    }
+    Site site;
+    site.hls("http://h/m", master + "#EXT-X-STREAM-INF:X=1\nv\n");
+    const std::size_t entries = site.entries();
+    EXPECT_EQ(site.hls("http://h/" + folder(0) + "a.m3u8", kFmp4).entries(), entries);
+    EXPECT_EQ(site.hls("http://h/" + folder(255) + "a.m3u8", kFmp4).entries(), entries);
+    EXPECT_GT(site.hls("http://h/" + folder(256) + "a.m3u8", kFmp4).entries(), entries);
 }
 
 }  // namespace
