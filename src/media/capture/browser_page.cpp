@@ -13,10 +13,6 @@
 namespace zab {
 namespace {
 
-ObjectKind objectKindOf(const MediaEntry& entry) noexcept {
-    return entry.kind == EntryKind::audio ? ObjectKind::audio : ObjectKind::video;
-}
-
 void noteExamined(OBJECTREQUESTSARRAY_ITEM record) {
     CObjectRequestsArray& examined = requestLists().examined;
     const auto* known = examined.find(record.url);
@@ -52,7 +48,6 @@ void BrowserPage::readIdentity() {
     identity_.url = page.url;
     identity_.title = std::move(page.titleUtf8);  // entries are UTF-8 throughout
     page_.url = std::move(page.url);
-    page_.title = std::move(page.title);
 }
 
 const EntryPage* BrowserPage::identity() {
@@ -97,8 +92,6 @@ bool BrowserPage::open(const MediaEntry& first) {
     examined_.referrer = identity_.referrer;
     examined_.userAgent = identity_.userAgent;
     examined_.description = first.description;
-    examined_.extension = first.extension;
-    examined_.kind = objectKindOf(first);
     examined_.document = document_.get();
     examined_.documentId = page_.document.id;
     const SharedListLock lock(OnTimeout::skip);
