@@ -1,7 +1,6 @@
 // Responses of a browser's pages, natively: whose media they are, when that is asked, and what becomes of it
 // when pages go away meanwhile.
-#include <algorithm>
-
+#include "companions/button_library/choice_record.h"
 #include "desk/desk.h"
 #include "scenarios/scenario.h"
 
@@ -12,55 +11,49 @@ using nlohmann::json;
 
 constexpr const char* kPlaylist = "http://h.example/d/list.m3u8";
 constexpr const char* kMaster =
-    "#EXT-X-MEDIA:TYPE=AUDIO,GROUP-ID=\"g\",URI=\"a.m3u8\"\n#EXT-X-STREAM-INF:AUDIO=\"g\"\nhd.m3u8\n";
+    "#EXT-X-MEDIA:TYPE=AUDIO,GROUP-ID=\"g\",URI=\"a.m3u8\"\n"
+    "#EXT-X-STREAM-INF:AUDIO=\"g\"\nhd.m3u8\n";
 constexpr const char* kFilm = "hls2tozab://http://h.example/d/hd.m3u8";
 
 class CapturePages : public ::testing::Test {
   protected:
     CapturePages() {
+        settings.setCompanions();
         browser.startsUp();
         page = &browser.opensPage("http://site.example/", u"S\u00E4tze", 17);
-        page->nativeWindow = window;
+        page->nativeWindow = window.handle();
         browser.selectsTab(u"17");
     }
     ~CapturePages() override {
         browser.unloads(u"17");
         EXPECT_EQ(browser.unbalanced(), "");
         EXPECT_EQ(browser.violations(), std::vector<std::string>{});
-        EXPECT_EQ(desk().lockHeld, 0);
-        desk().windows.clear();
-        desk().listsLocked = false;
     }
 
-    Channel& asks(const std::string& url, std::uint32_t loadFlags = kEmbedded) {
-        return browser.requests({.url = url,
-                                 .headers = {{"Referer", "http://site.example/frame"},
-                                             {"User-Agent", "Agent/52"},
-                                             {"Cookie", "sent=1"}},
-                                 .loadFlags = loadFlags,
-                                 .page = page});
-    }
-    Channel& asksFor(const std::string& url, const char* type, std::uint32_t loadFlags = kEmbedded) {
-        auto& channel = asks(url, loadFlags);
+    Channel& answers(const std::string& url, const Headers& headers, std::uint32_t loadFlags = kEmbedded) {
+        auto& channel = browser.requests(
+            {.url = url,
+             .headers = {{"Referer", "http://r.example/"}, {"User-Agent", "Agent"}, {"Cookie", "sent=1"}},
+             .loadFlags = loadFlags,
+             .page = loadFlags == kEmbedded ? page : nullptr});
         browser.faults().none();  // what is counted from now on is the capture's
-        browser.answers(channel, 200, {{"Content-Type", type}});
-        EXPECT_EQ(channel.listeners.size(), 1u) << url;
+        browser.answers(channel, 200, headers);
+        channel.request.page = page;  // a top-level load has become a page
         return channel;
     }
     Channel& asksForPlaylist(std::uint32_t loadFlags = kEmbedded) {
-        return asksFor(kPlaylist, "application/x-mpegURL", loadFlags);
+        return answers(kPlaylist, {{"Content-Type", "application/x-mpegURL"}}, loadFlags);
     }
     void ends(Channel& channel, std::string_view body) {
         browser.receives(channel, body);
         browser.finishes(channel);
     }
-    void getsPlaylist() { ends(asksForPlaylist(), kMaster); }
     void getsFile(const std::string& name, const char* length = "5000") {
-        browser.answers(asks("http://h.example/" + name), 200, {{"Content-Length", length}});
+        answers("http://h.example/" + name, {{"Content-Length", length}});
     }
-    /// What is known of a document's media, the newest first, as they would be handed over.
-    std::vector<json> media(std::u16string_view document = u"17") {
-        const PassedText id(browser.runtime(), document);
+    /// What is known of the page's media, the newest first, as they would be handed over.
+    std::vector<json> media() {
+        const PassedText id(browser.runtime(), u"17");
         desk().told.clear();
         browser.intoModule([&] { return browser.module().DownloadLast10FLVwithZAB(id); });
         desk().boxes.clear();
@@ -72,92 +65,103 @@ class CapturePages : public ::testing::Test {
         const auto all = media();
         return all.empty() ? "" : all.front()["url"].get<std::string>();
     }
-    /// The links that the page's visible button offers.
-    [[nodiscard]] static std::size_t linksShown() {
+    std::size_t linksOffered() {
+        desk().servesMessages();
         std::size_t links = 0;
-        for (const auto& [handle, window] : desk().windows)
-            links += window.visible && !window.closes ? window.links.size() : 0;
+        for (const auto button : window.buttons(true)) links += desk().windows[button].links.size();
         return links;
     }
 
     SettingsTree settings;
+    TopWindow window;
     Manager manager;
-    WindowHandle window = desk().opensWindow({.rect = {0, 0, 800, 600}});
     Browser browser;
     Page* page = nullptr;
 };
 
 TEST_F(CapturePages, AnEntryAsksAsItsPageDid) {
-    const struct {
-        bool byBody, withJar;
-        const char* url;
-        const char* cookies;
-    } rows[] = {
-        {false, false, "http://h.example/a.flv", "sent=1"},
-        {false, true, "http://h.example/a.flv", "jar=1"},
-        {true, false, kFilm, "sent=1"},
-        {true, true, kFilm, "jar=1"},
-    };
-    for (const auto& row : rows) {
-        browser.cookies = {{"other", "1", "other.example"}};
-        if (row.withJar) browser.cookies.push_back({"jar", "1", "h.example"});
-        row.byBody ? getsPlaylist() : getsFile("a.flv");
-        const auto all = media();
-        ASSERT_EQ(all.size(), 1u) << row.url;
-        const json& told = all.front();
-        EXPECT_EQ(told["url"], row.url);
-        EXPECT_EQ(told["cookies"], row.cookies) << row.url << ": those of the browser count for more";
-        EXPECT_EQ(told["referrer"], "http://site.example/frame");
-        EXPECT_EQ(told["extraData"][0], "Agent/52");
-        EXPECT_EQ(told["extraData"][2], "S\xE4tze");
+    for (const bool byBody : {false, true}) {
+        for (const char* cookies : {"sent=1", "jar=1"}) {
+            browser.cookies = {{"jar", "1", cookies[0] == 'j' ? "h.example" : "other.example"}};
+            if (byBody)
+                ends(asksForPlaylist(), kMaster);
+            else
+                getsFile("a.flv");
+            const auto all = media();
+            ASSERT_EQ(all.size(), 1u);
+            EXPECT_EQ(all[0]["url"], byBody ? kFilm : "http://h.example/a.flv");
+            EXPECT_EQ(all[0]["cookies"], cookies) << "those of the browser count for more";
+            EXPECT_EQ(all[0]["referrer"], "http://r.example/");
+            EXPECT_EQ(all[0]["extraData"][0], "Agent");
+            EXPECT_EQ(all[0]["extraData"][2], "S\xE4tze");
+            EXPECT_EQ(all[0]["extraData"][7], "http://site.example/");
+            browser.unloads(u"17");
+        }
+    }
+    // A load that became a page is known among what that page asked for.
+    ends(asksForPlaylist(kTopLevelLoad), kMaster);
+    ends(asksForPlaylist(kTopLevelLoad), kMaster);
+    ASSERT_EQ(linksOffered(), 1u);
+    const auto controller = desk().windows[window.buttons(true)[0]].controller;
+    for (const bool isThere : {true, false}) {
+        desk().told.clear();
+        desk().copies(controller, choiceRecord(u"http://h.example/d/list.m3u8", 17, u"http://site.example/"));
+        desk().servesMessages();
+        ASSERT_EQ(manager.count(), isThere ? 1u : 0u);
+        if (!isThere) break;
+        const json told = manager.received(0);
+        EXPECT_EQ(told["referrer"], "http://r.example/");
+        EXPECT_EQ(told["cookies"], "jar=1");
+        EXPECT_EQ(told["extraData"][0], "Agent");
         EXPECT_EQ(told["extraData"][7], "http://site.example/");
-        browser.unloads(u"17");
+        EXPECT_EQ(told["extraData"][17], "hd") << "described as its first entry";
+        browser.mouse(u"unload", page);
     }
 }
 
 TEST_F(CapturePages, AreAskedForOnceAndInTime) {
-    const auto count = [&](const char* operation) { return browser.faults().countOf(operation); };
-    const auto plays = [&](std::uint32_t loadFlags) {
+    for (const std::uint32_t loadFlags : {kEmbedded, kTopLevelLoad}) {
         auto& channel = asksForPlaylist(loadFlags);
-        const auto early = count("helper5.70");
+        const auto count = [&](const char* operation) { return browser.faults().countOf(operation); };
+        const bool isInside = loadFlags == kEmbedded;
+        EXPECT_EQ(count("helper5.70"), isInside ? 1u : 0u) << "a top-level load becomes a page only later";
+        EXPECT_EQ(channel.references(), isInside ? 0 : 1) << "held as long as it is to be asked";
         ends(channel, kMaster);
-        return std::pair(early, count("helper5.70"));
-    };
-    EXPECT_EQ(plays(kEmbedded), std::pair(1u, 1u)) << "the page of a load inside it is known at once";
-    EXPECT_EQ(newest(), kFilm);
-    browser.unloads(u"17");
-    EXPECT_EQ(plays(kTopLevelLoad), std::pair(0u, 1u)) << "a top-level load becomes one only later";
-    EXPECT_EQ(newest(), kFilm);
-    EXPECT_EQ(count("helper5.72"), 1u) << "the address and title of a page";
-    EXPECT_EQ(count("helper11.7"), 1u) << "and its number";
-
-    for (const char* operation : {"helper5.70", "helper11.7", "service @zab/mozilla_cc_helper5;1"}) {
+        EXPECT_EQ(newest(), kFilm);
+        EXPECT_EQ(linksOffered(), 1u);
+        for (const char* operation : {"helper5.70", "helper5.71", "helper5.72", "helper11.7"})
+            EXPECT_EQ(count(operation), 1u) << operation;
         browser.unloads(u"17");
+    }
+    for (const char* operation : {"helper5.70", "helper11.7", "service @zab/mozilla_cc_helper5;1"}) {
         auto& channel = asksForPlaylist(kTopLevelLoad);
         browser.faults().failAll(operation);
         ends(channel, kMaster);
+        EXPECT_TRUE(browser.faults().reached());
         EXPECT_EQ(newest(), "") << "no page without " << operation;
-        EXPECT_TRUE(browser.faults().reached()) << operation;
-        browser.faults().none();
+        EXPECT_EQ(linksOffered(), 0u);
     }
+    auto& channel = asksForPlaylist(kTopLevelLoad);
+    channel.request.page = nullptr;
+    ends(channel, kMaster);
+    EXPECT_EQ(newest(), "");
 }
 
+// Every call of the browser may run its scripts, and these may do what they like.
 TEST_F(CapturePages, ThatWentAwayGetNoEntries) {
     auto& other = browser.opensPage("http://site.example/", u"", 18);
     const struct {
         const char*
             steps;  // b: the body comes; o: the other page ends; e, x: this one does, by event or export
         std::uint32_t loadFlags;
+        const char* during;  // a call of the browser, in which this one ends
         bool offers;
         const char* why;
     } rows[] = {
-        {"bo", kEmbedded, true, "another page's end"},
-        {"be", kEmbedded, false, "by event"},
-        {"bx", kEmbedded, false, "by export"},
-        {"eb", kEmbedded, false, "before the body"},
-        {"xeb", kEmbedded, false, "twice"},
-        {"xb", kTopLevelLoad, true, "not yet a page of this load"},
-    };
+        {"bo", kEmbedded, "", true, "another page's end"}, {"be", kEmbedded, "", false, "by event"},
+        {"bx", kEmbedded, "", false, "by export"},         {"xeb", kEmbedded, "", false, "before the body"},
+        {"xb", kTopLevelLoad, "", true, "not yet of it"},  {"b", kEmbedded, "helper5.71", false, "meanwhile"},
+        {"b", kEmbedded, "helper5.72", false, "meanwhile"}};
     for (const auto& row : rows) {
         auto& channel = asksForPlaylist(row.loadFlags);
         for (const char step : std::string_view(row.steps)) {
@@ -166,73 +170,40 @@ TEST_F(CapturePages, ThatWentAwayGetNoEntries) {
             if (step == 'e') browser.mouse(u"unload", page);
             if (step == 'x') browser.unloads(u"17");
         }
+        if (*row.during != '\0') browser.onNext(row.during, [&] { browser.unloads(u"17"); });
         browser.finishes(channel);
         EXPECT_EQ(newest(), row.offers ? kFilm : "") << row.why;
+        EXPECT_EQ(linksOffered(), row.offers ? 1u : 0u) << row.why;
         browser.unloads(u"17");
         EXPECT_EQ(newest(), "") << "its list goes with the page";
     }
-}
-
-// Every call of the browser may run its scripts, and these may do what they like.
-TEST_F(CapturePages, MayEndWhileTheBrowserIsAsked) {
-    const std::string master = kMaster;
-    for (const char* during : {"helper5.71", "helper5.72"}) {
-        auto& channel = asksForPlaylist();
-        browser.receives(channel, master);
-        browser.onNext(during, [&] { browser.unloads(u"17"); });
-        browser.finishes(channel);
-        EXPECT_EQ(newest(), "") << during;
-        EXPECT_EQ(linksShown(), 0u) << during;
-    }
-    auto& channel = asks(kPlaylist);
-    browser.answers(
-        channel, 200,
-        {{"Content-Type", "application/x-mpegURL"}, {"Content-Length", std::to_string(master.size())}});
+    const std::string length = std::to_string(std::string_view(kMaster).size());
+    auto& channel = answers(kPlaylist, {{"Content-Type", "application/x-mpegURL"}, {"Content-Length", length}});
     browser.onNext("helper5.72", [&] { browser.finishes(channel); });
-    browser.receives(channel, master, 10);
+    browser.receives(channel, kMaster, 10);
     EXPECT_TRUE(channel.listeners.empty()) << "given up by the browser while its body is read";
-    EXPECT_EQ(newest(), kFilm);
     EXPECT_EQ(media().size(), 1u);
 }
 
 TEST_F(CapturePages, ShowWhatTheUserSet) {
     settings.set("DwnlPanel\\minsize\\mp3", 10u).set("ZABBI\\Firefox\\DwnlPanel\\FLV", 1u);
     settings.set("ZABBI\\Firefox\\DwnlPanel\\DonlCaptWP", 1u);
-    const struct {
-        const char* name;
-        const char* length;
-        std::size_t kept, shown;
-        const char* why;
-    } rows[] = {
-        {"a.flv", "9", 1, 1, "a type that the user set"},
-        {"a.mp3", "9", 0, 0, "below the least size of its type"},
-        {"a.mp3", "10", 1, 0, "not below it, but captured without a panel"},
-    };
-    for (const auto& row : rows) {
-        getsFile(row.name, row.length);
-        EXPECT_EQ(media().size(), row.kept) << row.why;
-        EXPECT_EQ(linksShown(), row.shown) << row.why;
-        browser.unloads(u"17");
-        browser.selectsTab(u"17");
-    }
-    ends(asksFor("http://h.example/list.pls", "audio/x-scpls"),
-         "http://a.example/x.doc http://a.example/x.flv");
-    EXPECT_EQ(newest(), "http://a.example/x.flv");
-    EXPECT_EQ(media().size(), 1u) << "a type that nobody calls media is not even kept";
-}
-
-TEST_F(CapturePages, HaveNoEntriesWhileOthersHoldTheLists) {
-    auto& channel = asksForPlaylist();
-    browser.receives(channel, kMaster);
     desk().listsLocked = true;
-    getsFile("a.flv");
-    browser.finishes(channel);
+    getsFile("locked.flv");
     desk().listsLocked = false;
-    EXPECT_EQ(newest(), "");
-    EXPECT_EQ(linksShown(), 0u);
-    getsPlaylist();
-    EXPECT_EQ(newest(), kFilm) << "the page lost an entry, and nothing else";
-    EXPECT_EQ(linksShown(), 1u);
+    EXPECT_EQ(newest(), "") << "lost to others that hold the lists";
+    getsFile("a.mp3", "9");
+    EXPECT_EQ(newest(), "") << "below the least size of its type";
+    getsFile("a.mp3", "10");
+    EXPECT_EQ(newest(), "http://h.example/a.mp3") << "captured without a panel";
+    EXPECT_EQ(linksOffered(), 0u);
+    ends(answers("http://h.example/a.pls", {{"Content-Type", "audio/x-scpls"}}), "ftp://h/x.doc ftp://h/x.flv");
+    EXPECT_EQ(media().size(), 2u) << "a type that nobody calls media is not even kept";
+    EXPECT_EQ(linksOffered(), 1u);
+    ends(answers("http://h.example/s/l.m3u8", {{"Content-Type", "application/x-mpegURL"}}),
+         "#EXT-X-VERSION:3\n#EXTINF:9\n1.mp3\n");
+    getsFile("s/2.mp3");
+    EXPECT_EQ(newest(), "hlstozab://http://h.example/s/l.m3u8") << "a segment is no file";
 }
 
 }  // namespace
