@@ -19,6 +19,7 @@ namespace zab {
 struct OpenPage {
     DocumentKey document;  // its object is compared, never called
     std::string url;       // narrow, as the browser gives it
+    std::string title;
     WindowHandle browserWindow = 0;  // top-level; 0: the page gets no button and no panel
     WindowHandle controller = 0;     // the page controller of that window; 0: none
 };

@@ -41,12 +41,13 @@ TEST(HarReader, ReadsEntriesInOrder) {
     const auto entries =
         entriesOf(R"({"request":{"url":"a","method":"POST","bodySize":3,"postData":{"text":"\u00e9xxx"}},)"
                   R"("response":{"status":200,"headers":[{"name":"n","value":"v"}]}},)"
-                  R"({"request":{"url":"b","bodySize":-1},"response":{"status":-1}})");
+                  R"({"request":{"url":"data:text/html,x"}},{"request":{"url":"BLOB:http://h/1"}},)"
+                  R"({"request":{"url":"ftp://b","bodySize":-1},"response":{"status":-1}})");
     ASSERT_EQ(entries.size(), 2u);
     EXPECT_EQ(entries[0].url, "a");
     EXPECT_EQ(entries[0].bodySize, 5) << "bytes of the text, when more than what is told";
     EXPECT_EQ(entries[0].responseHeaders, (Headers{{"n", "v"}}));
-    EXPECT_EQ(entries[1].url, "b");
+    EXPECT_EQ(entries[1].url, "ftp://b") << "what the browser answers itself notifies nobody";
     EXPECT_EQ(entries[1].status, -1);
     EXPECT_EQ(entries[1].method, "GET");
 }

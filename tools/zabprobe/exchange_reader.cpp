@@ -177,6 +177,13 @@ Exchange exchangeOfHarEntry(const Json& entry) {
     return exchange;
 }
 
+/// Whether a browser notifies its extensions of such a request; not of those that it answers itself ("data:",
+/// "blob:").
+bool isNotified(std::string_view url) {
+    const std::string_view scheme = zab::schemeOf(url);
+    return scheme.empty() || zab::defaultPortOf(zab::lowered(scheme)) != 0;
+}
+
 /// Follows the parser to log.entries[] and log.pages[], and hands out each element as soon as it is whole. All
 /// else is dropped.
 class HarWalk {
@@ -195,7 +202,8 @@ class HarWalk {
         if (event == Event::value || event == Event::array_end) throw AnotherForm{};
         if (event != Event::object_end) return true;
         if (list_ == List::entries) {
-            visit_(exchangeOfHarEntry(parsed));
+            const Exchange exchange = exchangeOfHarEntry(parsed);
+            if (isNotified(exchange.url)) visit_(exchange);
         } else {
             visitPageOf(parsed);
         }
