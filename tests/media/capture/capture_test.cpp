@@ -39,169 +39,137 @@ std::string box(std::string_view type, std::string_view payload) {
 }
 std::string tag(char type) { return type + "\0\0\3\0\0\0\0\0\0\0abc\0\0\0\x0E"s; }
 
-constexpr std::string_view kHls = "http://h/d/list.m3u8?k#f", kHds = "http://h/d/m.f4m?a",
-                           kSite = "http://h/d/", kSelf = "hlstozab://http://h/d/list.m3u8?k#f | list | ",
-                           kFragment = "http://h/d/v%201_Seg1-Frag22?q";
-const std::string kFragments = "dhs2tozab://http://h/d/v%201_Seg%ld-Frag%ld?q | v 1 | flv\n",
+constexpr const char* kUrl = "http://h/d/v_Seg1-Frag2?q";
+const std::string kSelf = "hlstozab://http://h/d/v_Seg1-Frag2?q | v_Seg1-Frag2 | ",
+                  kFragments = "dhs2tozab://http://h/d/v_Seg%ld-Frag%ld?q | v | flv\n",
                   kPlayback = "http://g.example/videoplayback?id=1&itag=",
                   kFilm22 = "ytatozab://" + kPlayback + "22 | 720p HD MP4 | mp4\n";
 
 // Chunks are how a network felt, and nothing of them may show: not where something ends in the middle of one.
 TEST(Capture, OffersWhatABodyDescribesWhereverItIsCut) {
+    using enum zab::MediaKind;
     const struct {
         MediaKind kind;
-        std::string_view url;
         std::string body, entries;
         const char* why;
     } rows[] = {
-        {MediaKind::hls, kHls, "#EXT-X-STREAM-INF:BANDWIDTH=1048576,RESOLUTION=1280x720\nv/a.m3u8\n",
+        {hls, "#EXT-X-STREAM-INF:BANDWIDTH=1048576,RESOLUTION=1280x720\nv/a.m3u8\n",
          "hlstozab://http://h/d/v/a.m3u8 | 720p bitrate  1024 | ts | height 720 | bitrate 1048576\n",
          "two blanks before the number; a relative address is resolved"},
-        {MediaKind::hls, kHls, "#EXT-X-STREAM-INF:BANDWIDTH=0\n/x/low.v1.m3u8?q\n",
+        {hls, "#EXT-X-STREAM-INF:BANDWIDTH=0\n/x/low.v1.m3u8?q\n",
          "hlstozab://http://h/x/low.v1.m3u8?q | low.v1 | ts\n",
          "no rate, nothing appended; named by its file without a height"},
-        {MediaKind::hls, kHls,
-         "#EXT-X-MEDIA:GROUP-ID=\"g\",URI=\"a.m3u8\"\n#EXT-X-STREAM-INF:AUDIO=\"g\",RESOLUTION=1x72y\nv\n",
+        {hls, "#EXT-X-MEDIA:GROUP-ID=\"g\",URI=\"a.m3u8\"\n#EXT-X-STREAM-INF:AUDIO=\"g\",RESOLUTION=1x72y\nv\n",
          "hls2tozab://http://h/d/v | 72yp | ts | second http://h/d/a.m3u8 | height 72\n",
          "its own audio is the second address; the height's text as it stands"},
-        {MediaKind::hls, kHls, "#EXT-X-MEDIA:GROUP-ID=\"g\"\n#EXT-X-STREAM-INF:AUDIO=\"g\"\nv\n",
-         "hlstozab://http://h/d/v | v | ts\n", "audio that is in the variant itself"},
-        {MediaKind::hls, kHls, "#EXT-X-STREAM-INF:BANDWIDTH=99999999999\nv.m3u8\n",
+        {hls, "#EXT-X-STREAM-INF:BANDWIDTH=99999999999\nv.m3u8\n",
          "hlstozab://http://h/d/v.m3u8 | v bitrate  2097151 | ts | bitrate 2147483647\n", "the largest rate"},
-        {MediaKind::hls, kHls, "#EXT-X-MAP:URI=\"i.mp4\"\n#EXTINF:9.6\na.m4s\n#EXTINF:9.6\nb\n#EXT-X-ENDLIST\n",
-         std::string(kSelf) + "mp4 | duration 19\n", "a media playlist, its whole total cut once"},
-        {MediaKind::hls, kHls, "#EXT-X-VERSION:3\n#EXTINF:9.6\na.ts\n", std::string(kSelf) + "ts\n",
-         "a window of a live one has no length"},
-        {MediaKind::hls, kHls, "#EXTM3U\n#EXTINF:-1,Radio\nhttp://radio/live.mp3\n",
+        {hls, "#EXT-X-MAP:URI=\"i.mp4\"\n#EXTINF:9.6\na.m4s\n#EXTINF:9.6\nb\n#EXT-X-ENDLIST\n",
+         kSelf + "mp4 | duration 19\n", "a media playlist, its whole total cut once"},
+        {hls, "#EXT-X-VERSION:3\n#EXTINF:9.6\na.ts\n", kSelf + "ts\n", "a window of a live one has no length"},
+        {hls, "#EXTM3U\n#EXTINF:-1,Radio\nhttp://radio/live.mp3\n",
          "http://radio/live.mp3 | live.mp3 | mp3 | audio\n", "a radio list is a list of links"},
-        {MediaKind::hls, "https://strm.yandex.ru/d/l.m3u8", "#EXT-X-STREAM-INF:X=1\nv/a.m3u8\n",
-         "hlstozab://v/a.m3u8 | a | ts\n", "addresses of this host are taken as they stand"},
-        {MediaKind::hls, kHls, "#EXTM3U\n", "", "no tag of either kind"},
-
-        {MediaKind::hds, kHds,
+        {hds,
          " \n<?xml?>< MANIFEST><duration>9.9</duration><bootstrapInfo> B=</bootstrapInfo><media url='v/1' "
          "height='720' bitrate='1500k'><metadata>M </metadata></media><media url='x' height='360'/><media "
          "url='/2' height='360'/>",
-         "dhstozab://http://h/d/m.f4m?a | 720p bitrate 1500k | flv | second http://h/d/v/1 | extra "
+         "dhstozab://http://h/d/v_Seg1-Frag2?q | 720p bitrate 1500k | flv | second http://h/d/v/1 | extra "
          "<bootstrapInfo> B=</bootstrapInfo><metadata>M </metadata> | duration 9 | height 720 | bitrate "
          "1500000\n"
-         "dhstozab://http://h/d/m.f4m?a | 360p | flv | second http://h/2 | extra "
+         "dhstozab://http://h/d/v_Seg1-Frag2?q | 360p | flv | second http://h/2 | extra "
          "<bootstrapInfo> B=</bootstrapInfo><metadata></metadata> | duration 9 | height 360\n",
          "raw contents, in order, the last of each height; no rate, nothing appended"},
-        {MediaKind::hds, kHds,
+        {hds,
          "<manifest><baseURL> ../b\n"
          "</baseURL><duration>-9</duration><bootstrapInfo>B</bootstrapInfo><media "
          "url='v' height='1'/>",
-         "dhstozab://http://h/d/m.f4m?a | 1p | flv | second http://h/b/v | extra "
+         "dhstozab://http://h/d/v_Seg1-Frag2?q | 1p | flv | second http://h/b/v | extra "
          "<bootstrapInfo>B</bootstrapInfo><metadata></metadata> | height 1\n",
          "against its own base address; no time runs backwards"},
-        {MediaKind::hds, kHds, "<manifest><drmX/><bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>",
-         "", "protected"},
-        {MediaKind::hds, kHds, "<manifest><pv-2.0/><bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>",
-         "", "protected otherwise"},
-        {MediaKind::hds, kHds, "x<manifest><bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>", "",
+        {hds, "<manifest><drmX/><bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>", "", "protected"},
+        {hds, "<manifest><pv-2.0/><bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>", "",
+         "protected otherwise"},
+        {hds, "x<manifest><bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>", "",
          "begins with no tag"},
-        {MediaKind::hds, kHds, "<m><bootstrapInfo>B</bootstrapInfo><media url='v' height='1'/>", "",
-         "no manifest element"},
-
-        {MediaKind::vimeoPlayer, kSite,
+        {vimeoPlayer,
          "<title>A  B</title>\"progressive\":[{url:http://v/1,quality:720p,mime:video/mp4},"
          "{url:http://v/2,quality:hd7p,mime:video/mp4},{url:http://v/3,quality:720q,mime:video/mp4}]",
          "http://v/1 | A  B 720p | mp4 | height 720\nhttp://v/2 | A  B hd7p | mp4\n"
          "http://v/3 | A  B 720q | mp4\n",
          "title and quality raw; a height is digits and p"},
-        {MediaKind::vimeoPlayer, kSite, "\"progressive\":[{url:http://v/1,quality:p,mime:video/mp4}]",
-         "http://v/1 | p | mp4\n", "no title, no blank"},
-        {MediaKind::facebook, kSite, "videoData: hd_src:'http:\\/\\/f\\/h' sd_src:'http://f/s'",
-         "http://f/h | Page HD | mp4\nhttp://f/s | Page | mp4\n", "the better one first"},
-        {MediaKind::facebook, kSite, "videoData: sd_src:''", "", "an empty address is none"},
-
-        {MediaKind::linkText, kSite, "a https://h/x%20y.MP3?q=1.mp4. b",
-         "https://h/x%20y.MP3?q=1.mp4. | x y.MP3 | mp3 | audio\n",
+        {linkText, "a https://h/x%20y.MP3?q=1.mp4. b", "https://h/x%20y.MP3?q=1.mp4. | x y.MP3 | mp3 | audio\n",
          "a blank ends it, a final dot stays; extension and name come from the path"},
-        {MediaKind::linkText, kSite, "xHTTP://h/a[1](b{c)]d.flv)", "HTTP://h/a[1](b{c) | a[1](b{c) | \n",
+        {linkText, "xHTTP://h/a[1](b{c)]d.flv)", "HTTP://h/a[1](b{c) | a[1](b{c) | \n",
          "a bracket that was not opened ends it, each kind counted alone"},
-        {MediaKind::linkText, kSite, "http://\"ftp://a'mms://b<c", "ftp://a | Page | \nmms://b | Page | \n",
+        {linkText, "http://\"ftp://a'mms://b<c", "ftp://a | Page | \nmms://b | Page | \n",
          "quotes and angle brackets end; one character at least; named by the page"},
-        {MediaKind::linkText, kSite, "http://a/http://b/c", "http://a/http://b/c | c | \n",
-         "the search goes on behind an address"},
-        {MediaKind::linkText, kSite, "http://a/x\0http://b/y"s, "http://a/x | x | \n", "text ends at a NUL"},
-        {MediaKind::linkText, kSite, "http://a/x\x7Fhttp://a/%00y http://a/utf-8%27%27z",
-         "http://a/x | x | \nhttp://a/%00y | Page | \nhttp://a/utf-8%27%27z | z | \n",
-         "a control character ends it; a name ends at a NUL and loses its mark"},
-
-        {MediaKind::page, "http://h/d/p.html",
+        {linkText, "http://a/x\x7Fhttp://a/http://b/%00y http://a/utf-8%27%27z\0http://c/"s,
+         "http://a/x | x | \nhttp://a/http://b/%00y | Page | \nhttp://a/utf-8%27%27z | z | \n",
+         "a control character ends it; a name and the text end at a NUL"},
+        {page,
          "<base href='/b/'><img src=x.mp4><video src='a.mp4?range=1-2'></video><source src=b.txt>"
          "<object data=c.Mp3></object>",
          "http://h/b/a.mp4? | a.mp4 | mp4\nhttp://h/b/c.Mp3 | c.Mp3 | mp3 | audio\n",
          "playable elements with a media extension, without range, against the base"},
-
-        {MediaKind::fragmentManifest, kSite,
+        {fragmentManifest,
          R"({"template" : "v\/$fragment$/\u00e4$fragment$","fragments": 12.7,"height":720,"duration":9.9})",
          "http://h/d/v/1/\u00e41 | 720p | mp4 | extra <fragments>12</fragments><template>http://h/d/v/"
          "$fragment$/\u00e4$fragment$</template> | duration 9 | height 720\n",
          "escapes undone, every placeholder filled in the link alone, fractions cut"},
-        {MediaKind::fragmentManifest, kSite,
-         R"(["fragments","fragments":3,"template":"/a%20$fragment$.x","height":"720"])",
+        {fragmentManifest, R"(["fragments","fragments":3,"template":"/a%20$fragment$.x","height":"720"])",
          "http://h/a%201.x | a 1.x | mp4 | extra <fragments>3</fragments><template>http://h/a%20$fragment$.x"
          "</template>\n",
          "the first place with a colon; a quoted number is none; named by its file"},
-        {MediaKind::fragmentManifest, kSite, R"({"fragments":0,"template":"$fragment$"})", "", "no fragments"},
-        {MediaKind::fragmentManifest, kSite, R"({"fragments":1,"template":"fragment"})", "", "no placeholder"},
-        {MediaKind::fragmentManifest, kSite, R"({"fragments":1,"template":"$fragment$)", "",
-         "an open string is none"},
-
-        {MediaKind::youtubeDash, kSite, "", "", "no record"},
-        {MediaKind::youtubeDash, kSite,
+        {fragmentManifest, R"({"fragments":0,"template":"$fragment$"})", "", "no fragments"},
+        {fragmentManifest, R"({"fragments":1,"template":"$fragment$)", "", "an open string is none"},
+        {youtubeDash,
          representation(247, "http://v/a", "x/5") + representation(248, "http://v/b", "sq/") +
              representation(140, "http://s/b", ""),
          "ytatozab://http://v/a | 720p HD MKV | MKV | second http://s/b\n"
          "ytatozab://http://v/b | 1080p HD MKV | MKV | second http://s/b\n",
          "a number without sq/ is no sequence, nor is sq/ without a number"},
-        {MediaKind::youtubeDash, kSite,
+        {youtubeDash,
          representation(247, "http://v/a/?q", "sq/007/x") +
              representation(140, "http://s/lang/de/b?lang=fr", ""),
          "yta5tozab://http://v/a/start_seq/007/?q,au=http://s/lang/de/b/start_seq/007?lang=fr,asl=de | "
          "720p HD MKV | MKV\n",
          "the sound takes the picture's number; digits as written; the path's language first"},
-        {MediaKind::youtubeDash, kSite,
+        {youtubeDash,
          representation(247, "http://v/start_seq/1/a", "nosq/1/sq/8") +
              representation(140, "http://s/start_seq/?lang=fr", "sq/9"),
          "yta5tozab://http://v/start_seq/8/a,au=http://s/start_seq/9?lang=fr,asl=fr | 720p HD MKV | MKV\n",
          "an existing value is replaced; sq/ begins a segment"},
-        {MediaKind::youtubeDash, kSite,
+        {youtubeDash,
          representation(247, "http://v", "sq/1") + representation(140, "http://s/lang//b?lang=x", ""),
          "yta5tozab://http://v/start_seq/1,au=http://s/lang//b/start_seq/1?lang=x,asl=x | 720p HD MKV | MKV\n",
          "a language that is empty in the path"},
-        {MediaKind::facebook, kSite, "videoData: sd_src:'http://f/s' </htm</html>hd_src:'http://f/h'",
-         "http://f/s | Page | mp4\n", "nothing counts behind the page's end"},
-        {MediaKind::youtubeWatchPage, kSite,
+        {facebook, "videoData: hd_src:'http:\\/\\/f\\/h' sd_src:'http://f/s' </htm</html>hd_src:'http://f/i'",
+         "http://f/h | Page HD | mp4\nhttp://f/s | Page | mp4\n",
+         "the better one first; nothing counts behind the page's end"},
+        {youtubeWatchPage,
          watchPage(stream(22) + "," + stream(43), stream(137) + "," + stream(136) + "," + stream(140)),
          kFilm22 + "ytatozab://" + kPlayback + "43 | 360p WEBM | webm\nytatozab://" + kPlayback +
              "137 | 1080p HD MP4 | mp4 | second " + kPlayback + "140\n",
          "136 shows what 22 shows, 140 is sound"},
-        {MediaKind::youtubeWatchPage, kSite, watchPage(stream(22), stream(137)), kFilm22,
+        {youtubeWatchPage, watchPage(stream(22), stream(137)), kFilm22,
          "without sound to go with it a picture is nothing"},
-        {MediaKind::youtubeWatchPage, kSite, watchPage(stream(5), stream(140)),
+        {youtubeWatchPage, watchPage(stream(5), stream(140)),
          "ytatozab://" + kPlayback + "5 | 240p FLV | flv\n", "a whole film has its sound"},
-        {MediaKind::hdsFragment, kFragment, box("afra", "x") + box("mdat", tag(9) + tag(8)), kFragments,
-         "plain tags"},
-        {MediaKind::hdsFragment, kFragment, box("mdat", tag(9)) + box("mdat", tag(9) + tag(0x29)), "",
+        {hdsFragment, box("afra", "x") + box("mdat", tag(9) + tag(8)), kFragments, "plain tags"},
+        {hdsFragment, box("mdat", tag(9)) + box("mdat", tag(9) + tag(0x29)), "",
          "a later tag is filtered, in a later box"},
-        {MediaKind::hdsFragment, kFragment, "\0\0\0\1mdat\0\0\0\0\0\0\0\x22"s + tag(9) + box("free", tag(0x29)),
-         kFragments, "a 64-bit size ends the tags"},
-        {MediaKind::hdsFragment, kFragment, "\0\0\0\0mdat"s + tag(9), kFragments, "size 0 runs to the end"},
-        {MediaKind::hdsFragment, kFragment, "\0\0\0\7free"s + box("mdat", tag(9)), "",
-         "a size below its header ends the walk"},
-        {MediaKind::hdsFragment, kFragment, box("mdat", tag(9).substr(0, 10)), "", "no whole tag header"},
-        {MediaKind::hdsFragment, kFragment, box("free", tag(9)), "", "no media data"},
-        {MediaKind::hdsFragment, "http://h/_Seg1-Frag2", box("mdat", tag(9).substr(0, 11)),
-         "dhs2tozab://http://h/_Seg%ld-Frag%ld | Page | flv\n", "a tag's header alone; named by its page"},
+        {hdsFragment, "\0\0\0\1mdat\0\0\0\0\0\0\0\x22"s + tag(9) + box("free", tag(0x29)), kFragments,
+         "a 64-bit size ends the tags"},
+        {hdsFragment, "\0\0\0\0mdat"s + tag(9), kFragments, "size 0 runs to the end"},
+        {hdsFragment, "\0\0\0\7free"s + box("mdat", tag(9)), "", "a size below its header ends the walk"},
+        {hdsFragment, box("mdat", tag(9).substr(0, 10)), "", "no whole tag header"},
+        {hdsFragment, box("free", tag(9)), "", "no media data"},
+        {hdsFragment, box("mdat", tag(9).substr(0, 11)), kFragments, "a tag's header alone"},
     };
     for (const auto& row : rows) {
         const std::string_view body = row.body;
         for (const std::size_t length : {std::size_t{0}, body.size()}) {
-            const auto context = contextFor(row.url, static_cast<std::int64_t>(length));
+            const auto context = contextFor(kUrl, static_cast<std::int64_t>(length));
             for (std::size_t first = 1; first <= body.size(); ++first) {
                 for (const std::size_t then : {std::size_t{1}, body.size()}) {
                     std::size_t size = 0;
@@ -212,14 +180,20 @@ TEST(Capture, OffersWhatABodyDescribesWhereverItIsCut) {
             }
         }
     }
-    zab::CaptureContext context = contextFor(kHls);
+    zab::CaptureContext context = contextFor("https://strm.yandex.ru/l.m3u8");
+    constexpr std::string_view kVariant = "#EXT-X-STREAM-INF:X=1\nv/a.m3u8\n";
+    EXPECT_EQ(captureWhole(hls, context, kVariant), "hlstozab://v/a.m3u8 | a | ts\n")
+        << "addresses of this host are taken as they stand";
+    context.url = kUrl;
     context.hlsAsIs = true;
-    EXPECT_EQ(captureWhole(MediaKind::hls, context, "#EXT-X-STREAM-INF:X=1\nv/a.m3u8\n"),
-              "hlstozab://v/a.m3u8 | a | ts\n")
-        << "addresses are taken as they stand where the data file says so";
+    EXPECT_EQ(captureWhole(hls, context, kVariant), "hlstozab://v/a.m3u8 | a | ts\n")
+        << "also where the data file says so";
     for (context.youtubePairing = 2; context.youtubePairing < 4; ++context.youtubePairing)
-        EXPECT_TRUE(captureWhole(MediaKind::youtubeWatchPage, context, watchPage(stream(22), ""))
-                        .starts_with("yta3tozab://"));
+        EXPECT_TRUE(
+            captureWhole(youtubeWatchPage, context, watchPage(stream(22), "")).starts_with("yta3tozab://"));
+    context.url = "http://h/_Seg1-Frag2";
+    EXPECT_EQ(captureWhole(hdsFragment, context, box("mdat", tag(9)), "Page"),
+              "dhs2tozab://http://h/_Seg%ld-Frag%ld | Page | flv\n");
 }
 
 TEST(CaptureItself, OffersAMediaFileOrAStreamThatNoCatalogueKnows) {
@@ -369,7 +343,7 @@ zab::MediaEntry entryAt(std::string link) {
 
 TEST(CaptureRun, TakesABoundedNumberOfOffers) {
     zab::LocalPage page;
-    const auto context = contextFor(kSite);
+    const auto context = contextFor(kUrl);
     zab::CaptureRun run(context, page);
     for (std::size_t i = 0; i < zab::CaptureRun::kMostOffers; ++i) EXPECT_TRUE(run.offer(entryAt("http://h/")));
     EXPECT_FALSE(run.offer(entryAt("http://h/")));
