@@ -196,71 +196,76 @@ TEST(Capture, OffersWhatABodyDescribesWhereverItIsCut) {
               "dhs2tozab://http://h/_Seg%ld-Frag%ld | Page | flv\n");
 }
 
-TEST(CaptureItself, OffersAMediaFileOrAStreamThatNoCatalogueKnows) {
-    constexpr const char* kPart = "http://g.googlevideo.com/videoplayback?id=1&itag=22&range=1-2";
-    constexpr const char* kOffered =
-        "ytatozab://http://g.googlevideo.com/videoplayback?id=1&itag=22 | 720p HD MP4 | mp4\n";
+zab::CaptureContext itselfAt(const char* url, const char* extension = "", const char* fileName = "",
+                             const char* type = "") {
+    zab::CaptureContext context = contextFor(url, 7);
+    context.extension = extension;
+    context.fileName = fileName;
+    context.contentType = type;
+    return context;
+}
+
+TEST(CaptureItself, IsAMediaFile) {
     const struct {
-        const char* url;
+        zab::CaptureContext context;
         const char* entries;
         const char* why;
-        bool offer = false;
-        const char *extension = "", *fileName = "", *type = "";
-        const char* catalogue = nullptr;  // a stream that the page's holds
-        bool marks = false;               // as one that the browser plays
+    } rows[] = {
+        {itselfAt("http://h/a%C3%A4.MP3?range=1&x#f", "MP3"),
+         "http://h/a%C3%A4.MP3?x#f | a\u00e4.MP3 | mp3 | audio | size 7\n", "by its address, without range"},
+        {itselfAt("http://h/a.FLV", "mp4", "utf-8''n.mp4", "video/mp4"),
+         "http://h/a.FLV | n.mp4 | flv | size 7\n", "a name that its server gave, without its mark"},
+        {itselfAt("http://h/a", "", "", "VIDEO/X-FLV"), "http://h/a | a | flv | size 7\n", "by its type"},
+    };
+    zab::Decision decision;
+    decision.status = 200;
+    decision.offer = true;
+    for (const auto& row : rows) {
+        zab::LocalPage page;
+        EXPECT_EQ(shown(captureResponse(decision, 0, row.context, page)), row.entries) << row.why;
+    }
+}
+
+TEST(CaptureItself, IsAStreamWhenNoCatalogueKnowsIt) {
+    const std::string part = "http://g.googlevideo.com/videoplayback?id=1&itag=";
+    const char* const offered =
+        "ytatozab://http://g.googlevideo.com/videoplayback?id=1&itag=22 | 720p HD MP4 | mp4\n";
+    const struct {
+        std::string url, catalogue;  // a stream that the page's holds
+        bool marks;                  // as one that the browser plays
+        std::string entries;
+        const char* why;
         std::uint32_t loadFlags = 0;
         zab::Outcome outcome = zab::Outcome::browser;
         std::uint32_t status = 200;
     } rows[] = {
-        {"http://h/a%C3%A4.MP3?range=1&x#f", "http://h/a%C3%A4.MP3?x#f | a\u00e4.MP3 | mp3 | audio | size 7\n",
-         "by its address, without range", true, "MP3"},
-        {"http://h/a.FLV", "http://h/a.FLV | n.mp4 | flv | size 7\n",
-         "a name that its server gave, without its mark", true, "mp4", "utf-8''n.mp4", "video/mp4"},
-        {"http://h/a", "http://h/a | a | flv | size 7\n", "by its type", true, "", "", "VIDEO/X-FLV"},
-        {"http://h/a.mp3", "", "neither a file nor a part"},
-        {.url = kPart, .entries = "", .why = "its body is read", .outcome = zab::Outcome::listen},
-        {.url = kPart, .entries = "", .why = "an error", .status = 404},
-        {.url = kPart, .entries = "", .why = "a page of its own", .loadFlags = 0x80000},
-        {kPart, kOffered, "a part of an unknown stream"},
-        {.url = kPart, .entries = "", .why = "known by its address", .catalogue = kPart, .marks = true},
-        {.url = kPart,
-         .entries = "",
-         .why = "known by its stream",
-         .catalogue = "http://g.googlevideo.com/videoplayback?id=1&itag=22&range=8-9",
-         .marks = true},
-        {.url = kPart,
-         .entries = "",
-         .why = "a video that is known",
-         .catalogue = "http://g.googlevideo.com/videoplayback?id=1&itag=18"},
-        {.url = kPart,
-         .entries = kOffered,
-         .why = "another video is",
-         .catalogue = "http://g.googlevideo.com/videoplayback?id=2&itag=22"},
-        {"http://g.googlevideo.com/videoplayback?id=2&itag=137", "", "picture without sound"},
-        {"http://g.googlevideo.com/videoplayback?id=2&itag=43",
-         "ytatozab://http://g.googlevideo.com/videoplayback?id=2&itag=43 | 360p WEBM | webm\n", "WebM too"},
+        {part + "22&range=1-2", "", false, offered, "no stream is known"},
+        {part + "22&range=1-2", part + "22&range=1-2", true, "", "known by its address"},
+        {part + "22&range=1-2", part + "22&range=8-9", true, "", "known by its stream"},
+        {part + "22&range=1-2", part + "18", false, "", "a video that is known"},
+        {part + "22&range=1-2", "http://g.googlevideo.com/videoplayback?id=2&itag=22", false, offered,
+         "another video is"},
+        {part + "137", "", false, "", "picture without sound"},
+        {part + "43", "", false, "ytatozab://" + part + "43 | 360p WEBM | webm\n", "WebM too"},
+        {"http://h/a.mp3", "", false, "", "neither a file nor a part"},
+        {part + "22", "", false, "", "a page of its own", 0x80000},
+        {part + "22", "", false, "", "its body is read", 0, zab::Outcome::listen},
+        {part + "22", "", false, "", "an error", 0, zab::Outcome::browser, 404},
     };
     for (const auto& row : rows) {
         zab::LocalPage page;
-        if (row.catalogue != nullptr) {
-            page.change([&](zab::OfferedMedia& media) {
-                media.addCatalogue(std::make_unique<zab::CYoutubeParser>());
-                auto catalogue = std::make_unique<zab::CYoutubeParser>();
-                catalogue->addEntry(zab::utf16FromUtf8(row.catalogue), 0, false);
-                media.addCatalogue(std::move(catalogue));
-            });
-        }
-        zab::CaptureContext context = contextFor(row.url, 7);
-        context.fileName = row.fileName;
-        context.contentType = row.type;
-        context.extension = row.extension;
+        page.change([&](zab::OfferedMedia& media) {
+            media.addCatalogue(std::make_unique<zab::CYoutubeParser>());
+            auto catalogue = std::make_unique<zab::CYoutubeParser>();
+            catalogue->addEntry(zab::utf16FromUtf8(row.catalogue), 0, false);
+            media.addCatalogue(std::move(catalogue));
+        });
         zab::Decision decision;
         decision.outcome = row.outcome;
         decision.status = row.status;
-        decision.offer = row.offer;
-        EXPECT_EQ(shown(captureResponse(decision, row.loadFlags, context, page)), row.entries) << row.why;
-        const bool marked = row.catalogue != nullptr && page.media().catalogues()[1]->entries()[0].used != 0;
-        EXPECT_EQ(marked, row.marks) << row.why;
+        EXPECT_EQ(shown(captureResponse(decision, row.loadFlags, itselfAt(row.url.c_str()), page)), row.entries)
+            << row.why;
+        EXPECT_EQ(page.media().catalogues()[1]->entries()[0].used != 0, row.marks) << row.why;
     }
 }
 
