@@ -10,7 +10,7 @@
 namespace zab {
 void HandedOver::policyAsked(std::string_view url) noexcept {
     std::erase_if(navigations_, [&](const Navigation& navigation) {
-        return navigation.channel == nullptr && navigation.url == withoutFragment(url);
+        return navigation.channel == nullptr && (url.empty() || navigation.url == withoutFragment(url));
     });
 }
 

@@ -44,6 +44,9 @@ TEST(HandedOver, WhatThePolicyIsAskedAnewIsANewNavigation) {
     record.policyAsked(kUrl);
     EXPECT_EQ(record.loadStarts(channel(0), kUrl, kNow), State::notYet) << "this time it let the browser";
     policyTried(record, true);
+    record.policyAsked("");
+    EXPECT_EQ(record.loadStarts(channel(0), kUrl, kNow), State::notYet) << "an address that was not to be read";
+    policyTried(record, true);
     EXPECT_EQ(record.loadStarts(channel(0), kUrl, kNow + HandedOver::kPatience + seconds(1)), State::notYet)
         << "too late to be the refused one";
 }
