@@ -56,11 +56,7 @@ ModuleExports Browser::loadModule() const {
 
 Browser::~Browser() {
     endsResponses();
-    for (const auto& object : objects_) {
-        if (auto* target = dynamic_cast<EventTarget*>(object.get()))
-            for (const auto& [type, listener] : std::exchange(target->listeners, {}))
-                callModule(StandInCall::release, listener);
-    }
+    for (const auto& object : objects_) endsListening(*object);
     shutsDown();
     runtime_.setHost(nullptr);
     // The copy of the module stays loaded and may still point at what it holds: the objects outlive the
@@ -147,6 +143,12 @@ void Browser::releasesListeners(Channel& channel) {
     for (auto* listener : std::exchange(channel.listeners, {})) callModule(StandInCall::release, listener);
 }
 
+void Browser::endsListening(BedObject& object) {
+    if (auto* target = dynamic_cast<EventTarget*>(&object))
+        for (const auto& [type, listener] : std::exchange(target->listeners, {}))
+            callModule(StandInCall::release, listener);
+}
+
 void Browser::endsResponses() {
     // By number: the end of a body may make the module ask for new objects.
     for (std::size_t i = 0; i < objects_.size(); ++i)
@@ -217,6 +219,8 @@ void Browser::notifies(const char* topic, BedObject* subject) {
 }
 
 void Browser::sweeps() {
+    for (std::size_t i = 0; i < objects_.size(); ++i)
+        if (objects_[i]->dead()) endsListening(*objects_[i]);
     std::erase_if(objects_, [](const auto& object) { return object->dead(); });
 }
 

@@ -150,6 +150,7 @@ class Browser {
     bool wants(iZABSListener* listener);
     void releasesListeners(Channel& channel);
     void endsResponses();
+    void endsListening(BedObject& object);
 
     BrowserOptions options_;
     ModuleExports exports_{};  // before the runtime, which it may have to find
