@@ -32,6 +32,8 @@ SettingsTree& SettingsTree::remove(const std::string& path) {
     return *this;
 }
 
+void SettingsTree::touchConfigTime() {}  // nobody watches
+
 SettingsTree& SettingsTree::setCompanions() { return set("ExePath", kCompanions); }
 
 HeldKeys::HeldKeys(const std::vector<std::uint8_t>& keys) {

@@ -76,9 +76,9 @@ TransferResult send(const TransferRecord& record, LinkTransmitterSession& sessio
     }
     constexpr std::uint32_t kServerDied = 0x800706BA;
     auto told = toldOf(record, session.access);
+    auto& dies = std::get<std::uint32_t>(desk().settings["TestbedDie"]);
     if (!desk().fails("SendLinkToZab")) {
         desk().told.push_back(std::move(told));
-        auto& dies = std::get<std::uint32_t>(desk().settings["TestbedDie"]);
         if (dies != 1) {
             dies -= dies != 0;
             return TransferResult::made;
