@@ -7,11 +7,6 @@
 #include <tlhelp32.h>
 
 namespace zab::testbed {
-namespace {
-
-constexpr std::uintptr_t kHandleStep = 4, kLastHandle = 0x8000;
-
-}  // namespace
 
 std::uint64_t privateBytes() {
     std::uint64_t bytes = 0;
@@ -23,6 +18,7 @@ std::uint64_t privateBytes() {
 }
 
 ProcessCounts processCounts() {
+    constexpr std::uintptr_t kHandleStep = 4, kLastHandle = 0x8000;
     ProcessCounts counts;
     DWORD flags = 0, process = 0;
     for (std::uintptr_t number = kHandleStep; number <= kLastHandle; number += kHandleStep)
@@ -42,4 +38,5 @@ ProcessCounts processCounts() {
     }
     return counts;
 }
+
 }  // namespace zab::testbed
