@@ -178,15 +178,21 @@ TEST_F(Links, AForcedNavigationIsHandedOverOnce) {
 
 #ifdef _WIN32  // the process of a download manager, and COM between
 TEST_F(Links, AForcedNavigationThatFailsIsTriedOnceAndToldOnce) {
+    constexpr DWORD kBusy = static_cast<DWORD>(RPC_E_SERVERCALL_RETRYLATER),
+                    kNotNow = static_cast<DWORD>(RPC_E_CANTCALLOUT_ININPUTSYNCCALL);
     const struct {
         bool registered;
         DWORD mute, answer;
+        int fail;           // of three navigations
+        std::size_t calls;  // for each that fails
+        bool told;
         const char* why;
     } rows[] = {
-        {false, 0, 0, "there is none"},
-        {true, 1, 0, "it starts and is never ready"},
-        {true, 0, static_cast<DWORD>(RPC_E_SERVERCALL_RETRYLATER), "it is busy"},
-        {true, 0, static_cast<DWORD>(RPC_E_CANTCALLOUT_ININPUTSYNCCALL), "no call can be made now"},
+        {false, 0, 0, 3, 0, true, "there is none"},
+        {true, 1, 0, 1, 0, true, "it starts and is never ready"},
+        {true, 0, kBusy, 3, 1, true, "it is busy"},
+        {true, 0, kBusy, 2, 1, true, "it is busy twice"},
+        {true, 0, kNotNow, 3, 1, false, "no call can be made now"},
     };
     static constexpr HookedImport kConnects[] = {{"CoCreateInstance", kCannotFail}};
     const ImportHook hook(browser, kConnects);
@@ -195,14 +201,20 @@ TEST_F(Links, AForcedNavigationThatFailsIsTriedOnceAndToldOnce) {
         ASSERT_TRUE(manager.isRegistered(false));  // none is running
         ASSERT_TRUE(manager.isRegistered(row.registered));
         manager.set("TestbedMute", row.mute);
-        manager.set("TestbedAnswer", row.answer);
-        browser.faults().none();
-        EXPECT_FALSE(forces("http://site.example/view").cancelled()) << row.why;
-        EXPECT_EQ(browser.faults().countOf("CoCreateInstance"), 1u) << row.why;
-        const bool told = row.answer != static_cast<DWORD>(RPC_E_CANTCALLOUT_ININPUTSYNCCALL);
-        EXPECT_EQ(answerMessageBox(kOk, std::chrono::milliseconds(told ? 10'000 : 300)).has_value(), told)
-            << row.why;
-        EXPECT_FALSE(messageBoxIsOpen()) << row.why;
+        // A process that is never ready is waited for each time: once is enough.
+        for (int navigation = 1; navigation <= (row.mute != 0 ? 1 : 3); ++navigation) {
+            const bool fails = navigation <= row.fail;
+            const std::size_t before = manager.count();
+            manager.set("TestbedAnswer", fails ? row.answer : 0);
+            browser.faults().none();
+            EXPECT_NE(forces("http://site.example/view").cancelled(), fails) << row.why;
+            EXPECT_EQ(browser.faults().countOf("CoCreateInstance"), 1u) << row.why;
+            EXPECT_EQ(manager.count() - before, fails ? row.calls : 1u) << row.why;
+            const bool told = fails && row.told;
+            EXPECT_EQ(answerMessageBox(kOk, std::chrono::milliseconds(told ? 10'000 : 300)).has_value(), told)
+                << row.why;
+            EXPECT_FALSE(messageBoxIsOpen()) << row.why;
+        }
     }
     ASSERT_TRUE(manager.isRegistered(true));
 }
