@@ -7,7 +7,7 @@
 
 namespace zab {
 
-/// `host` (UTF-8) in ASCII; nothing when it is no host name, and where Windows cannot tell.
+/// `host` (UTF-8) in ASCII; nothing when Windows refuses it or cannot tell.
 std::optional<std::string> asciiHostOf(std::string_view host);
 
 }  // namespace zab
