@@ -20,19 +20,13 @@ SignedDigits readSign(std::string_view text) noexcept {
     return {text.front() == '-', text.substr(1)};
 }
 
-/// A whole number between `low` and `high`, brought back to the nearer one when it lies beyond.
+/// A whole number, brought back to the nearest limit when it lies beyond.
 template <class Int>
 bool scanWhole(std::string_view text, Int& field) noexcept {
-    using Limits = std::numeric_limits<Int>;
     const auto [negative, digits] = readSign(text);
-    constexpr auto kHigh = static_cast<std::uint64_t>(Limits::max());
-    const std::uint64_t limit = !negative ? kHigh : Limits::is_signed ? kHigh + 1 : 0;
     if (digits.empty() || !isDigit(digits.front())) return false;
-    if (limit == 0) {
-        field = 0;
-        return true;
-    }
-    const auto magnitude = leadingDigits(digits, limit);
+    constexpr auto kHigh = static_cast<std::uint64_t>(std::numeric_limits<Int>::max());
+    const auto magnitude = leadingDigits(digits, negative ? kHigh + 1 : kHigh);
     field = static_cast<Int>(negative ? std::uint64_t{0} - *magnitude : *magnitude);
     return true;
 }
@@ -82,7 +76,6 @@ std::string lowered(std::string_view text) { return changed<&toLower<char>>(text
 std::string uppered(std::string_view text) { return changed<&toUpper<char>>(text); }
 
 bool scanInt32(std::string_view text, std::int32_t& field) noexcept { return scanWhole(text, field); }
-bool scanUInt32(std::string_view text, std::uint32_t& field) noexcept { return scanWhole(text, field); }
 bool scanInt64(std::string_view text, std::int64_t& field) noexcept { return scanWhole(text, field); }
 
 bool scanHex32(std::string_view text, std::uint32_t& field) noexcept {

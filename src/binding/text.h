@@ -131,12 +131,11 @@ constexpr std::string_view upToNul(std::string_view text) noexcept { return upTo
 std::string lowered(std::string_view text);
 std::string uppered(std::string_view text);
 
-// Numbers, as scanf("%d"), ("%I64d"), ("%lu"), ("%x") and ("%lf") read them from the start of `text`: leading
+// Numbers, as scanf("%d"), ("%I64d"), ("%x") and ("%lf") read them from the start of `text`: leading
 // white space of C, a sign, then the longest valid prefix. A value out of range becomes the nearest limit
 // (a double becomes infinite or zero). False leaves `field` as it was: no number starts here.
 
 bool scanInt32(std::string_view text, std::int32_t& field) noexcept;
-bool scanUInt32(std::string_view text, std::uint32_t& field) noexcept;
 bool scanInt64(std::string_view text, std::int64_t& field) noexcept;
 bool scanHex32(std::string_view text, std::uint32_t& field) noexcept;
 /// Decimal only: no hexadecimal, no "inf", no "nan"; "1e" is 1.
