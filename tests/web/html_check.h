@@ -13,10 +13,10 @@
 
 namespace zabtest {
 
-inline constexpr std::string_view kTestPage = "http://h/d/page.html";
+inline constexpr std::string_view kTestPage = "http://h/d/page.html", kTestFolder = "http://h/d/";
 
 /// The links of a page that arrives in pieces of `chunk` bytes, as "source url [text];": "L", "M", "S" for the
-/// sources, "P" for what plays.
+/// sources, "P" for what plays; an address in the page's folder as its rest.
 inline std::string harvest(std::string_view markup, std::size_t chunk) {
     zab::CHTMLParser parser(kTestPage, kTestPage);
     for (std::size_t at = 0; at < markup.size(); at += chunk) {
@@ -36,7 +36,10 @@ inline std::string harvest(std::string_view markup, std::size_t chunk) {
         const std::string_view path = zab::pathOf(link.url);
         must(path.find("/../") == std::string_view::npos && !path.ends_with("/.."));
         all += link.playable ? 'P' : "LSM"[static_cast<int>(link.source)];
-        all.append(" ").append(link.url).append(link.text.empty() ? "" : " [" + link.text + "]").append(";");
+        all.append(" ")
+            .append(link.url, link.url.starts_with(kTestFolder) ? kTestFolder.size() : 0)
+            .append(link.text.empty() ? "" : " [" + link.text + "]")
+            .append(";");
     }
     return all;
 }

@@ -24,13 +24,13 @@ TEST(ScriptLinks, AreLiteralsThatSayTheyAreAddresses) {
         {R"({"u":"http:\/\/h\/a","v":"\x68ttp://h/\u0062\u{63}","w":"http:\u002f\u002Fh\/\ud83d\ude00"})",
          "http://h/a http://h/bc http://h/\xF0\x9F\x98\x80 ", "escapes"},
         {"'http://h/\\\nx' 'http://h/\\\r\ny'", "http://h/x http://h/y ",
-         "a literal that goes on in the next line"},
+         "a literal that goes on a line below"},
         {R"("//cdn.example/x.js" "//a comment" "/files/a.abcde" "./b.abcdef" "../c.mp3?x=1")",
          "//cdn.example/x.js /files/a.abcde ../c.mp3?x=1 ", "hosts, and paths to files"},
         {R"("/" "/path/" "a.zip" "/re.*x/" "/v1.2" "http://" "http:x y" "see http://h/a" "javascript:x")", "",
-         "what is no address by itself"},
+         "what is no address"},
         {R"("http://h/?id=" + id, base + "/a.zip", `http://h/${x}`, base+"http://h/b")", "http://h/b ",
-         "parts that are joined"},
+         "joined"},
     };
     expectReadings(addressesIn, rows);
 }
@@ -39,11 +39,11 @@ TEST(ScriptLinks, AreWhatTheScriptUsesAsAddresses) {
     const Reading rows[] = {
         {"window.open('a', 'w'); open( \"b\" ); self.window.open ('c')", "a b c ", "windows"},
         {"location='a';window.location.href = 'b';location . href='x';document.location=\"c\"", "a b x c ",
-         "assignments"},
+         "set"},
         {"location.assign('a');top.location.replace(\"b\")", "a b ", "and calls"},
         {"img.src='i'; link.href='l'", "i l ", "addresses of elements"},
         {"xhr.open('GET'); relocation='a'; location=='b'; location.hash='c'; s.replace('d','e')", "",
-         "names that only look so"},
+         "other names"},
         {"location = 'a b'; location = ''; location = 'p?' + x", "", "no address, or a part of one"},
     };
     expectReadings(addressesIn, rows);
@@ -55,13 +55,10 @@ TEST(ScriptLinks, AreNotTakenFromCommentsAndExpressions) {
          "http://h/a http://h/b ", "comments"},
         {"<!-- 'http://h/x'\n'http://h/a'\n//-->", "http://h/a ", "what hid scripts from old browsers"},
         {"x = /['\"]/g; y = 'http://h/a'", "http://h/a ", "a quote in an expression opens nothing"},
-        {"x = /[/'\\]]/; return /'/ ; y = 'http://h/a'", "http://h/a ",
-         "a class, and a word before an expression"},
+        {"x = /[/'\\]]/; return /'/ ; y = 'http://h/a'", "http://h/a ", "a class, and a word before it"},
         {"x = a / b; y = 'http://h/a'; z = (1) / 2 + '/'", "http://h/a ", "a division is none"},
-        {"x = {} / 1, 'http://h/a', [] / 1, 'http://h/b' / 2", "http://h/a http://h/b ",
-         "behind brackets neither"},
-        {"x = /[ 'http://h/a'\n'http://h/b'", "http://h/a http://h/b ",
-         "an expression that never ends is none"},
+        {"x = {} / 1, 'http://h/a', [] / 1, 'http://h/b' / 2", "http://h/a http://h/b ", "nor behind brackets"},
+        {"x = /[ 'http://h/a'\n'http://h/b'", "http://h/a http://h/b ", "a part that never ends is none"},
         {"x = 'never closed http://h/x\n'http://h/a'", "http://h/a ", "a literal ends in its line"},
         {"` never closed 'http://h/a'", "http://h/a ", "a template without an end is none"},
         {"'http://h/x", "", "the end of the script in a literal"},

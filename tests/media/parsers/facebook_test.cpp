@@ -28,8 +28,7 @@ TEST(Facebook, TakesTheAddressesOfEachBlock) {
         {R"(sd_src:"b" videoData:)", "", "a block takes what is ahead"},
         {R"(videoData:sd_src:"b)", "", "no closing quote"},
         {R"(videoData:sd_src:"it's")", "sd it's 0;", "the same quote closes"},
-        {R"(videoData:sd_src:"h:\/\/x\u0025\u0026\\/")", R"(sd h://x%\u0026\/ 0;)",
-         "two escapes, one pass each"},
+        {R"(videoData:sd_src:"h:\/\/x\u0025\u0026\\/")", R"(sd h://x%\u0026\/ 0;)", "two escapes, one pass"},
     };
     expectReadings(facebookEntries, rows);
 }

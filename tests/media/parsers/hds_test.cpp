@@ -68,10 +68,9 @@ TEST(Hds, ReadsAHeightFromMetadata) {
         {"<media url=u ><metadata>" + base64 + "<x></metadata>", "u 480;", "ends at a foreign byte"},
         {"<media url=u /><metadata>" + base64 + "</metadata>", "u  hidden;", "closed in its start tag"},
         {"<media url=u ></media ><metadata>" + base64 + "</metadata>", "u  hidden;", "closed before"},
-        {"<media url=u ><metadata>x</metadata><metadata>" + base64 + "</metadata>", "u  hidden;",
-         "the first of several"},
+        {"<media url=u ><metadata>x</metadata><metadata>" + base64 + "</metadata>", "u  hidden;", "the first"},
         {"<media url=u ><media url=v ><MetaData>" + base64 + "</metadata >", "u 480 hidden;v 480;",
-         "unclosed: the next one's"},
+         "open: the next"},
     };
     expectReadings(heightsOf, places);
 }
@@ -88,8 +87,7 @@ TEST(Hds, LinksBootstraps) {
         {"<media url=u ><bootstrapInfo>Z</bootstrapInfo>", "Z", "an absent id equals an absent one"},
         {"<media bootstrapInfoId=y ><bootstrapInfo id=y>Z</bootstrapInfo>", "Y", "the first of several"},
         {"<media bootstrapInfoId=z ><bootstrapInfo id=z >Z", "", "without a close tag the data is empty"},
-        {"<media bootstrapInfoId=z ><bootstrapInfo id=z a='>'/>q</bootstrapInfo>", "q",
-         "behind the start tag's own >"},
+        {"<media bootstrapInfoId=z ><bootstrapInfo id=z a='>'/>q</bootstrapInfo>", "q", "behind its own >"},
     };
     expectReadings(bootstrapOf, rows);
 }
@@ -103,8 +101,7 @@ TEST(Hds, ReadsTheManifest) {
          "a slash is added; contents are raw"},
         {"<baseURL>a</baseURL><BASEURL >http://h/video/</baseurl>", "http://h/video/||0|0;|A;",
          "the last; a slash that is there is kept"},
-        {"<baseURL>a</baseURL><duration>1</duration><baseURL>b<duration>2", "a/|1|0|0;|A;",
-         "no close tag: no content"},
+        {"<baseURL>a</baseURL><duration>1</duration><baseURL>b<duration>2", "a/|1|0|0;|A;", "unclosed: none"},
         {"<drmAdditionalHeader/>< PV-x>", "||1|1;|A;", "any name that begins so"},
         {"</drm></pv-x><dr><pvx>", "||0|0;|A;", "only start tags, only the whole beginning"},
         {"<x a='<drm'>", "||1|0;|A;", "inside a value too"},

@@ -26,8 +26,7 @@ TEST(YoutubeStreamMap, IsReadPieceByPiece) {
     const Reading rows[] = {
         {R"(":"itag=22\u0026url=videoplayback?a,itag= 18\u0026url=videoplayback?b")",
          "22 videoplayback?a;18 videoplayback?b;", "one stream for each piece, blanks before the number"},
-        {R"(:::  "" url=videoplayback\u0026itag=5x")", "5 videoplayback;",
-         "any marks before, any order of keys"},
+        {R"(:::  "" url=videoplayback\u0026itag=5x")", "5 videoplayback;", "any marks before, any order"},
         {R"(":"url=http%3A%2F%2Fh%2Fvideoplayback%3Fa")", "0 http://h/videoplayback?a;", "URL-encoded"},
         {R"(":"url=http:\/\/h\/videoplayback%3Fa")", "0 http://h/videoplayback%3Fa;", "not when it has \\/"},
         {R"(":"url=videoplayback%252Ca%2Cb")", "0 videoplayback%2Ca;", "decoded once, then cut at the comma"},
@@ -37,8 +36,7 @@ TEST(YoutubeStreamMap, IsReadPieceByPiece) {
         {R"(":"url=videoplayback\u0026sig=S%31\u0026x")", "0 videoplayback&signature=S%31;", "as it stands"},
         {R"(":"url=videoplayback?signature=R\u0026sig=S")", "0 videoplayback?signature=R;", "has one"},
         {R"(":"url=videoplayback\u0026sig=")", "0 videoplayback&signature=;", "an empty one is one"},
-        {R"(":"url=videoplayback&itag=37\u0026itag=22")", "37 videoplayback&itag=37;",
-         "the URL's own itag wins"},
+        {R"(":"url=videoplayback&itag=37\u0026itag=22")", "37 videoplayback&itag=37;", "the URL's own wins"},
         {R"(":"url=videoplayback&itag=0\u0026itag=22")", "22 videoplayback&itag=0;", "unless it is 0"},
         {R"(":"url=videoplayback\u0026itag=99999999999")", "4294967295 videoplayback;", "the nearest limit"},
         {R"(":"url=a\u0026url=videoplayback")", "0 a;", "the first place; looked for in all behind it"},
@@ -50,8 +48,7 @@ TEST(YoutubeStreamMap, IsReadPieceByPiece) {
         {R"(":"url=" url_encoded_fmt_stream_map:"url=videoplayback")", "0 videoplayback;", "a further map"},
         {R"(":"url=videoplayback\u0026itag=22","adaptive_fmts":"url=videoplayback?v\u0026itag=136")",
          "22 videoplayback;136+videoplayback?v!;", "and the adaptive map, its twin found"},
-        {R"(":"url=videoplayback" "streamingData":"httpvideoplayback&itag=5")", "0 videoplayback;",
-         "only the map"},
+        {R"(":"url=videoplayback" "streamingData":"httpvideoplayback&itag=5")", "0 videoplayback;", "the map"},
     };
     expectReadings(read, rows);
     EXPECT_EQ(pageEntries(R"("adaptive_fmts":"url=videoplayback")"), "") << "not without the other map";
@@ -92,12 +89,10 @@ TEST(YoutubeReply, IsReadParameterByParameter) {
          "22 http://h/videoplayback?a&signature=S%2C;0 videoplayback;136+videoplayback?v!;",
          "the value is decoded once, each URL once more"},
         {"url_encoded_fmt_stream_map=&url_encoded_fmt_stream_map=url%3Dvideoplayback", "0 videoplayback;",
-         "each one"},
+         "each"},
         {"url_encoded_fmt_stream_map:url=videoplayback", "", "not a parameter"},
-        {"url_encoded_fmt_stream_map=url%3Dvideoplayback%5Cu0026itag%3D5", "0 videoplayback;",
-         "cut, but no key"},
-        {"url_encoded_fmt_stream_map=url%3Dvideoplayback%00%26itag%3D5", "0 videoplayback;",
-         "NUL ends the value"},
+        {"url_encoded_fmt_stream_map=url%3Dvideoplayback%5Cu0026itag%3D5", "0 videoplayback;", "but no key"},
+        {"url_encoded_fmt_stream_map=url%3Dvideoplayback%00%26itag%3D5", "0 videoplayback;", "NUL ends it"},
     };
     expectReadings(replyEntries, rows);
 }
@@ -107,7 +102,7 @@ TEST(YoutubeTitle, IsUndoneAsItWasWritten) {
     const auto ofPage = [](const std::string& text) { return youtubePage(kStream + text).title; };
     const Reading rows[] = {
         {R"("title":"+%20%C3%A9\u00e9\uD83D\uDE00","x)", "  \xC3\xA9\xC3\xA9\xF0\x9F\x98\x80",
-         "blanks, UTF-8 and JSON"},
+         "UTF-8 and JSON"},
         {R"("title":"a\n\"\u12\\u0041\u005cu0042","x)", R"(a\n\"\u12\A\u0042)", "other escapes stay, one pass"},
         {R"("title":"a\u0000b","x)", "a", "an escaped NUL ends it"},
         {R"("title":"a%00b","x)", "a", "so does an encoded one"},
@@ -148,12 +143,10 @@ TEST(YoutubeCatalogue, FindsTheEntryOfALaterRequest) {
         return all;
     };
     const Reading rows[] = {
-        {"http://h/v?id=1&itag=45", "url 45 marked 45w stream 45w both 45 stream id 000100",
-         "the first of two"},
+        {"http://h/v?id=1&itag=45", "url 45 marked 45w stream 45w both 45 stream id 000100", "the first"},
         {"http://h/v?id=1&itag=42", "url 42 marked 42 stream 42 both 42 stream id 010000", "42 is no WebM"},
         {"http://h/v?id=1&itag=43", "url 43 marked 43w stream 43w both 43 stream id 001000", "43 is"},
-        {"http://h/v?id=1&itag=46", "url 46 marked 46 stream a46 both 46 stream id 000010",
-         "46 does not count"},
+        {"http://h/v?id=1&itag=46", "url 46 marked 46 stream a46 both 46 stream id 000010", "46 is not"},
         {"http://h/v?itag=18&id=1&rn=7", "stream 18 both 18 stream id 100000", "what a player changes"},
         {"http://h/v?itag=45&id=1&x=1", "both 45 id 000000", "another parameter"},
         {"http://h/v?id=1&rn=1", "stream 18 stream id 100000", "no itag: the first"},
