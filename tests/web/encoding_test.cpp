@@ -32,7 +32,6 @@ TEST(Base64, ReadingEndsAtTheFirstForeignByte) {
         {"Zg", "f", "padding may be missing"},
         {"Zm9vY", "foo", "a single left-over character holds no byte"},
         {"Zg==Zm9v", "f", "nothing counts behind the padding"},
-        {"Zm-_", "f", "the URL-safe alphabet is another"},
         {"Zm9v\xC3\xA4Zg", "foo", "a byte of 128 or more"},
     };
     expectReadings(Base64Decode, rows);
@@ -59,7 +58,6 @@ TEST(EncodedWord, GivesTheMarkedUtf8Name) {
     const auto read = [](std::string_view text) { return DecodeEncodedWordFileName(text).value_or("none"); };
     const Reading rows[] = {
         {"=?utf-8?b?w6QudHh0?= tail", "utf-8''\xC3\xA4.txt", "letter case, and text behind it"},
-        {"=?UTF-8?B?YQ==?=", "utf-8''a", "padding before the end"},
         {"=?UTF-8?B?YQ?Yg?=", "utf-8''a", "a question mark without = does not close the word"},
         {"=?UTF-8?B?YQ==", "none", "never closed"},
         {"=?UTF-8?Q?a.txt?=", "none", "the other encoding"},

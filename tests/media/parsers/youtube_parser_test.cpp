@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "media/parsers/generated.h"
 #include "media/parsers/site_checks.h"
@@ -117,8 +118,7 @@ TEST(YoutubeTitle, IsUndoneAsItWasWritten) {
 }
 
 TEST(YoutubeCatalogue, FindsTheEntryOfALaterRequest) {
-    // What each search says of the URL, "w" for WebM and "a" for adaptive; then which entries are marked as
-    // used.
+    // What each search says of the URL, "w" for WebM and "a" for adaptive; then the entries that are used.
     const auto read = [](const std::string& text) {
         CYoutubeParser parser;
         for (const char* itag : {"18", "42", "43", "45", "46", "45"})
@@ -132,14 +132,16 @@ TEST(YoutubeCatalogue, FindsTheEntryOfALaterRequest) {
                 search + std::to_string(std::exchange(itag, 7)) + (std::exchange(isWebM, false) ? "w " : " ");
         };
         if (parser.findByUrl(url, false, isWebM, itag)) note("url ");
-        EXPECT_TRUE(std::ranges::none_of(parser.entries(), [](const auto& entry) { return entry.used != 0; }));
+        const auto isUsed = [](const YoutubeStreamEntry& entry) { return entry.used != 0; };
+        EXPECT_EQ(std::ranges::count_if(parser.entries(), isUsed), 0);
         if (parser.findByUrl(url, true, isWebM, itag)) note("marked ");
+        EXPECT_EQ(std::ranges::count_if(parser.entries(), isUsed), parser.holds(url) ? 1 : 0);
         if (parser.findSameStream(url, isWebM, itag, adaptive)) note(adaptive ? "stream a" : "stream ");
         if (parser.findSameIdAndItag(url, itag)) note("both ");
         EXPECT_EQ(itag, 7u) << "untouched by a no";
         all += parser.hasSameStream(url) ? "stream " : "";
         all += parser.hasSameId(url) ? "id " : "";
-        for (const auto& entry : parser.entries()) all += entry.used != 0 ? '1' : '0';
+        for (const auto& entry : parser.entries()) all += isUsed(entry) ? '1' : '0';
         return all;
     };
     const Reading rows[] = {
