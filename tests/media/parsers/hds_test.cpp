@@ -87,6 +87,7 @@ TEST(Hds, LinksBootstraps) {
         {"<media url=u ><bootstrapInfo>Z</bootstrapInfo>", "Z", "an absent id equals an absent one"},
         {"<media bootstrapInfoId=y ><bootstrapInfo id=y>Z</bootstrapInfo>", "Y", "the first of several"},
         {"<media bootstrapInfoId=z ><bootstrapInfo id=z >Z", "", "without a close tag the data is empty"},
+        {"<media bootstrapInfoId=z ><bootstrapInfo id=z ", "", "and in an open start tag"},
         {"<media bootstrapInfoId=z ><bootstrapInfo id=z a='>'/>q</bootstrapInfo>", "q", "behind its own >"},
     };
     expectReadings(bootstrapOf, rows);
