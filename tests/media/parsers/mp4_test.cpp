@@ -111,6 +111,7 @@ TEST(Mp4, ReadsTheFragmentDuration) {
         {mehd(1, u32(1) + u32(4000)), "0 0 4000 0 4", "flags count like a version"},
         {mehd(0, "") + u32(4000), "0 0 4000 0 4", "no size is checked: the field behind the box"},
         {mehd(0, ""), "- 0 0 0 0 ", "a field outside the buffer leaves its value"},
+        {box("mvex", box("trex", u32(0) + u32(4000))), "- 0 0 0 0 ", "another box"},
         {box("mvex", box("mehd", "")), "- 0 0 0 0 ", "so does a missing version"},
     };
     expectReadings(movieReadingOf, rows);
