@@ -1,0 +1,169 @@
+// Several browser windows with several tabs: whose button is seen, and what becomes of it when tabs and windows
+// move and close.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <random>
+
+#include "scenarios/scenario.h"
+
+namespace zab::testbed {
+namespace {
+
+class Tabs : public ::testing::Test {
+  protected:
+    Tabs() {
+        settings.setCompanions();
+        browser.startsUp();
+    }
+    ~Tabs() override {
+        EXPECT_EQ(browser.unbalanced(), "");
+        EXPECT_EQ(browser.violations(), std::vector<std::string>{});
+    }
+
+    static std::u16string textOf(std::uint64_t id) {
+        const std::string digits = std::to_string(id);
+        return {digits.begin(), digits.end()};
+    }
+    Page& opensTab(const TopWindow& window, std::uint64_t id) {
+        auto& page = browser.opensPage("http://site.example/", u"Page", id);
+        page.nativeWindow = window.handle();
+        page.boxes[u"appcontent"] = window.contentBox();
+        browser.selectsTab(textOf(id));
+        offers(page);
+        return page;
+    }
+    void offers(Page& page, const char* name = "a.mp4") {
+        auto& film = browser.requests(
+            {.url = std::string("http://films.example/") + name, .loadFlags = kEmbedded, .page = &page});
+        browser.answers(film, 200, {{"Content-Type", "video/mp4"}, {"Content-Length", "900000"}});
+        browser.finishes(film);
+    }
+    static bool shows(const TopWindow& window, std::size_t visible, std::size_t all) {
+        return serves([&] { return window.buttons().size() == visible && window.buttons(true).size() == all; });
+    }
+
+    void walks(std::uint32_t seed);
+
+    SettingsTree settings;
+    Browser browser;
+};
+
+/// Two windows with three tabs each.
+void Tabs::walks(std::uint32_t seed) {
+    struct Tab {
+        Page* page;
+        std::size_t window;
+    };
+    std::unique_ptr<TopWindow> windows[] = {std::make_unique<TopWindow>(), std::make_unique<TopWindow>()};
+    std::map<std::uint64_t, Tab> tabs;
+    std::uint64_t front[] = {0, 0}, next = 100;
+    std::mt19937 random(seed);
+    const auto comesForward = [&](std::uint64_t id, std::size_t where) {
+        for (auto& shown : front)
+            if (shown == id) shown = 0;
+        front[where] = id;
+        tabs[id].window = where;
+        tabs[id].page->nativeWindow = windows[where]->handle();
+    };
+    const auto closes = [&](std::uint64_t id) {
+        browser.fires(u"unload", *tabs[id].page);
+        Browser::dropsPage(*tabs[id].page);
+        for (auto& shown : front)
+            if (shown == id) shown = 0;
+        tabs.erase(id);
+        browser.sweeps();
+    };
+    for (int step = 0; step < 500; ++step) {
+        for (; tabs.size() < 6; ++next) {
+            const std::size_t where = next % 2;
+            tabs[next] = {&opensTab(*windows[where], next), where};
+            comesForward(next, where);
+        }
+        const auto chosen = std::next(tabs.begin(), static_cast<std::ptrdiff_t>(random() % tabs.size()));
+        const auto [id, tab] = *chosen;
+        const std::size_t other = 1 - tab.window;
+        const auto act = random() % 40;
+        if (act < 8) {
+            closes(id);
+        } else if (act == 8) {  // its window closes, and its tabs with it or, for one, before
+            comesForward(id, other);
+            if (random() % 2 == 0) browser.selectsTab(textOf(id));
+            while (true) {
+                const auto left =
+                    std::ranges::find(tabs, tab.window, [](const auto& row) { return row.second.window; });
+                if (left == tabs.end()) break;
+                closes(left->first);
+            }
+            windows[tab.window] = nullptr;
+            windows[tab.window] = std::make_unique<TopWindow>();
+            browser.selectsTab(textOf(id));
+        } else {
+            comesForward(id, act < 20 ? other : tab.window);
+            browser.selectsTab(textOf(id));
+        }
+        for (const std::size_t where : {0u, 1u}) {
+            const auto here =
+                std::ranges::count(tabs, where, [](const auto& row) { return row.second.window; });
+            ASSERT_TRUE(shows(*windows[where], front[where] != 0 ? 1 : 0, static_cast<std::size_t>(here)))
+                << "step " << step << ", act " << act;
+        }
+    }
+    while (!tabs.empty()) closes(tabs.begin()->first);
+    for (const auto& window : windows) EXPECT_TRUE(shows(*window, 0, 0));
+}
+
+TEST_F(Tabs, OfEachWindowShowTheButtonOfTheOneInFrontAndNoOther) { walks(19); }
+TEST_F(Tabs, OfEachWindowShowItOnEveryOtherWayToo) { walks(91); }
+
+TEST_F(Tabs, ThatMoveHaveAButtonAgainAsSoonAsOneCanBeMade) {
+    TopWindow stays;
+    auto closes = std::make_unique<TopWindow>();
+    auto& page = opensTab(*closes, 17);
+    EXPECT_TRUE(shows(*closes, 1, 1));
+    page.nativeWindow = stays.handle();
+    closes.reset();
+    browser.faults().failAll("helper5.73");
+    browser.selectsTab(u"17");
+    EXPECT_TRUE(shows(stays, 0, 0)) << "nobody says where";
+    browser.faults().none();
+    browser.selectsTab(u"17");
+    EXPECT_TRUE(shows(stays, 1, 1));
+
+    closesButton(stays.buttons().front());
+    EXPECT_TRUE(shows(stays, 0, 0));
+    browser.selectsTab(u"17");
+    offers(page, "b.mp4");
+    EXPECT_TRUE(shows(stays, 0, 0)) << "the user closed it";
+    browser.unloads(u"17");
+}
+
+TEST_F(Tabs, BehindAnEmptyOneOrOneThatEndsShowNothing) {
+    TopWindow window;
+    opensTab(window, 17);
+    opensTab(window, 18);
+    browser.selectsTab(u"0");
+    EXPECT_TRUE(shows(window, 0, 2));
+    browser.selectsTab(u"18");
+    EXPECT_TRUE(shows(window, 1, 2));
+    browser.unloads(u"18");
+    EXPECT_TRUE(shows(window, 0, 1));
+    browser.unloads(u"17");
+}
+
+TEST_F(Tabs, OfAPageThatScrollsAskOnceWhereItIs) {
+    TopWindow window;
+    auto& page = opensTab(window, 17);
+    const auto button = window.buttons().at(0);
+    page.boxes[u"appcontent"] = {0, 90, 300, 250};
+    browser.faults().none();
+    for (int i = 0; i < 20; ++i) browser.fires(u"scroll", page);
+    EXPECT_TRUE(serves([&] { return areaOf(button).top == 92; }));
+    EXPECT_EQ(browser.faults().countOf("helper5.73"), 1u);
+    browser.unloads(u"17");
+}
+
+}  // namespace
+}  // namespace zab::testbed
