@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "binding/utf.h"
-#include "ui/in_flight.h"
 
 namespace zab {
 namespace {
@@ -163,20 +162,6 @@ TEST(MediaChoice, AnEntryGoesOutWhole) {
     ASSERT_EQ(newest.size(), 2u);
     EXPECT_EQ(newest[0].typeHint, "flv");
     EXPECT_EQ(newest[1].url, "middle");
-}
-
-TEST(InFlight, OnlyWhatIsMeantForAWindowIsTakenThere) {
-    InFlight<std::string> flights;
-    constexpr WindowHandle here = 1, there = 2;
-    const auto address = flights.add(here, 0x467, std::make_unique<std::string>("a"));
-    const auto other = flights.add(there, 0x467, std::make_unique<std::string>("b"));
-    EXPECT_EQ(flights.take(here, 0x467, address + 8), nullptr) << "a stranger's number";
-    EXPECT_EQ(flights.take(here, 0x468, address), nullptr) << "another step";
-    EXPECT_EQ(flights.take(there, 0x467, address), nullptr) << "another window";
-    EXPECT_EQ(*flights.takeAll(there).at(0), "b");
-    EXPECT_EQ(flights.take(there, 0x467, other), nullptr) << "taken with its window";
-    EXPECT_EQ(*flights.take(here, 0x467, address), "a");
-    EXPECT_EQ(flights.take(here, 0x467, address), nullptr) << "once";
 }
 
 }  // namespace

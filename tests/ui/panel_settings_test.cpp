@@ -14,10 +14,7 @@ TEST(PanelSettings, SayForWhichLinksAPopupOpens) {
         bool opens;
         const char* why;
     } rows[] = {
-        {1, {}, links, true, "any link"},
-        {1, {}, {}, false, "no link"},
         {7, {}, links, true, "an unknown mode is like the first"},
-        {2, {"zip"}, links, false, "never"},
         {3, {"rar", "zip"}, links, true, "one of the names, in any case"},
         {3, {"rar"}, links, false, "the query is no file name"},
         {3, {"", "h"}, links, false, "a link without extension has none of them"},
