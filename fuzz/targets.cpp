@@ -1,5 +1,8 @@
 #include "fuzz/targets.h"
 
+#include <stdexcept>
+#include <string>
+
 #include "intercept/intercept_check.h"
 #include "media/capture/capture_check.h"
 #include "media/parsers/dash_check.h"
@@ -8,6 +11,7 @@
 #include "media/parsers/mp4_check.h"
 #include "media/parsers/site_checks.h"
 #include "media/parsers/tag_scanner_check.h"
+#include "scenarios/any_order.h"
 #include "settings/data_file_check.h"
 #include "settings/exception_list_check.h"
 #include "settings/language_file_check.h"
@@ -35,7 +39,15 @@ void handle(std::string_view bytes) {
     checkHandler(kKind, bytes);
 }
 
+/// A day in the stand-in browser.
+void checkAnyOrder(std::string_view bytes) {
+    const std::string faults =
+        zab::testbed::faultsOfAnyOrder({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
+    if (!faults.empty()) throw std::runtime_error(faults);
+}
+
 constexpr Target kTargets[] = {
+    {"any_order", checkAnyOrder},
     {"capture", checkCapture},
     {"capture_dash", handle<MediaKind::dash>},
     {"capture_facebook", handle<MediaKind::facebook>},

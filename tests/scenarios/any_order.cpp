@@ -1,10 +1,13 @@
 #include "scenarios/any_order.h"
 
+#include <iterator>
 #include <vector>
 
+#include "binding/utf.h"
 #include "browser/base_window.h"
 #include "browser/browser.h"
 #include "browser/desktop.h"
+#include "companions/button_library/choice_record.h"
 #include "desk/desk.h"
 
 namespace zab::testbed {
@@ -24,6 +27,11 @@ constexpr const char* kTopics[] = {"http-on-examine-response", "http-on-examine-
                                    "http-on-examine-cached-response"};
 constexpr const char16_t* kEvents[] = {u"mousedown", u"mouseup", u"unload", u"TabSelect", u"scroll", u"resize"};
 constexpr std::uint32_t kStatuses[] = {200, 206, 302, 404};
+constexpr const char16_t* kLinks[] = {u"!ALL!", u"http://h.example/film.flv", u"http://h.example/a.zip",
+                                      u"http://h.example/film.flv#2"};
+constexpr std::uint32_t kMessages[] = {panel_messages::kAlive,    panel_messages::kResolve,
+                                       panel_messages::kResolved, panel_messages::kFileEntry,
+                                       panel_messages::kClose,    panel_messages::kDestroyed};
 
 class Play {
   public:
@@ -37,10 +45,13 @@ class Play {
 
     std::string run() {
         while (!bytes_.empty()) act();
+        desk().listsLocked = false;
+        browser_.faults().none();
         for (auto* channel : channels_) browser_.finishes(*channel);
         for (auto* page : pages_) ends(*page);
         desk().servesMessages();
         std::string faults = browser_.unbalanced();
+        if (desk().lockHeld != 0) faults += "the lists stay locked; ";
         for (const auto& violation : browser_.violations()) faults += violation + "; ";
         return faults;
     }
@@ -85,11 +96,45 @@ class Play {
         if (next(4) == 0) headers.emplace_back("Location", one(kUrls));
         browser_.answers(channel, one(kStatuses), headers, one(kTopics));
     }
+    /// Of the browser, a button or a controller.
+    WindowHandle window() {
+        auto& windows = desk().windows;
+        return windows.empty() ? 0 : std::next(windows.begin(), next(windows.size()))->first;
+    }
+    void chooses() {
+        desk().copies(window(), choiceRecord(one(kLinks), std::stoull(utf8FromUtf16(idOf(page()))),
+                                             utf16FromUtf8(page().url)));
+    }
+    void commands() {
+        const auto& runtime = browser_.runtime();
+        const auto& module = browser_.module();
+        const PassedText id(runtime, std::u16string_view(idOf(page())));
+        const PassedText address(runtime, std::string_view(one(kUrls))), none(runtime, std::string_view(""));
+        const PassedText wide(runtime, utf16FromUtf8(page().url)), nothing(runtime, std::u16string_view());
+        const PassedText markup(runtime, std::u16string_view(u"<a href=a.zip>a</a><a href=ftp://h/b>"));
+        browser_.intoModule([&]() -> std::uint64_t {
+            switch (next(5)) {
+                case 0: return module.DownloadAllWithZAB(markup, wide, nothing);
+                case 1: return module.DownloadLastFLVwithZAB(id);
+                case 2: return module.DownloadLast10FLVwithZAB(id);
+                case 3: return module.DownloadLinkWithZAB(wide, nothing, nothing, markup);
+                default:
+                    return static_cast<std::uint32_t>(module.ShouldLoad2(6, address, none, nullptr, none, id));
+            }
+        });
+    }
+    void changes() {
+        desk().listsLocked = next(4) == 0;
+        desk().keyboard[kControl] = next(2) == 0 ? 0x80 : 0;
+        desk().cursor = {static_cast<std::int32_t>(next(2)) * 9, 0};
+        desk().managerRegistered = next(8) != 0;
+        settings_.set("SpecialKeys\\CtrlF", static_cast<std::uint32_t>(next(2)));
+    }
     void act() {
         static constexpr const char* kFailing[] = {"helper5.70", "helper5.71",      "helper5.72",
                                                    "helper5.61", "helper5.68",      "helper9.3",
                                                    "helper11.7", "NS_StringSetData"};
-        switch (next(14)) {
+        switch (next(19)) {
             case 0: return opens();
             case 1: return ends(page());
             case 2: return browser_.selectsTab(idOf(page()));
@@ -104,6 +149,13 @@ class Play {
             case 9: return browser_.faults().failNth(1 + static_cast<std::uint32_t>(next(4)), one(kFailing));
             case 10: return browser_.faults().none();
             case 11: return desk().servesMessages();
+            case 12: return chooses();
+            case 13: desk().sends(window(), one(kMessages), next(256)); return;
+            case 14: return commands();
+            case 15: return changes();
+            case 16:
+                if (next(8) == 0) desk().destroys(window());
+                return;
             default: break;
         }
         if (channels_.empty()) return asks();
@@ -130,6 +182,8 @@ std::string faultsOfAnyOrder(Bytes bytes) {
     desk().windows.clear();
     desk().told.clear();
     desk().boxes.clear();
+    desk().keyboard = {};
+    desk().managerRegistered = true;
     return Play(bytes).run();
 }
 
