@@ -6,7 +6,6 @@
 #include <sstream>
 
 #include "binding/base_window.h"
-#include "binding/upload_channel.h"
 #include "binding/wide_win32.h"
 #include "browser/base_window.h"
 #include "browser/browser.h"
@@ -116,32 +115,6 @@ TEST(Abi, EveryOperationOfABaseWindowReachesItsOwnSlotInEveryLayout) {
             }
         }
     }
-}
-
-TEST(Abi, TheUploadAdapterWidensALengthOf32Bits) {
-    static std::array<std::uint64_t, 4> noted;
-    constexpr auto note = [](const Call& call) {
-        noted = {call.slot, call.whole(0), call.whole(1), call.whole(2)};
-        return NS_OK;
-    };
-    const Operation operations[] = {{3, note}, {4, note}};
-    const nsIID iids[] = {nsIUploadChannel17::kIID};
-    const Interface newer{"uploadChannel", iids, operations};
-    Browser browser;
-    auto& channel = browser.make<BedObject>("channel");
-    channel.answersTo(newer);
-    {
-        const auto adapter = GetUploadChannel(channel.asSupports());
-        ASSERT_TRUE(adapter);
-        const std::uint64_t arguments[kStandInArguments] = {11, 12, 0xAAAAAAAA'FFFFFFFF};
-        EXPECT_EQ(browser.runtime().callSlot(adapter.get(), 3, arguments), NS_OK);
-        EXPECT_EQ(noted, (std::array<std::uint64_t, 4>{3, 11, 12, ~0ull})) << "ask the stream";
-        EXPECT_EQ(browser.runtime().callSlot(adapter.get(), 4, arguments), NS_OK);
-        EXPECT_EQ(noted[0], 4u);
-        EXPECT_EQ(noted[1], 11u);
-    }
-    EXPECT_EQ(browser.unbalanced(), "");
-    EXPECT_EQ(browser.violations(), std::vector<std::string>{});
 }
 
 }  // namespace

@@ -41,47 +41,15 @@ TEST(Bed, NamesWhatIsStillHeldAndCallsThatNoBrowserWouldUnderstand) {
     std::uint64_t foreign = 0;
     EXPECT_TRUE(failed(helper->GetLoadFlags(reinterpret_cast<nsISupports*>(&foreign), &flags)));
     EXPECT_EQ(helper->Reserved16(), NS_ERROR_NOT_IMPLEMENTED);
+    const PassedText passed(browser.runtime(), std::string_view("name"));
+    const nsACString* const name = passed;
+    EXPECT_EQ(viewOf(name).data()[4], '<') << "no terminator to lean on";
+    zab::runtime().NS_CStringSetDataRange(const_cast<nsACString*>(name), kAll, 0, "", 0);
+    EXPECT_EQ(viewOf(name).data()[4], '<') << "nothing added ends nothing";
     EXPECT_EQ(browser.violations(),
               (std::vector<std::string>{"helperUri.1 of a dead uri",
                                         "helper5.60 gets what is no object of the browser",
                                         "helper5.16 is no operation that the module may call"}));
-}
-
-TEST(Bed, FailsTheCountedCallOnly) {
-    BoundBrowser browser;
-    const std::string lookup = "service @zab/mozilla_cc_helper5;1";
-    browser.faults().failNth(2, lookup);
-    for (const bool fails : {false, true, false}) {
-        EXPECT_NE(static_cast<bool>(browser.asksFor<iZABHelper5>()), fails);
-        if (!fails) continue;
-        EXPECT_EQ(browser.faults().failedOperation(), lookup);
-    }
-}
-
-TEST(Bed, StringsBehaveAsPublished) {
-    const BoundBrowser browser;
-    const PassedText passed(browser.runtime(), std::string_view("name"));
-    EXPECT_EQ(viewOf(static_cast<const nsACString*>(passed)).data()[4], '<') << "no terminator to lean on";
-    NarrowContainer text("abcd");
-    const struct {
-        std::uint32_t offset, cut;
-        const char* data;
-        std::uint32_t length;
-        const char* result;
-        const char* why;
-    } rows[] = {
-        {kAll, 7, "ef", 2, "abcdef", "appended, whatever the cut"},
-        {1, 2, "xyz", kAll, "axyzdef", "in the middle, up to the terminator"},
-        {4, kAll, nullptr, 5, "axyz", "cut to the end, without data"},
-        {99, 1, "!", 1, "axyz!", "an offset behind the end is the end"},
-    };
-    for (const auto& row : rows) {
-        zab::runtime().NS_CStringSetDataRange(text.get(), row.offset, row.cut, row.data, row.length);
-        EXPECT_EQ(text.view(), row.result) << row.why;
-    }
-    zab::runtime().NS_CStringSetDataRange(const_cast<nsACString*>(static_cast<const nsACString*>(passed)), kAll, 0,
-                                          "", 0);
-    EXPECT_EQ(viewOf(static_cast<const nsACString*>(passed)).data()[4], '<') << "nothing added ends nothing";
 }
 
 }  // namespace

@@ -9,16 +9,12 @@ namespace {
 
 using Labels = std::vector<std::u16string>;
 
-class Buttons : public ::testing::Test {
+class Buttons : public Scenario {
   protected:
     Buttons() {
         settings.setCompanions();
         browser.startsUp();
         browser.clicks("http://site.example/page.html");
-    }
-    ~Buttons() override {
-        EXPECT_EQ(browser.unbalanced(), "");
-        EXPECT_EQ(browser.violations(), std::vector<std::string>{});
     }
 
     Page& opensPage(std::uint64_t id) {
@@ -49,10 +45,7 @@ class Buttons : public ::testing::Test {
         return visible.size() == 1 ? visible.front() : 0;
     }
 
-    SettingsTree settings;
     TopWindow window;
-    Manager manager;
-    Browser browser;
 };
 
 TEST_F(Buttons, APageOfFiveEntriesHasAButtonThatFollowsItAndHandsThemOver) {

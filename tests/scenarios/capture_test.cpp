@@ -29,11 +29,6 @@ std::string stream(int itag) {
            "\\u0026itag=" + std::to_string(itag);
 }
 
-std::string representation(int id, const char* base) {
-    return "<Representation id=\"" + std::to_string(id) + "\"><BaseURL>" + base +
-           "</BaseURL><SegmentList><SegmentURL media=\"x\"/></SegmentList></Representation>";
-}
-
 const std::string kVideoTag = "\x9\0\0\3\0\0\0\0\0\0\0abc\0\0\0\xE"s;
 
 const Row kRows[] = {
@@ -45,56 +40,33 @@ const Row kRows[] = {
      "File1=http://a.example/x.mp3\nFile2=mms://b\n",
      "mms://b\tPage\n"
      "http://a.example/x.mp3\tx.mp3\n"},
-    {MediaKind::youtubeVideoInfo, "http://www.youtube.com/get_video_info?x", "text/plain",
-     "title=Film&url_encoded_fmt_stream_map=url%3Dhttp%253A%252F%252Fg.example%252Fvideoplayback%253Fid%253D1%"
-     "2526itag%253D22%26itag%3D22&z=1",
-     "ytatozab://http://g.example/videoplayback?id=1&itag=22\t720p HD MP4\n"},
     {MediaKind::youtubeWatchPage, "http://www.youtube.com/watch?v=1", "application/json",
      "\"url_encoded_fmt_stream_map\":\"" + stream(22) + "," + stream(43) + "\",\"adaptive_fmts\":\"" +
          stream(137) + "," + stream(140) + "\"",
      "ytatozab://http://g.example/videoplayback?id=1&itag=137\t1080p HD MP4\n"
      "ytatozab://http://g.example/videoplayback?id=1&itag=22\t720p HD MP4\n"
      "ytatozab://http://g.example/videoplayback?id=1&itag=43\t360p WEBM\n"},
-    {MediaKind::fragmentManifest, "http://h.example/m", "application/vnd.lumberjack.manifest",
-     R"({"fragments": 12,"template" : "v\/$fragment$.mp4","height":720,"duration":9.9})",
-     "http://h.example/v/1.mp4\t720p, 9 sec\n"},
     {MediaKind::hls, "http://h.example/d/list.m3u8", "application/x-mpegURL",
      "#EXTM3U\n#EXT-X-MEDIA:TYPE=AUDIO,GROUP-ID=\"g\",URI=\"a.m3u8\"\n"
      "#EXT-X-STREAM-INF:BANDWIDTH=1048576,RESOLUTION=1280x720,AUDIO=\"g\"\nv/hd.m3u8\n"
      "#EXT-X-STREAM-INF:BANDWIDTH=524288,RESOLUTION=640x360\nv/sd.m3u8\n",
      "hls2tozab://http://h.example/d/v/hd.m3u8\t720p bitrate 1024, TS\n"
      "hlstozab://http://h.example/d/v/sd.m3u8\t360p bitrate 512, TS\n"},
-    {MediaKind::vimeoPlayer, "http://player.vimeo.com/video/1", "text/html",
-     "<title>A film</title>\"progressive\":[{url:http://v.example/1,quality:720p,mime:video/mp4},"
-     "{url:http://v.example/2,quality:360p,mime:video/mp4}]",
-     "http://v.example/1\tA film 720p\n"
-     "http://v.example/2\tA film 360p\n"},
     {MediaKind::hds, "http://h.example/m.f4m", "text/plain",
      "<?xml version='1.0'?><manifest xmlns=\"http://ns.adobe.com/f4m/1.0\"><duration>9.9</duration>"
      "<bootstrapInfo>B</bootstrapInfo><media url='v' height='720' bitrate='1500'/></manifest>",
      "dhstozab://http://h.example/m.f4m\t720p bitrate 1500, FLV, 9 sec\n"},
-    {MediaKind::youtubeDash, "http://manifest.googlevideo.com/api/manifest/dash/1", "text/plain",
-     "<MPD>" + representation(247, "http://v.example/a") + representation(140, "http://s.example/b") + "</MPD>",
-     "ytatozab://http://v.example/a\t720p HD MKV\n"},
-    {MediaKind::facebook, "http://www.facebook.com/ajax/x", "text/plain",
-     "videoData: hd_src:'http:\\/\\/f.example\\/h' sd_src:'http://f.example/s' </html>",
-     "http://f.example/h\tPage HD\n"
-     "http://f.example/s\tPage\n"},
     {MediaKind::hdsFragment, "http://h.example/d/film_Seg1-Frag2", "video/f4f",
      box("afra", "x") + box("mdat", kVideoTag + kVideoTag),
      "dhs2tozab://http://h.example/d/film_Seg%ld-Frag%ld\tfilm, FLV\n"},
 };
 
-class CapturedBodies : public ::testing::Test {
+class CapturedBodies : public Scenario {
   protected:
     CapturedBodies() {
         settings.setCompanions();
         settings.set("ZABBI\\Firefox\\DwnlPanel\\!ALL!", 1u);
         browser.startsUp();
-    }
-    ~CapturedBodies() override {
-        EXPECT_EQ(browser.unbalanced(), "");
-        EXPECT_EQ(browser.violations(), std::vector<std::string>{});
     }
 
     Page& opensPage() {
@@ -133,10 +105,7 @@ class CapturedBodies : public ::testing::Test {
         browser.sweeps();
     }
 
-    SettingsTree settings;
-    Manager manager;
     TopWindow window;
-    Browser browser;
 };
 
 TEST_F(CapturedBodies, OfEveryKindAreEntries) {

@@ -29,16 +29,12 @@ const Row kUnnamed = {"http://h.example/noname", "application/x-thing",
                       "ZABFACTS\x9\x10\x11\x12\x13 and its sound",
                       "http://h.example/noname\tnoname, 19 Bytes 9 sec\n"};
 
-class Companions : public ::testing::Test {
+class Companions : public Scenario {
   protected:
     Companions() {
         settings.setCompanions();
         settings.set("ZABBI\\Firefox\\DwnlPanel\\!ALL!", 1u);
         browser.startsUp();
-    }
-    ~Companions() override {
-        EXPECT_EQ(browser.unbalanced(), "");
-        EXPECT_EQ(browser.violations(), std::vector<std::string>{});
     }
 
     /// A body from its first byte to its end; its entries, as the button library knows them.
@@ -60,9 +56,7 @@ class Companions : public ::testing::Test {
         return utf8FromUtf16(lines.substr(0, lines.find(u"!ALL!")));
     }
 
-    SettingsTree settings;
     TopWindow window;
-    Browser browser;
 };
 
 TEST_F(Companions, AreAskedAsSoonAsTheyAreThere) {

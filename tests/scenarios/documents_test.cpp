@@ -8,13 +8,9 @@ namespace {
 
 std::u16string idOf(const Page& page) { return page.attributes.at(u"zabmzcc-ext-docid"); }
 
-class Documents : public ::testing::Test {
+class Documents : public Scenario {
   protected:
     Documents() { browser.startsUp(); }
-    ~Documents() override {
-        EXPECT_EQ(browser.unbalanced(), "");
-        EXPECT_EQ(browser.violations(), std::vector<std::string>{});
-    }
 
     static std::string urlOf(const std::string& name) { return "http://site.example/" + name; }
     static bool kept(const std::string& name) { return desk().remembers(urlOf(name)); }
@@ -28,9 +24,6 @@ class Documents : public ::testing::Test {
         browser.unloads(id);
         return browser.refreshes() != before;
     }
-
-    SettingsTree settings;
-    Browser browser;
 };
 
 TEST_F(Documents, TakeTheirRequestsWithThemHoweverTheirEndIsTold) {

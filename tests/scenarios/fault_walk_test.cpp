@@ -224,7 +224,7 @@ TEST(AllocationFaults, LeaveTheDownloadWithTheBrowser) {
     settings.set("Extensions", kCaught);
     for (const bool lasts : {false, true}) {
         bool reached = true;
-        std::uint32_t faults = 0, taken = 0;
+        std::uint32_t faults = 0;
         for (; reached; ++faults) {
             Browser browser{{.debuggerPresent = false}};
             HookedSystem system(browser);
@@ -246,10 +246,8 @@ TEST(AllocationFaults, LeaveTheDownloadWithTheBrowser) {
             EXPECT_EQ(channel.cancelled(), system.takesTold().size() == 1) << faults;
             EXPECT_EQ(browser.unbalanced() + system.unbalanced(), "") << faults;
             EXPECT_EQ(browser.violations(), std::vector<std::string>{}) << faults;
-            taken += channel.cancelled();
         }
-        std::printf("%u allocations failed%s; %u downloads were transferred all the same\n", faults - 1,
-                    lasts ? ", each with all after it" : "", taken - 1);
+        EXPECT_GT(faults, 40u);
     }
 }
 
@@ -279,8 +277,6 @@ TEST(StartUpFaults, StopNeitherTheBrowserNorTheNextDownload) {
     }
     EXPECT_GT(faults, 50u);
     EXPECT_GT(caught, faults / 2) << "most faults are of the moment";
-    std::printf("%u faults injected into the start-up; %u times the next download was caught\n", faults - 1,
-                caught);
 }
 
 }  // namespace

@@ -10,21 +10,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-class HandOver : public ::testing::Test {
+class HandOver : public Scenario {
   protected:
     HandOver() {
         settings.set("Extensions", "zip").set("SpecialKeys\\UseKeyToForce", 1u).set("SpecialKeys\\CtrlF", 1u);
         browser.startsUp();
     }
-    ~HandOver() override {
-        EXPECT_FALSE(messageBoxIsOpen());
-        EXPECT_EQ(browser.unbalanced(), "");
-        EXPECT_EQ(browser.violations(), std::vector<std::string>{});
-    }
-
-    SettingsTree settings;
-    Manager manager;
-    Browser browser;
+    ~HandOver() override { EXPECT_FALSE(messageBoxIsOpen()); }
 };
 
 /// The three ways of a link to the download manager; each tells whether it was taken. `secret` stands wherever

@@ -9,20 +9,12 @@ using nlohmann::json;
 constexpr const char* kSentinel = "http://www.mozilla.org/thisrequestistransferredtozab.stop";
 
 /// A desktop with an installed download manager and a browser that has started up.
-class Interception : public ::testing::Test {
+class Interception : public Scenario {
   protected:
     Interception() {
         settings.set("Extensions", "zip rar 7z exe");
         browser.startsUp();
     }
-    ~Interception() override {
-        EXPECT_EQ(browser.unbalanced(), "");
-        EXPECT_EQ(browser.violations(), std::vector<std::string>{});
-    }
-
-    SettingsTree settings;
-    Manager manager;
-    Browser browser;
 };
 
 TEST_F(Interception, ATypicalDownloadTravelsWithAllThatTheBrowserWouldHaveSent) {

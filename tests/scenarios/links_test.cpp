@@ -14,16 +14,12 @@ constexpr std::int32_t kAccept = 1, kReject = -1;
 constexpr const char* kPage = "http://site.example/dir/page.html";
 
 /// An installed download manager, and a browser that has started up.
-class Links : public ::testing::Test {
+class Links : public Scenario {
   protected:
     Links() {
         settings.set("Extensions", "zip rar");
         settings.set("SpecialKeys\\UseKeyToForce", 1u).set("SpecialKeys\\CtrlF", 1u);
         browser.startsUp();
-    }
-    ~Links() override {
-        EXPECT_EQ(browser.unbalanced(), "");
-        EXPECT_EQ(browser.violations(), std::vector<std::string>{});
     }
 
     PassedText wide(std::u16string_view text) { return PassedText(browser.runtime(), text); }
@@ -68,10 +64,6 @@ class Links : public ::testing::Test {
             browser.answers(channel, 200, {{"Content-Disposition", "attachment; filename=a.zip"}}, topic);
         return channel;
     }
-
-    SettingsTree settings;
-    Manager manager;
-    Browser browser;
 };
 
 TEST_F(Links, TheLinkCommandTellsWhatThePageTold) {

@@ -58,23 +58,24 @@ class Folders {
     char before_[MAX_PATH]{};
 };
 
-/// Starts the browser, which waits until its user has read that settings were damaged, and clicks.
-std::optional<ShownBox> startsUp(Browser& browser) {
-    auto box = std::async(std::launch::async, [] { return answerMessageBox(kOk); });
-    browser.startsUp();
-    for (int i = 0; i < 3; ++i) browser.clicks("http://site.example/");
-    return box.get();
+std::string lineOfAClick(Browser& browser) {
+    browser.takesDebugLines();
+    browser.answers(browser.clicks("http://site.example/a.zip"), 200, {{"Content-Type", "application/zip"}});
+    const auto lines = browser.takesDebugLines();
+    return lines.empty() ? "" : lines.back();
 }
 
-TEST(Restore, IsTriedFromTheBackupAndToldOnce) {
+/// Nothing comes back: the system refuses, or the backup holds nothing.
+TEST(Restore, IsTriedFromTheBackupAndToldOnceAndLeavesTheModuleItsDefaults) {
     const struct {
         const char* why;
-        bool keyIsThere, roaming;
+        bool keyIsThere, roaming, refused;
     } rows[] = {
-        {"a key without its version mark", true, true},
-        {"no key at all, and so no program", false, true},
-        {"without a roaming folder, the user's own below that of Windows", true, false},
+        {"a key without its version mark", true, true, false},
+        {"no key at all, and so no program", false, true, false},
+        {"without a roaming folder, the user's own below that of Windows", true, false, true},
     };
+    static constexpr HookedImport kRestore[] = {{"RegRestoreKeyA", ERROR_PRIVILEGE_NOT_HELD}};
     for (const auto& row : rows) {
         const Folders folders;
         SettingsTree settings;
@@ -82,7 +83,13 @@ TEST(Restore, IsTriedFromTheBackupAndToldOnce) {
         if (!row.keyIsThere) SettingsTree::removeAll();
         Folders::putBackupInto(row.roaming ? folders.roamingCache() : Folders::windowsCache());
         Browser browser;
-        const auto box = startsUp(browser);
+        const ImportHook hook(browser, kRestore);
+        if (row.refused) browser.faults().failAll("RegRestoreKeyA");
+        // The browser waits until its user has read this one.
+        auto answered = std::async(std::launch::async, [] { return answerMessageBox(kOk); });
+        browser.startsUp();
+        browser.clicks("http://site.example/");
+        const auto box = answered.get();
         ASSERT_TRUE(box) << row.why;
         EXPECT_EQ(box->title, u"Zabrion") << row.why;
         EXPECT_EQ(box->text,
@@ -92,35 +99,14 @@ TEST(Restore, IsTriedFromTheBackupAndToldOnce) {
             << row.why;
         EXPECT_EQ(answerMessageBox(kNo, std::chrono::milliseconds(300)).has_value(), !row.keyIsThere)
             << "offers the installation: " << row.why;
-        EXPECT_EQ(browser.unbalanced(), "") << row.why;
-    }
-}
-
-TEST(Restore, ThatBringsNothingBackLeavesTheModuleItsDefaults) {
-    static constexpr HookedImport kRestore[] = {{"RegRestoreKeyA", ERROR_PRIVILEGE_NOT_HELD}};
-    for (const bool refused : {true, false}) {  // by the system; else the backup holds nothing
-        const Folders folders;
-        Folders::putBackupInto(folders.roamingCache());
-        SettingsTree settings;
-        settings.remove("zabvers");
-        Browser browser;
-        const ImportHook hook(browser, kRestore);
-        if (refused) browser.faults().failAll("RegRestoreKeyA");
-        EXPECT_TRUE(startsUp(browser));
-        EXPECT_EQ(browser.faults().reached(), refused);
-        EXPECT_EQ(settings.text("zabvers"), std::nullopt) << "nothing was restored";
-        EXPECT_EQ(settings.number("ZABBI\\zab_scenarios\\int"), 1u) << "the browser is known and integrated";
-        const auto lineOfAClick = [&] {
-            browser.takesDebugLines();
-            browser.answers(browser.clicks("http://site.example/a.zip"), 200,
-                            {{"Content-Type", "application/zip"}});
-            const auto lines = browser.takesDebugLines();
-            return lines.empty() ? "" : lines.back();
-        };
-        const auto byDefault = lineOfAClick();
+        EXPECT_EQ(browser.faults().reached(), row.refused) << row.why;
+        EXPECT_EQ(settings.text("zabvers"), std::nullopt) << row.why;
+        EXPECT_EQ(settings.number("ZABBI\\zab_scenarios\\int"), 1u) << "known and integrated: " << row.why;
+        const auto byDefault = lineOfAClick(browser);
         EXPECT_TRUE(byDefault.starts_with("**********Examine browser: ")) << byDefault;
         settings.set("Extensions", "zip").set("ZABBI\\zab_scenarios\\int", 0u);
-        EXPECT_NE(lineOfAClick(), byDefault) << "the key that could not be restored is read all the same";
+        EXPECT_NE(lineOfAClick(browser), byDefault) << "the key is read all the same: " << row.why;
+        EXPECT_EQ(browser.unbalanced(), "") << row.why;
     }
 }
 

@@ -33,4 +33,17 @@ class Manager : public ::zab::testing::ManagerProcess {
     }
 };
 
+/// An installed download manager and a browser, in which nothing may be left behind.
+class Scenario : public ::testing::Test {
+  protected:
+    ~Scenario() override {
+        EXPECT_EQ(browser.unbalanced(), "");
+        EXPECT_EQ(browser.violations(), std::vector<std::string>{});
+    }
+
+    SettingsTree settings;
+    Manager manager;
+    Browser browser;
+};
+
 }  // namespace zab::testbed
