@@ -176,15 +176,21 @@ class Play {
     std::vector<ChromeWindow*> windows_;
 };
 
-}  // namespace
-
-std::string faultsOfAnyOrder(Bytes bytes) {
+void clearsDesk() {
     desk().windows.clear();
     desk().told.clear();
     desk().boxes.clear();
     desk().keyboard = {};
     desk().managerRegistered = true;
-    return Play(bytes).run();
+}
+
+}  // namespace
+
+std::string faultsOfAnyOrder(Bytes bytes) {
+    clearsDesk();
+    auto faults = Play(bytes).run();
+    clearsDesk();
+    return faults;
 }
 
 }  // namespace zab::testbed
