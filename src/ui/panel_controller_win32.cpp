@@ -211,6 +211,7 @@ bool endControllers() noexcept {
         if (const WindowHandle process = controllerWindows().process) postToWindow(process, WM_NULL, 0);
         if (WaitForSingleObject(started().thread.get(), kPatienceMs) != WAIT_OBJECT_0) return false;
         started().thread.reset();
+        started().ready.reset();
         return true;
     });
 }
