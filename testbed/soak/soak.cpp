@@ -58,7 +58,7 @@ int soak(double minutes, std::uint32_t seed) {
     const ProcessCounts after = processCounts();
     std::printf("%u windows, %u handles, %u threads; before the day %u, %u, %u\n", after.windows, after.handles,
                 after.threads, before.windows, before.handles, before.threads);
-    // Handles are told only: the language's runtime in each copy of the module keeps five for good.
+    // Handles are told only: the language's runtime keeps four in each copy of the module, the system some.
     if (after.windows != before.windows || after.threads != before.threads)
         wrongs.emplace_back("windows or threads are left");
     for (const auto& wrong : wrongs) std::printf("WRONG: %s\n", wrong.c_str());
