@@ -11,6 +11,8 @@ TEST(Utf, EachBadByteIsOneReplacement) {
         const char* why;
     } rows[] = {
         {"a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", "a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80", "well formed"},
+        {"\xC2\x80\xF4\x8F\xBF\xBF", "\xC2\x80\xF4\x8F\xBF\xBF",
+         "the first and last leads of more than one byte"},
         {"\xE2\x82"
          "A",
          "\xEF\xBF\xBD\xEF\xBF\xBD"

@@ -30,12 +30,10 @@ TEST(ContentSniffing, TellsWhatTheFirstBytesReveal) {
         const char* why;
     } rows[] = {
         {"%PDF-1.4\n" + zeros, "PDF", "a type of the table"},
-        {"GIF89a" + zeros, "GIF", "another one"},
         {"RIFF\x10\0\0\0WAVEfmt "s + zeros, "WAV", "one that looks like nothing at first"},
         {"\xFF\xD8" + zeros, "", "a type that has no row is told without a code"},
         {"only some words", std::nullopt, "text says nothing"},
-        {"<html><body>a page", std::nullopt, "neither does a page"},
-        {zeros, std::nullopt, "nor do some bytes"},
+        {zeros, std::nullopt, "neither do some bytes"},
         {std::string(256, 'a') + "\0\x01\x02"s, std::nullopt, "what stands behind 256 bytes is not looked at"},
         {"", std::nullopt, "nothing"},
     };

@@ -55,6 +55,10 @@ TEST(ObjectRequests, AreRemovedWithTheirDocument) {
     list.removeOfDocument(page(0), 7);
     EXPECT_EQ(list.count(), 1u) << "either the object or the ID is enough";
     EXPECT_EQ(firstReferrer(list, "none"), "none");
+    list.add(request("none", "second", 8));
+    EXPECT_EQ(list.find("none", 8)->referrer, "second") << "of its own document";
+    EXPECT_EQ(list.find("none", 0)->referrer, "none") << "of any";
+    EXPECT_EQ(list.find("none", 9), nullptr);
     EXPECT_EQ(list.find("id"), nullptr);
 }
 
@@ -90,9 +94,11 @@ TEST(ObjectRequests, TheOldestGoFirst) {
         again.add(request("small", std::string(CObjectRequestsArray::kMostTextBytes / 4, 'x')));
     EXPECT_EQ(again.count(), 3u) << "what was given back leaves its whole room";
 
-    list.add(request("long", half));
-    list.renameFirst("long", half);
-    EXPECT_EQ(list.count(), 1u) << "a new URL counts like an old one";
+    CObjectRequestsArray full;
+    for (const char* url : {"a", "b"}) full.add(request(url, half.substr(1)));
+    EXPECT_EQ(full.count(), 2u) << "exactly 8 MiB of text is held";
+    full.renameFirst("b", "bb");
+    EXPECT_EQ(full.count(), 1u) << "a new URL counts like an old one";
     list.add(request(half + half, half));
     EXPECT_EQ(list.count(), 1u) << "and the newest record stays, whatever it has";
     EXPECT_NE(list.find(half + half), nullptr);
