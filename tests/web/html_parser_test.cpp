@@ -117,7 +117,7 @@ TEST(HtmlTokens, OfHiddenPartsDoNotCount) {
         {"<script><!-- </script><a href=a><script><!--<script>--></script><a href=b>", "L a;L b;",
          "but only behind another script, and not behind the comment"},
         {"<script>'/a.js</script><script>'/b.js'</script>", "S http://h/b.js;", "each script by itself"},
-        {"<script>'http://h/a</b>'; 'http://h/c'</script>", "S http://h/c;", "an end tag of another name"},
+        {"<script>'http://h/a</b'; 'http://h/c'</script>", "S http://h/c;", "an end tag of another name"},
         {"<script><!--\n'http://h/a>b'", "", "a > in a script is no dash"},
         {"<script>a</scriptx></script x='>'><a href=a>", "L a;", "an end tag may have attributes"},
     };

@@ -38,7 +38,8 @@ TEST(Hls, ReadsSegments) {
         {"#EXTINF:1,T\n\n \n#comment\nu\n", "2 T|u|1;", "empty lines and comments end nothing"},
         {"seg1.ts\nseg2.ts\n", "0 ", "a URI line without #EXTINF: is no segment; no tag, no playlist"},
         {"#EXTM3U\n#EXT-X-VERSION:3\n", "0 ", "header and version are no kind"},
-        {"#EXT-X-KEY\n#EXTINF;1\n#ext-x-key:\n#EXTM3U8\nx#EXTINF:1\n", "0 ", "near misses are comments"},
+        {"#EXT-X-KEY\n#EXTINF;1\n#ext-x-key:\n#EXTM3U8\nx#EXTINF:1\nEXT-X-ENDLISTS", "0 ",
+         "near misses are comments"},
         {"#EXTINF:1\na\n\0#EXTINF:2\nb"s, "2 |a|1;", "text ends at its first NUL"},
     };
     expectReadings(kindAndSegments, rows);
@@ -144,7 +145,8 @@ TEST(Hls, WalksTheStreams) {
          "nor beside one without"},
         {"#EXT-X-MEDIA:GROUP-ID=z\n#EXT-X-STREAM-INF:CODECS=a\nu\n#EXT-X-STREAM-INF:CODECS=\"b,c\"\nv\n",
          "u||||;v||||;", "renditions: all are walked"},
-        {"#EXT-X-MEDIA:TYPE=VIDEO,GROUP-ID=g,URI=1\n#EXT-X-MEDIA:TYPE=AUDIO,GROUP-ID=g,URI=2\n"
+        {"#EXT-X-MEDIA:GROUP-ID=a,URI=0\n#EXT-X-MEDIA:TYPE=VIDEO,GROUP-ID=g,URI=1\n#EXT-X-MEDIA:TYPE=AUDIO,"
+         "GROUP-ID=g,URI=2\n"
          "#EXT-X-STREAM-INF:AUDIO=g\nu\n#EXT-X-STREAM-INF:AUDIO=G\nv\n",
          "u|1|||;v||||;", "the first of the group, whatever its type; case matters"},
         {"#EXT-X-STREAM-INF:BANDWIDTH=1\nu\n#EXTINF:4\nv\n", "|||4|;", "the last known tag decides the kind"},
