@@ -1,6 +1,5 @@
 #include "fuzz/targets.h"
 
-#include <stdexcept>
 #include <string>
 
 #include "intercept/intercept_check.h"
@@ -43,7 +42,7 @@ void handle(std::string_view bytes) {
 void checkAnyOrder(std::string_view bytes) {
     const std::string faults =
         zab::testbed::faultsOfAnyOrder({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
-    if (!faults.empty()) throw std::runtime_error(faults);
+    if (!faults.empty()) throw ClaimFailed(faults);
 }
 
 constexpr Target kTargets[] = {

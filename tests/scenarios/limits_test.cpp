@@ -42,11 +42,9 @@ TEST(Limits, UnusualExchangesLeaveNothingBehind) {
          true,
          "headers of 1 MiB"},
         {{.url = "http://h.example/" + mebibyte + ".zip"}, zip, true, "a URL of 1 MiB"},
-        {{.url = "http://h.example/a.zip?" + mebibyte, .loadFlags = kEmbedded}, zip, true, "a query of 1 MiB"},
         {{.url = "http://h.example/get", .headers = manyHeaders}, manyHeaders, true, "10,000 headers"},
         {{.url = ""}, zip, false, "no URL"},
         {posts(3, ~0ull), zip, true, "a stream that promises all there can be"},
-        {posts(3, 50'000), zip, true, "a stream that promises the most that is read"},
         {posts(kMebibyte, 1), zip, true, "a stream that has more than it says"},
     };
     SettingsTree settings;

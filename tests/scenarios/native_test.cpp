@@ -18,7 +18,7 @@ TEST(AnyOrder, LeavesNothingBehind) {
         std::mt19937 random(seed);
         std::vector<std::uint8_t> day(4000);
         for (auto& byte : day) byte = static_cast<std::uint8_t>(random());
-        ASSERT_EQ(faultsOfAnyOrder(day), "") << "seed " << seed;
+        EXPECT_EQ(faultsOfAnyOrder(day), "") << "seed " << seed;
     }
 }
 
