@@ -35,6 +35,7 @@ class Host final : public ControllerHost {
     bool post(WindowHandle window, std::uint32_t message, std::uintptr_t lParam) override {
         return postToWindow(window, message, lParam);
     }
+    bool makesWay(std::function<void()> work) override { return othersWait() && runSoon(std::move(work)); }
     std::optional<ChosenMedia> lookUp(const MediaRequest& request, WindowHandle asked) override {
         const bool byProcess = asked == controllerWindows().process;
         const SharedListLock lock(OnTimeout::skip);

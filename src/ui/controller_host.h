@@ -22,5 +22,7 @@ Controllers& controllers();
 bool isPageController(WindowHandle window) noexcept;
 /// False: the message has no room, or the window is gone. Any thread.
 bool postToWindow(WindowHandle window, std::uint32_t message, std::uintptr_t lParam) noexcept;
+/// Whether input, painting or a timer waits for the calling thread.
+bool othersWait() noexcept;
 
 }  // namespace zab

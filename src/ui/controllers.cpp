@@ -59,6 +59,7 @@ void Controllers::end() {
     choices_.clear();
     const std::lock_guard lock(heldMutex_);
     held_.clear();
+    later_.clear();
 }
 
 /// Of a window that may be ending.
@@ -86,12 +87,12 @@ std::intptr_t Controllers::resolved(WindowHandle window, std::uintptr_t number) 
     auto choice = choices_.take(window, kResolved, number);
     if (!choice) return 0;
     if (sending_) {
-        hold(std::move(choice));
+        hold(held_, std::move(choice));
         return 0;
     }
     send(*choice);
     if (!choice->ended()) {
-        goOn(std::move(choice), window);
+        goOnBehindOthers(std::move(choice), window);
     } else if (choice->givenUp) {
         host_.tell(ChoiceEnd::noCallsNow);
     }
@@ -119,26 +120,34 @@ void Controllers::goOn(std::unique_ptr<Choice> choice, WindowHandle asked, Windo
     host_.tell(ChoiceEnd::noCallsNow);
 }
 
+void Controllers::goOnBehindOthers(std::unique_ptr<Choice> choice, WindowHandle asked) {
+    if (!host_.makesWay([this] { postAll(later_); })) return goOn(std::move(choice), asked);
+    hold(later_, std::move(choice));
+}
+
 /// A choice whose message has no room waits for another moment.
 void Controllers::post(WindowHandle window, std::uint32_t message, std::unique_ptr<Choice> choice) {
     const std::uintptr_t number = choices_.add(window, message, std::move(choice));
     if (number == 0 || host_.post(window, message, number)) return;
-    if (auto back = choices_.take(window, message, number)) hold(std::move(back));
+    if (auto back = choices_.take(window, message, number)) hold(held_, std::move(back));
 }
 
-void Controllers::hold(std::unique_ptr<Choice> choice) {
+void Controllers::hold(Waiting& where, std::unique_ptr<Choice> choice) {
     const std::lock_guard lock(heldMutex_);
-    held_.push_back(std::move(choice));
+    where.push_back(std::move(choice));
+}
+
+void Controllers::postAll(Waiting& from) {
+    Waiting choices;
+    {
+        const std::lock_guard lock(heldMutex_);
+        choices.swap(from);
+    }
+    for (auto& choice : choices) goOn(std::move(choice), 0);
 }
 
 void Controllers::postHeld() {
-    if (sending_) return;
-    std::deque<std::unique_ptr<Choice>> held;
-    {
-        const std::lock_guard lock(heldMutex_);
-        held.swap(held_);
-    }
-    for (auto& choice : held) goOn(std::move(choice), 0);
+    if (!sending_) postAll(held_);
 }
 
 }  // namespace zab

@@ -11,6 +11,7 @@
 #include <atomic>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -31,6 +32,9 @@ class ControllerHost {
   public:
     virtual ~ControllerHost() = default;
     virtual bool post(WindowHandle window, std::uint32_t message, std::uintptr_t lParam) = 0;
+    /// Posted messages come before input, painting and timers: when one of these waits for the calling thread,
+    /// `work` runs behind it. False: none waits, or there is no timer to run it by.
+    virtual bool makesWay(std::function<void()> work) = 0;
     /// What a request names; nothing when the lists cannot be had.
     virtual std::optional<ChosenMedia> lookUp(const MediaRequest& request, WindowHandle asked) = 0;
     /// The window of the browser's thread where a choice goes on, other than `leaving`: the controller of its
@@ -68,8 +72,11 @@ class Controllers {
     std::intptr_t resolved(WindowHandle window, std::uintptr_t number);
     void send(Choice& choice);
     void goOn(std::unique_ptr<Choice> choice, WindowHandle asked, WindowHandle leaving = 0);
+    void goOnBehindOthers(std::unique_ptr<Choice> choice, WindowHandle asked);
     void post(WindowHandle window, std::uint32_t message, std::unique_ptr<Choice> choice);
-    void hold(std::unique_ptr<Choice> choice);
+    using Waiting = std::deque<std::unique_ptr<Choice>>;
+    void hold(Waiting& where, std::unique_ptr<Choice> choice);
+    void postAll(Waiting& from);
     void postHeld();
 
     ControllerHost& host_;
@@ -79,7 +86,8 @@ class Controllers {
     std::atomic<bool> sending_{false};  // a transfer, which may bring the next message, has not ended
 
     std::mutex heldMutex_;
-    std::deque<std::unique_ptr<Choice>> held_;  // until nothing is sent, or until a message can be posted again
+    Waiting held_;   // until nothing is sent, or until a message can be posted again
+    Waiting later_;  // until what else waits for their thread is served
 };
 
 }  // namespace zab

@@ -178,6 +178,8 @@ bool postToWindow(WindowHandle window, std::uint32_t message, std::uintptr_t lPa
     return PostMessageA(windowOf(window), message, 0, static_cast<LPARAM>(lParam)) != FALSE;
 }
 
+bool othersWait() noexcept { return HIWORD(GetQueueStatus(QS_INPUT | QS_PAINT | QS_TIMER)) != 0; }
+
 WindowHandle processController() noexcept {
     return guarded(WindowHandle{0}, [] {
         const auto& process = controllerWindows().process;

@@ -281,6 +281,7 @@ std::optional<WindowFacts> windowFactsOf(WindowHandle browserWindow) noexcept {
 bool isPageController(WindowHandle window) noexcept {
     return desk().isController(window) && desk().windows[window].parent != 0;
 }
+bool othersWait() noexcept { return false; }
 bool postToWindow(WindowHandle window, std::uint32_t message, std::uintptr_t lParam) noexcept {
     return guarded(false, [&] {
         if (!isOpen(window) || desk().fails("message")) return false;

@@ -1,6 +1,8 @@
 // What real windows alone show: messages of another process, and a thread that starts slowly.
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <memory>
 #include <random>
 #include <sstream>
 
@@ -87,7 +89,7 @@ class RealWindows : public ::testing::Test {
 
     Page& opensPage(std::uint64_t id) {
         auto& page = browser.opensPage("http://site.example/", u"Page", id);
-        page.nativeWindow = window.handle();
+        page.nativeWindow = window->handle();
         return page;
     }
     void offers(Page& page) {
@@ -100,12 +102,12 @@ class RealWindows : public ::testing::Test {
                              std::to_string(GetCurrentProcessId()).c_str());
     }
     HWND pageController() const {
-        return FindWindowExA(windowOf(window.handle()), nullptr, "ZAB Download Panel controller class",
+        return FindWindowExA(windowOf(window->handle()), nullptr, "ZAB Download Panel controller class",
                              nullptr);
     }
 
     SettingsTree settings;
-    TopWindow window;
+    std::unique_ptr<TopWindow> window = std::make_unique<TopWindow>();
     Manager manager;
     Browser browser;
 };
@@ -118,7 +120,7 @@ TEST_F(RealWindows, TakeAHundredThousandMessagesOfAnotherProcess) {
     const HWND controllers[] = {processController(), pageController()};
     const Handle other =
         startsOtherProcess({reinterpret_cast<NativeWindow>(controllers[0]),
-                            reinterpret_cast<NativeWindow>(controllers[1]), window.buttons(true).front()});
+                            reinterpret_cast<NativeWindow>(controllers[1]), window->buttons(true).front()});
     serves(
         [&] {
             auto& passing = opensPage(18);
@@ -146,6 +148,34 @@ TEST_F(RealWindows, TakeAHundredThousandMessagesOfAnotherProcess) {
     }
 }
 
+std::function<void()> g_ticks;
+
+TEST_F(RealWindows, ServeATimerWhileTwoThousandLinksGoOut) {
+    constexpr UINT kEveryMs = 50;
+    const auto linkOf = [](std::size_t number) { return "http://h.example/" + std::to_string(number); };
+    std::string links;
+    for (std::size_t i = 0; i < 2000; ++i) links += linkOf(i) + '\n';
+    auto& page = opensPage(17);
+    offers(page);
+    window->putsCursor(100, 100);
+    browser.mouse(u"mousedown", &page);
+    window->putsCursor(200, 200);
+    browser.mouse(u"mouseup", &page, std::u16string(links.begin(), links.end()));
+    std::size_t sent = 0, most = 0;
+    g_ticks = [&] {
+        const auto before = std::exchange(sent, manager.count());
+        most = std::max(most, sent - before);
+        if (before != 0) window = nullptr;
+    };
+    const auto timer = SetTimer(nullptr, 0, kEveryMs, [](HWND, UINT, UINT_PTR, DWORD) { g_ticks(); });
+    EXPECT_EQ(meanwhile([&] { return copies(processController(), choiceRecord(u"!ALL!", 17, u"")); }), 1);
+    EXPECT_TRUE(serves([&] { return sent == 2000; }, std::chrono::seconds(60))) << sent;
+    KillTimer(nullptr, timer);
+    EXPECT_LT(most, 500u) << "transfers between two ticks";
+    for (std::size_t i = 0; i < sent; i += 100) EXPECT_EQ(manager.received(i)["url"], linkOf(i));
+    window = std::make_unique<TopWindow>();
+}
+
 HANDLE g_waiting = nullptr;
 
 HANDLE WINAPI startsLater(SECURITY_ATTRIBUTES* security, SIZE_T stack, LPTHREAD_START_ROUTINE run,
@@ -164,13 +194,13 @@ TEST_F(RealWindows, AreTheLibrarysAsSoonAsAThreadThatStartsSlowlyHasOne) {
     browser.selectsTab(u"17");
     offers(page);
     offers(page);
-    EXPECT_TRUE(window.buttons(true).empty());
+    EXPECT_TRUE(window->buttons(true).empty());
     EXPECT_EQ(browser.faults().countOf("CreateThread"), 1u);
     ResumeThread(g_waiting);
     auto& next = opensPage(18);
     browser.selectsTab(u"18");
     offers(next);
-    EXPECT_EQ(window.buttons().size(), 1u);
+    EXPECT_EQ(window->buttons().size(), 1u);
     EXPECT_EQ(browser.faults().countOf("CreateThread"), 1u);
     browser.unloads(u"18");
 }

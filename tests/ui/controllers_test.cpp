@@ -33,6 +33,10 @@ class Desk : public ControllerHost {
         queue.push_back({window, message, lParam});
         return true;
     }
+    bool makesWay(std::function<void()> work) override {
+        if (othersWait) later = std::move(work);
+        return othersWait;
+    }
     /// Page 7 offers `links` as its selection; "nothing" names nothing there.
     std::optional<ChosenMedia> lookUp(const MediaRequest& request, WindowHandle) override {
         ChosenMedia media;
@@ -68,6 +72,8 @@ class Desk : public ControllerHost {
 
     const std::vector<std::string> links{"a", "b", "c"};
     std::size_t room = 10'000;
+    bool othersWait = false;
+    std::function<void()> later;
     std::deque<Posted> queue;
     std::vector<std::string> sent;
     std::vector<ChoiceEnd> told;
@@ -146,6 +152,18 @@ TEST(Controllers, AMessageInsideATransferOrWithoutRoomWaits) {
     desk.controllers.answer(kPage, kAlive, 0);
     desk.servesAll();
     EXPECT_EQ(desk.sent.size(), 9u);
+}
+
+TEST(Controllers, TheNextTransferWaitsForWhatComesBehindMessages) {
+    Desk desk;
+    desk.othersWait = true;
+    desk.asksAll();
+    desk.servesAll();
+    EXPECT_EQ(desk.sent.size(), 1u);
+    desk.othersWait = false;
+    desk.later();
+    desk.servesAll();
+    EXPECT_EQ(desk.sent, desk.links);
 }
 
 TEST(Controllers, StrangersEndNothingAndReachNothing) {
