@@ -4,8 +4,11 @@
 #include "browser/browser.h"
 #include "browser/desktop.h"
 #ifdef _WIN32
+#include <functional>
+
 #include "binding/wide_win32.h"
 #include "browser/library.h"
+#include "browser/top_window.h"
 #endif
 
 namespace zab::testbed {
@@ -68,17 +71,39 @@ HMODULE libraryOf(const ModuleExports& module) {
     return library;
 }
 
-TEST(StartUp, WhatTheBrowserCallsIsNotUnloaded) {
+TEST(StartUp, WhatTheBrowserCallsIsNotUnloadedAtAnyStepOfItsLife) {
     SettingsTree settings;
+    settings.setCompanions();
+    const TopWindow window;
     Browser browser;
     browser.startsUp();
     const HMODULE library = libraryOf(browser.module());
-    for (int i = 0; i < 3; ++i) {
-        FreeLibrary(library);
+    Page* page = nullptr;
+    Channel* film = nullptr;
+    const std::function<void()> life[] = {
+        [&] { browser.clicks("http://h.example/page"); },
+        [&] {
+            page = &browser.opensPage("http://h.example/", u"Page", 17);
+            page->nativeWindow = window.handle();
+            browser.selectsTab(u"17");
+        },
+        [&] {
+            film = &browser.requests({.url = "http://h.example/a.mp4", .loadFlags = kEmbedded, .page = page});
+        },
+        [&] {
+            browser.answers(*film, 200, {{"Content-Type", "video/mp4"}, {"Content-Length", "900000"}});
+        },
+        [&] { browser.finishes(*film); },
+        [&] { EXPECT_EQ(window.buttons().size(), 1u); },
+        [&] { browser.unloads(u"17"); },
+        [&] { browser.shutsDown(); },
+    };
+    for (const auto& step : life) {
+        for (int i = 0; i < 2; ++i) FreeLibrary(library);
         ASSERT_EQ(libraryOf(browser.module()), library);
-        browser.clicks("http://h.example/page");
+        step();
     }
-    EXPECT_GT(browser.helperCalls(), 0u);
+    EXPECT_EQ(libraryOf(browser.module()), library);
     EXPECT_EQ(browser.violations(), std::vector<std::string>{});
 }
 
