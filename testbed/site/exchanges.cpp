@@ -82,7 +82,7 @@ constexpr Exchange plays(const MediaPage& page, std::string_view target, std::st
 constexpr std::string_view kEncodedWordName = "utf-8''\u00c3\u0153ber.zip";          // Über.zip
 constexpr std::string_view kRawUtf8Name = "utf-8''Gr\u00c3\u00b6\u00c3\u0178e.zip";  // Größe.zip
 
-constexpr Exchange kExchanges[] = {
+const Exchange kExchanges[] = {
     stays("/", "a page"),
     stays("/page/style.css", "a style", embedded),
     stays("/page/script.js", "a script", embedded),
