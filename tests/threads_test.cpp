@@ -107,7 +107,7 @@ TEST(Threads, ListsNeedNoMoreThanTheSharedLock) {
             requests.rename("http://site.example/1", "http://site.example/2");
             OpenPage page;
             page.document.id = id;
-            page.title = std::string(40, 'a');
+            page.url = std::string(40, 'a');
             pages.open(page);
             if (id <= 20) continue;
             pages.forget({nullptr, id - 20});
@@ -116,13 +116,13 @@ TEST(Threads, ListsNeedNoMoreThanTheSharedLock) {
     };
     const auto looksUp = [&] {
         for (std::uint64_t id = 1; id <= 1000; ++id) {
-            std::string title = std::string(40, 'a');
+            std::string url(40, 'a');
             {
                 const std::lock_guard lock(shared);
-                if (const auto* record = pages.find(id)) title = record->page.title;
+                if (const auto* record = pages.find(id)) url = record->page.url;
                 (void)requests.requested.find("http://site.example/" + std::to_string(id % 50), id);
             }
-            EXPECT_EQ(title, std::string(40, 'a'));
+            EXPECT_EQ(url, std::string(40, 'a'));
         }
     };
     atOnce(browses, looksUp, looksUp);

@@ -39,7 +39,6 @@ void readDisposition(ResponseHeaderInfo& info, std::string_view value) {
 }
 
 void readContentType(ResponseHeaderInfo& info, std::string_view text) {
-    info.contentType.clear();
     const std::string_view rest = trimLeft(text, kBlanks);
     const std::string_view value = rest.substr(0, lineEndOf(rest));
     info.contentType.assign(upTo(value, ';'));

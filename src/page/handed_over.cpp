@@ -8,6 +8,7 @@
 #include "web/url.h"
 
 namespace zab {
+
 void HandedOver::policyAsked(std::string_view url) noexcept {
     std::erase_if(navigations_, [&](const Navigation& navigation) {
         return navigation.channel == nullptr && (url.empty() || navigation.url == withoutFragment(url));

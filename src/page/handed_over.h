@@ -35,6 +35,7 @@ class HandedOver {
     /// The policy is asked about a load of `url`: a new navigation, whatever was before. Empty: it could not be
     /// read, so it may be any.
     void policyAsked(std::string_view url) noexcept;
+
     /// A channel is new, whatever stood at its address before. To be called before anything about it can fail.
     void channelStarts(const nsISupports* channel) noexcept;
     enum class State : std::uint8_t {

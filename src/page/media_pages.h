@@ -17,9 +17,8 @@ namespace zab {
 
 /// What is known of a page that has media. Plain values: any thread may copy it.
 struct OpenPage {
-    DocumentKey document;  // its object is compared, never called
-    std::string url;       // narrow, as the browser gives it
-    std::string title;
+    DocumentKey document;            // its object is compared, never called
+    std::string url;                 // narrow, as the browser gives it
     WindowHandle browserWindow = 0;  // top-level; 0: the page gets no button and no panel
     WindowHandle controller = 0;     // the page controller of that window; 0: none
 };

@@ -1,6 +1,6 @@
 #include "binding/owner.h"
-#include "binding/wide_win32.h"
 #include "ui/button_windows.h"
+#include "ui/window_handle_win32.h"
 
 namespace zab {
 namespace {
@@ -13,8 +13,6 @@ struct ScreenContextTraits {
     static Raw none() noexcept { return nullptr; }
     static void close(Raw context) noexcept { ReleaseDC(nullptr, context); }
 };
-
-HWND handleOf(WindowHandle window) noexcept { return reinterpret_cast<HWND>(window); }
 
 Resolution displayResolution() noexcept {
     const Owner<ScreenContextTraits> screen(GetDC(nullptr));
@@ -36,31 +34,29 @@ std::uint64_t packed(std::int32_t low, std::int32_t high) noexcept {
 
 std::optional<WindowFacts> windowFactsOf(WindowHandle browserWindow) noexcept {
     RECT client{};
-    if (!GetClientRect(handleOf(browserWindow), &client)) return std::nullopt;
+    if (!GetClientRect(windowOf(browserWindow), &client)) return std::nullopt;
     WindowFacts facts;
     facts.client = {static_cast<std::int32_t>(client.left), static_cast<std::int32_t>(client.top),
                     static_cast<std::int32_t>(client.right), static_cast<std::int32_t>(client.bottom)};
     facts.resolution = displayResolution();
     facts.scrollBarWidth = GetSystemMetrics(SM_CXVSCROLL);
     facts.scrollBarHeight = GetSystemMetrics(SM_CYHSCROLL);
-    facts.cursor = cursorIn(handleOf(browserWindow));
+    facts.cursor = cursorIn(windowOf(browserWindow));
     return facts;
 }
 
-bool isOpen(WindowHandle window) noexcept { return IsWindow(handleOf(window)) != FALSE; }
+bool isOpen(WindowHandle window) noexcept { return IsWindow(windowOf(window)) != FALSE; }
 
-WindowHandle activeWindow() noexcept {
-    return reinterpret_cast<WindowHandle>(GetAncestor(GetActiveWindow(), GA_ROOT));
-}
+WindowHandle activeWindow() noexcept { return handleOf(GetAncestor(GetActiveWindow(), GA_ROOT)); }
 
 void postMove(WindowHandle button, const PixelRect& rect) noexcept {
     if (!isOpen(button)) return;  // without a window the message would go to this thread
-    PostMessageA(handleOf(button), kMoveButton, packed(rect.left, rect.top),
+    PostMessageA(windowOf(button), kMoveButton, packed(rect.left, rect.top),
                  static_cast<LPARAM>(packed(rect.right, rect.bottom)));
 }
 
 void postClose(WindowHandle window) noexcept {
-    if (isOpen(window)) PostMessageA(handleOf(window), WM_CLOSE, 0, 0);
+    if (isOpen(window)) PostMessageA(windowOf(window), WM_CLOSE, 0, 0);
 }
 
 }  // namespace zab

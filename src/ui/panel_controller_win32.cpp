@@ -11,20 +11,17 @@
 #include "binding/never_destroyed.h"
 #include "binding/this_module_win32.h"
 #include "binding/throwing_win32.h"
-#include "binding/wide_win32.h"
 #include "media/capture/media_capture.h"
 #include "transfer/com_win32.h"
 #include "ui/controller_host.h"
 #include "ui/panel_messages.h"
+#include "ui/window_handle_win32.h"
 
 namespace zab {
 namespace {
 
 using namespace panel_messages;
 static_assert(kClose == WM_CLOSE && kDestroyed == WM_NCDESTROY);
-
-WindowHandle handleOf(HWND window) noexcept { return reinterpret_cast<WindowHandle>(window); }
-HWND windowOf(WindowHandle handle) noexcept { return reinterpret_cast<HWND>(handle); }
 
 constexpr DWORD kPatienceMs =
     1000;  // of the browser's main thread, with the start and the end of the other one
@@ -178,6 +175,8 @@ bool postToWindow(WindowHandle window, std::uint32_t message, std::uintptr_t lPa
     return PostMessageA(windowOf(window), message, 0, static_cast<LPARAM>(lParam)) != FALSE;
 }
 
+// Windows counts what was asked for as seen, and would not wake a waiting thread for it again; but it is woken
+// by whatever the caller then posts or sets a timer for.
 bool othersWait() noexcept { return HIWORD(GetQueueStatus(QS_INPUT | QS_PAINT | QS_TIMER)) != 0; }
 
 WindowHandle processController() noexcept {

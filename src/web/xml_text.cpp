@@ -46,7 +46,7 @@ std::string addressInXml(std::string_view written) {
         const std::string_view plain = upTo(text, '&');
         address += plain;
         text.remove_prefix(plain.size());
-        const std::string_view name = upTo(text.substr(0, kLongestReference + 2), ';');
+        const std::string_view name = upTo(text.substr(0, kLongestReference + 1), ';');
         const bool isEnded = name.size() < text.size() && text[name.size()] == ';';
         const auto meaning = isEnded ? meaningOf(name.substr(1)) : std::nullopt;
         if (meaning) {

@@ -33,7 +33,7 @@ OBJECTREQUESTSARRAY_ITEM object(std::string url, std::uint64_t document) {
 struct Lists {
     Lists() {
         auto& page =
-            pages.open({.document = {nullptr, 7}, .url = "http://h.example/", .title = "", .controller = 77});
+            pages.open({.document = {nullptr, 7}, .url = "http://h.example/", .controller = 77});
         page.media.offer(entry("hlstozab://http://h.example/a.m3u8", 360));
         page.media.offer(entry("http://h.example/low.mp4", 240));
         page.media.offer(entry("hlstozab://http://h.example/a.m3u8", 720));

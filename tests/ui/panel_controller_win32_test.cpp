@@ -94,7 +94,7 @@ class Panel : public ::testing::Test {
     void open(DocumentId document, std::initializer_list<const char*> links) {
         const SharedListLock lock(OnTimeout::skip);
         auto& page = mediaPages().open(
-            {{nullptr, document}, "http://page.example/", "", handleOf(browserWindow), handleOf(controller)});
+            {{nullptr, document}, "http://page.example/", handleOf(browserWindow), handleOf(controller)});
         for (const char* link : links) {
             MediaEntry entry;
             entry.link = link;

@@ -37,7 +37,7 @@ TEST(XmlText, ReferencesAreUndoneOnce) {
     const Reading rows[] = {
         {" \n a&amp;lt;&lt;&gt;&quot;&apos; ", "a&lt;<>\"'", "the five names; white space around"},
         {"&#65;&#x42;&#x1f600;&#1114111;", "AB\xF0\x9F\x98\x80\xF4\x8F\xBF\xBF", "numbers up to the last"},
-        {"&#x0010FFFF;&#x000010FFFF;", "\xF4\x8F\xBF\xBF&#x000010FFFF;", "of bounded length"},
+        {"&#x0010FFFF;&#x00010FFFF;", "\xF4\x8F\xBF\xBF&#x00010FFFF;", "of bounded length"},
         {"&#1114112;&#0;&#6a;&#xG;&#;&#X41;", "&#1114112;&#0;&#6a;&#xG;&#;&#X41;", "what is no character"},
         {"?a=1&b=2&amp", "?a=1&b=2&amp", "an ampersand that begins nothing"},
     };

@@ -48,7 +48,6 @@ void BrowserPage::readIdentity() {
     identity_.url = page.url;
     identity_.title = std::move(page.titleUtf8);  // entries are UTF-8 throughout
     page_.url = std::move(page.url);
-    page_.title = std::move(page.title);
 }
 
 const EntryPage* BrowserPage::identity() {

@@ -23,6 +23,7 @@ bool isF4mManifest(std::string_view body) noexcept {
     constexpr std::size_t kHeadBytes = 87;
     constexpr std::string_view kRoot = "<manifest xmlns=";
     constexpr std::string_view kNamespaces[] = {"\"http://ns.adobe.com/f4m/", "'http://ns.adobe.com/f4m/"};
+    if (body.size() < kHeadBytes) return false;
     const std::string_view head = body.substr(0, kHeadBytes);
     const auto root = head.find(kRoot);
     if (root == std::string_view::npos) return false;
