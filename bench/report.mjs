@@ -3,7 +3,8 @@
 //     node bench/report.mjs --build build/host-release [--filter REGEX]
 //
 // The peers are installed from bench/package.json on first use. Every time is the best of several runs, in processor
-// time (for a peer the wall clock where that is less), so that the machine's other work disturbs it least. Exit status 1: a target is missed, or a time grows faster than its input.
+// time (for a peer the wall clock where that is less), so that the machine's other work disturbs it least. Exit status 1:
+// a target is missed, or a time grows faster than its input.
 
 import { execFileSync } from 'node:child_process';
 import { existsSync, mkdirSync, readFileSync } from 'node:fs';
@@ -24,7 +25,7 @@ const inputs = join(build, 'bench-inputs');
 const inputOf = (name) => join(inputs, name.replace('/', ' '));
 
 if (!existsSync(join(here, 'node_modules')))
-  execFileSync('npm', ['ci', '--silent'], { cwd: here, stdio: 'inherit' });
+  execFileSync('npm', ['ci', '--no-audit', '--no-fund', '--loglevel=error'], { cwd: here, stdio: 'inherit' });
 
 // What a peer must do to the same bytes: parse them whole, and say enough to show that it did.
 const { default: HLS } = await import('hls-parser');
