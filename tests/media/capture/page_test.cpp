@@ -15,10 +15,11 @@ constexpr const char* kMaster =
     "#EXT-X-STREAM-INF:AUDIO=\"g\"\nhd.m3u8\n";
 constexpr const char* kFilm = "hls2tozab://http://h.example/d/hd.m3u8";
 
-class CapturePages : public ::testing::Test {
+class CapturePages : public Scenario {
   protected:
     CapturePages() {
         settings.setCompanions();
+        desk().dataFile = "youtube.pairing=2\nhls.asis=asis.example";
         browser.startsUp();
         page = &browser.opensPage("http://site.example/", u"S\u00E4tze", 17);
         page->nativeWindow = window.handle();
@@ -26,16 +27,17 @@ class CapturePages : public ::testing::Test {
     }
     ~CapturePages() override {
         browser.unloads(u"17");
-        EXPECT_EQ(browser.unbalanced(), "");
-        EXPECT_EQ(browser.violations(), std::vector<std::string>{});
+        desk().dataFile.clear();
     }
 
     Channel& answers(const std::string& url, const Headers& headers, std::uint32_t loadFlags = kEmbedded) {
-        auto& channel = browser.requests(
-            {.url = url,
-             .headers = {{"Referer", "http://r.example/"}, {"User-Agent", "Agent"}, {"Cookie", "sent=1"}},
-             .loadFlags = loadFlags,
-             .page = loadFlags == kEmbedded ? page : nullptr});
+        auto& channel = browser.requests({.url = url,
+                                          .headers = {{"Referer", "http://r.example/"},
+                                                      {"User-Agent", "Agent"},
+                                                      {"Cookie", "sent=1"},
+                                                      {"Authorization", "Basic dTpw"}},
+                                          .loadFlags = loadFlags,
+                                          .page = loadFlags == kEmbedded ? page : nullptr});
         browser.faults().none();  // what is counted from now on is the capture's
         browser.answers(channel, 200, headers);
         channel.request.page = page;  // a top-level load has become a page
@@ -50,6 +52,11 @@ class CapturePages : public ::testing::Test {
     }
     void getsFile(const std::string& name, const char* length = "5000") {
         answers("http://h.example/" + name, {{"Content-Length", length}});
+    }
+    std::vector<std::u16string> labels() {
+        desk().servesMessages();
+        const auto buttons = window.buttons(true);
+        return buttons.empty() ? std::vector<std::u16string>{} : desk().windows[buttons[0]].labels;
     }
     /// What is known of the page's media, the newest first, as they would be handed over.
     std::vector<json> media() {
@@ -72,25 +79,30 @@ class CapturePages : public ::testing::Test {
         return links;
     }
 
-    SettingsTree settings;
     TopWindow window;
-    Manager manager;
-    Browser browser;
     Page* page = nullptr;
 };
 
 TEST_F(CapturePages, AnEntryAsksAsItsPageDid) {
-    getsFile("a.flv");
+    answers("http://h.example/get",
+            {{"Content-Type", "video/x-flv"}, {"Content-Disposition", "attachment; filename=a.flv"}});
     const auto all = media();
     ASSERT_EQ(all.size(), 1u);
     EXPECT_EQ(all[0]["cookies"], "sent=1") << "the browser itself has none";
     EXPECT_EQ(all[0]["extraData"][0], "Agent");
     EXPECT_EQ(all[0]["extraData"][2], "S\xE4tze");
+    EXPECT_EQ(all[0]["extraData"][17], "a.flv");
     browser.unloads(u"17");
     browser.cookies = {{"jar", "1", "h.example"}};
     // A load that became a page is known among what that page asked for.
-    ends(asksForPlaylist(kTopLevelLoad), kMaster);
-    ends(asksForPlaylist(kTopLevelLoad), kMaster);
+    auto& other = browser.opensPage("http://site.example/", u"", 18);
+    other.nativeWindow = window.handle();
+    for (Page* const to : {&other, page, page}) {
+        auto& channel = asksForPlaylist(kTopLevelLoad);
+        channel.request.page = to;
+        ends(channel, kMaster);
+    }
+    browser.unloads(u"18");
     ASSERT_EQ(linksOffered(), 1u);
     const auto controller = desk().windows[window.buttons(true)[0]].controller;
     const auto chooses = [&] {
@@ -102,11 +114,26 @@ TEST_F(CapturePages, AnEntryAsksAsItsPageDid) {
     const json told = chooses();
     EXPECT_EQ(told["referrer"], "http://r.example/");
     EXPECT_EQ(told["cookies"], "jar=1");
+    EXPECT_EQ(told["user"], "u");
     EXPECT_EQ(told["extraData"][0], "Agent");
     EXPECT_EQ(told["extraData"][7], "http://site.example/");
     EXPECT_EQ(told["extraData"][17], "hd") << "described as its first entry";
+    page->attributes[u"zabmzcc-ext-docid"] = u"19";
     browser.mouse(u"unload", page);
-    EXPECT_EQ(chooses(), nullptr);
+    EXPECT_EQ(chooses(), nullptr) << "known by its object too";
+}
+
+TEST_F(CapturePages, LearnFromWhatOffersNothingItself) {
+    ends(asksForPlaylist(), kMaster);
+    EXPECT_EQ(labels(), std::vector<std::u16string>{u"hd, TS"});
+    ends(answers("http://h.example/d/hd.m3u8", {{"Content-Type", "application/x-mpegURL"}}),
+         "#EXT-X-VERSION:3\n#EXTINF:9\n1.ts\n#EXT-X-ENDLIST\n");
+    EXPECT_EQ(labels(), std::vector<std::u16string>{u"hd, TS, 9 sec"});
+    ends(answers("http://asis.example/l.m3u8", {{"Content-Type", "application/x-mpegURL"}}),
+         "#EXT-X-STREAM-INF:X=1\nv.m3u8\n");
+    EXPECT_EQ(newest(), "hlstozab://v.m3u8") << "the data file names the host";
+    answers("http://g.googlevideo.com/videoplayback?id=1&itag=22", {});
+    EXPECT_EQ(newest(), "yta3tozab://http://g.googlevideo.com/videoplayback?id=1&itag=22");
 }
 
 TEST_F(CapturePages, AreAskedForOnceAndInTime) {
@@ -128,12 +155,17 @@ TEST_F(CapturePages, AreAskedForOnceAndInTime) {
         browser.faults().failAll(operation);
         ends(channel, kMaster);
         EXPECT_TRUE(browser.faults().reached());
+        EXPECT_LE(browser.faults().countOf("helper5.70"), 1u) << operation;
+        EXPECT_EQ(browser.faults().countOf("helper5.71"), 0u) << operation;
         EXPECT_EQ(newest(), "") << "no page without " << operation;
         EXPECT_EQ(linksOffered(), 0u);
     }
+    page->attributes.clear();
+    ends(asksForPlaylist(kTopLevelLoad), kMaster);
     auto& channel = asksForPlaylist(kTopLevelLoad);
     channel.request.page = nullptr;
     ends(channel, kMaster);
+    EXPECT_EQ(browser.faults().countOf("helper5.72"), 0u) << "nor without a number or a document";
     EXPECT_EQ(newest(), "");
 }
 
