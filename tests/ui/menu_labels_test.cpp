@@ -1,8 +1,7 @@
 #include "ui/menu_labels.h"
 
-#include <gtest/gtest.h>
-
 #include "binding/utf.h"
+#include "readings.h"
 #include "ui/menu_order.h"
 
 namespace {
@@ -29,42 +28,27 @@ std::string shown(const Menu& menu) {
 }
 
 TEST(MenuLabels, FillInNumbersWhateverATranslatorWrote) {
-    const struct {
-        const char* format;
-        const char* text;
-        const char* why;
-    } rows[] = {
+    const auto read = [](const std::string& format) { return filledIn(format, {7, 30}); };
+    const zabtest::Reading rows[] = {
         {"%ld hour(s) %d min", "7 hour(s) 30 min", "the built-in one"},
         {"%d:%d:%d %ld", "7:30:%d %ld", "more directives than numbers"},
         {"%s%n %I64d %5d %f %", "%s%n %I64d %5d %f %", "other directives are text"},
         {"100%% %d%", "100% 7%", "a percent sign, and one at the end"},
         {"%%d", "%d", "no directive behind a percent sign"},
     };
-    for (const auto& row : rows) EXPECT_EQ(filledIn(row.format, {7, 30}), row.text) << row.why;
+    zabtest::expectReadings(read, rows);
 }
 
 TEST(MenuLabels, TellSizesAndDurationsInWords) {
-    const MessageTexts texts;
-    const struct {
-        std::uint64_t bytes;
-        const char* text;
-    } sizes[] = {{1, "1 Bytes"},
-                 {1023, "1023 Bytes"},
-                 {1024, "1 KB"},
-                 {1024 * 1024 - 1, "1023 KB"},
-                 {1024 * 1024 * 3 / 2, "1.5 MB"},
-                 {1024ull * 1024 * 1024 * 5 / 4, "1.25 GB"},
-                 {UINT64_MAX, "17179869183.99 GB"}};
-    for (const auto& row : sizes) EXPECT_EQ(sizeText(row.bytes, texts), row.text);
-    const struct {
-        std::uint32_t seconds;
-        const char* text;
-    } durations[] = {{59, "59 sec"},
-                     {60, "1 min 0 sec"},
-                     {3599, "59 min 59 sec"},
-                     {3600, "1 hour(s) 0 min"},
-                     {UINT32_MAX, "1193046 hour(s) 28 min"}};
-    for (const auto& row : durations) EXPECT_EQ(durationText(row.seconds, texts), row.text);
+    constexpr std::uint64_t kMega = 1 << 20;
+    std::string sizes, durations;
+    for (const std::uint64_t bytes : {std::uint64_t{1}, std::uint64_t{1023}, std::uint64_t{1024}, kMega - 1,
+                                      kMega, kMega * 3 / 2, kMega * 1280, UINT64_MAX})
+        sizes += sizeText(bytes, MessageTexts{}) + "; ";
+    EXPECT_EQ(sizes, "1 Bytes; 1023 Bytes; 1 KB; 1023 KB; 1.0 MB; 1.5 MB; 1.25 GB; 17179869183.99 GB; ");
+    for (const std::uint32_t seconds : {59u, 60u, 3599u, 3600u, UINT32_MAX})
+        durations += durationText(seconds, MessageTexts{}) + "; ";
+    EXPECT_EQ(durations, "59 sec; 1 min 0 sec; 59 min 59 sec; 1 hour(s) 0 min; 1193046 hour(s) 28 min; ");
 }
 
 TEST(MenuLabels, StandBestFirstAndNameEachEntryOnce) {
@@ -101,17 +85,18 @@ TEST(MenuLabels, StandBestFirstAndNameEachEntryOnce) {
 }
 
 TEST(MenuLabels, AreOneLineOfPlainTextWithWhatAStreamIs) {
-    MediaEntry film = entry("hlstozab://http://h/m.m3u8", " Tom &\r\n Jerry\t", 720, 0, 0, 60);
-    film.bitrate = 2'400'000;
-    film.extension = "ts";
-    MediaEntry told = entry("hlstozab://http://h/l.m3u8", "480p bitrate  900", 480);
-    told.bitrate = 900'000;
-    told.extension = "ts";
-    const MediaEntry endless = entry("http://h/c", std::string(5000, 'x'));
-    const Menu menu = mediaMenu(std::vector{film, told, endless}, MessageTexts{}, utf16FromUtf8);
-    EXPECT_EQ(utf8FromUtf16(menu.labels.at(0)), "Tom && Jerry, 720p TS, 2400 kbit/s 1 min 0 sec");
-    EXPECT_EQ(utf8FromUtf16(menu.labels.at(1)), "480p bitrate 900, TS");
-    EXPECT_LT(menu.labels.at(2).size(), 200u);
+    std::vector<MediaEntry> entries = {
+        entry("hlstozab://m", " Tom &\r\n Jerry\t", 720, 1000, 0, 60),
+        entry("hlstozab://l", "480p bitrate  900", 480, 900'000), entry("hlstozab://n", "sized", 0, 1000, 9),
+        entry("hlstozab://s", "slow", 0, 999),
+        entry("c", std::string(159, 'x') + "\xF0\x9F\x98\x80" + std::string(9, 'x'))};
+    for (auto& made : entries) made.extension = "ts";
+    EXPECT_EQ(shown(mediaMenu(entries, MessageTexts{}, utf16FromUtf8)),
+              "Tom && Jerry, 720p TS, 1 kbit/s 1 min 0 sec -> hlstozab://m\n"
+              "480p bitrate 900, TS -> hlstozab://l\n"
+              "sized, TS, 9 Bytes -> hlstozab://n\n"
+              "slow, TS -> hlstozab://s\n" +
+                  std::string(159, 'x') + "\xF0\x9F\x98\x80\xE2\x80\xA6 -> c\nDownload all -> !ALL!\n");
 }
 
 }  // namespace
