@@ -82,8 +82,8 @@ TEST(MediaChoice, NamesEntriesThenWhatThePageRequested) {
         {u"o.mp4", u"8", pageController, 0, "", "another page's"},
         {u"o.mp4", u"", pageController, 0, "", "no page told: not any page's"},
         {u"x/[[IMPORT]]/cdn/file.mp3", u"7", pageController, 77, "http://cdn/file.mp3 ; ",
-         "known under the address behind its marker"},
-        {u"o.mp4/[[DYNAMIC]]/2", u"7", pageController, 77, "o.mp4 ; ", "and before it"},
+         "known by what is behind"},
+        {u"o.mp4/[[DYNAMIC]]/2", u"7", pageController, 77, "o.mp4 ; ", "and before a marker"},
         {u"", u"7", pageController, 77, "", "nothing asked for"},
     };
     for (const auto& row : rows) {

@@ -85,7 +85,7 @@ TEST(Streams, AreOfferedAsAUserWouldListThem) {
          "another view is a film of its own"},
         {{{"m", kMaster}, {"m", kFmp4}, {"m", kMaster}},
          known + kSound + "hlstozab://http://h/m | m | mp4 | duration 9\n",
-         "one address for a master playlist and for a film"},
+         "one address for both"},
         {{{"aSeg1-Frag1?1", ""}, {"aSeg1-Frag2?2", ""}, {"bSeg1-Frag1", ""}, {"aSeg2-Frag1?3", ""}},
          "dhs2tozab://http://h/aSeg%ld-Frag%ld?1 | a | flv\ndhs2tozab://http://h/bSeg%ld-Frag%ld | b | flv\n",
          "a stream, not each fragment of it"},
