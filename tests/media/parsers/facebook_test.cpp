@@ -2,24 +2,19 @@
 
 #include <gtest/gtest.h>
 
-#include "media/parsers/generated.h"
 #include "media/parsers/site_checks.h"
 #include "readings.h"
 
 namespace zab {
 namespace {
 
-using namespace std::string_view_literals;
-using zabtest::expectReadings;
-using zabtest::facebookEntries;
-using zabtest::Reading;
+using namespace zabtest;
 
 TEST(Facebook, TakesTheAddressesOfEachBlock) {
     const Reading rows[] = {
         {R"(videoData:[{hd_src:"a",sd_src:"b"}])", "hd a 0;sd b 0;", "high definition first"},
         {R"("videoData":[{"sd_src":"b","hd_src":"a"}])", "hd a 0;sd b 0;", "quoted"},
-        {R"(videoData: sd_src: 	'b')", "sd b 0;", "one address, single quotes, white space"},
-        {R"(videoData:hd_src:"")", "hd  0;", "an empty value is an address"},
+        {R"(videoData: sd_src: 	'"b')", "sd \"b 0;", "one address, white space; the same quote closes"},
         {R"(videoData:sd_src:none "sd_src":"q")", "sd q 0;", "a bare key without a value is absent"},
         {R"(videoData:sd_src:null sd_src:"q")", "", "only the next bare key is looked at"},
         {R"(videoData:"sd_src":"q" sd_src:"b")", "sd b 0;", "the bare key wins, though farther"},
@@ -27,7 +22,6 @@ TEST(Facebook, TakesTheAddressesOfEachBlock) {
         {R"(videoData:sd_src:"b" "videoData":sd_src:"q")", "sd b 0;sd q 0;", "then the quoted one"},
         {R"(sd_src:"b" videoData:)", "", "a block takes what is ahead"},
         {R"(videoData:sd_src:"b)", "", "no closing quote"},
-        {R"(videoData:sd_src:"it's")", "sd it's 0;", "the same quote closes"},
         {R"(videoData:sd_src:"h:\/\/x\u0025\u0026\\/")", R"(sd h://x%\u0026\/ 0;)", "two escapes, one pass"},
     };
     expectReadings(facebookEntries, rows);
@@ -57,11 +51,9 @@ TEST(IsoDuration, IsWholeSecondsOrZero) {
         {"PT1,5X\"", "1", "and everything behind it"},
         {"P1DT1H'", "90000", "days and hours"},
         {"P1Y1M ", "34128000", "years and months: of 365 and 30 days"},
-        {"PT1M1S\\", "61", "minutes behind the T"},
         {"PT1S2S\"", "2", "the last of a repeated unit"},
-        {"P1DT\"", "86400", "nothing behind the T"},
+        {"P1DT\\", "86400", "nothing behind the T"},
         {"P1H\"", "0", "hours before the T"},
-        {"P1.5D\"", "0", "a fraction before the T"},
         {"PT1HT1S\"", "0", "a second T"},
         {"PT5\"", "0", "no unit"},
         {"PTS\"", "0", "no number before the unit"},
@@ -81,24 +73,7 @@ TEST(Facebook, KeepsAnAddressThatManyBlocksShareOnce) {
     EXPECT_TRUE(parser.parse(utf16FromUtf8(text)));
     ASSERT_EQ(parser.entries().size(), 10000u);
     EXPECT_EQ(parser.entries().front().url.data(), parser.entries().back().url.data());
-}
-
-const auto kPieces = zabtest::pieces(
-    "videoData:~\"videoData\":~hd_src:~\"hd_src\":~sd_src:~\"sd_src\":~\"~'~\\~\\/~\\u0025~"
-    "dash_manifest~mediaPresentationDuration~=~PT9S~P1D~T~ ~\n~,~9~\0"sv);
-
-TEST(Facebook, EveryPrefixOfGeneratedTextsKeepsItsBounds) {
-    zabtest::checkGenerated(zabtest::Random(66), 800, kPieces, zabtest::checkSite<facebookEntries>);
-}
-
-TEST(Facebook, AddsEntriesByHand) {
-    CFacebookParser parser;
-    EXPECT_EQ(parser.addEntry(u"a", 5'000'000'000, true), 0u);
-    EXPECT_EQ(parser.addEntry(u"b", 0, false), 1u);
-    EXPECT_TRUE(parser.entries()[0].url == u"a");
-    EXPECT_EQ(parser.entries()[0].durationSeconds, 5'000'000'000u);
-    EXPECT_EQ(parser.entries()[1].isHd, 0u);
-    EXPECT_TRUE(parser.parse(u"")) << "entries that stood before count";
+    EXPECT_EQ(parser.addEntry(u"b", 5'000'000'000, false), 10000u) << "one more by hand";
 }
 
 }  // namespace

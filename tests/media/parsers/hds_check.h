@@ -38,6 +38,7 @@ inline std::string mediaOf(const F4MParserPtr& parser) {
 
 inline void checkHds(std::string_view body) {
     const F4MParserPtr parser = parsedHds(body);
+    must(!parser->media.empty() || manifestOf(parser) == "||0|0;");  // what failed keeps nothing
     const auto tags = static_cast<std::size_t>(std::count(body.begin(), body.end(), '<'));
     must(parser->bootstraps.size() + parser->media.size() <= tags);
     const F4MParserPtr again = parsedHds(

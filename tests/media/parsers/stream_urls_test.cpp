@@ -9,8 +9,7 @@
 namespace zab {
 namespace {
 
-using zabtest::expectReadings;
-using zabtest::Reading;
+using namespace zabtest;
 
 TEST(SameStream, ComparesWhatAPlayerDoesNotChange) {
     // Of two addresses: "s" for the same stream, "u" but for its signature, "i" by id, "t" by id and itag.
@@ -32,7 +31,6 @@ TEST(SameStream, ComparesWhatAPlayerDoesNotChange) {
         {"http://h/v?&&id=1&& http://h/v?id=1", "sui-", "runs of ampersands"},
         {"http://h/v?cver=2 http://h/v?", "su--", "nothing left to compare"},
         {"http://h/v?id=1&itag=5 http://H/v?id=1&itag=5", "----", "letter case before the mark"},
-        {"http://h/v?id=a http://h/v?id=A", "----", "letter case behind the mark"},
         {"http://h/v?ID=1&itag=5 http://h/v?ID=1&itag=5", "su--", "names in lower case only; no id to compare"},
         {"http://h/v?id=1&id=2&itag=5 http://h/v?id=1&itag=5", "--i-", "first id; every id"},
         {"http://h/v http://h/v", "----", "no mark"},
