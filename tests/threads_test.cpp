@@ -5,14 +5,10 @@
 #include <array>
 #include <atomic>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
-#include <utility>
 
-#include "page/media_pages.h"
 #include "page/passwords.h"
-#include "page/request_lists.h"
 #include "settings/published.h"
 #include "ui/in_flight.h"
 
@@ -90,44 +86,6 @@ TEST(Threads, ALoginIsReadWhole) {
     };
     atOnce(learns, learns, asks, asks);
     EXPECT_EQ(torn, 0);
-}
-
-// The lists have no lock of their own: one that guards every call, and the copy of what was found, is enough.
-TEST(Threads, ListsNeedNoMoreThanTheSharedLock) {
-    std::mutex shared;
-    RequestLists requests;
-    MediaPages pages;
-    const auto browses = [&] {
-        for (std::uint64_t id = 1; id <= 1000; ++id) {
-            const std::lock_guard lock(shared);
-            OBJECTREQUESTSARRAY_ITEM request;
-            request.url = "http://site.example/" + std::to_string(id % 50);
-            request.documentId = id;
-            requests.requested.add(std::move(request));
-            requests.rename("http://site.example/1", "http://site.example/2");
-            OpenPage page;
-            page.document.id = id;
-            page.url = std::string(40, 'a');
-            pages.open(page);
-            if (id <= 20) continue;
-            pages.forget({nullptr, id - 20});
-            requests.forget({nullptr, id - 20});
-        }
-    };
-    const auto looksUp = [&] {
-        for (std::uint64_t id = 1; id <= 1000; ++id) {
-            std::string url(40, 'a');
-            {
-                const std::lock_guard lock(shared);
-                if (const auto* record = pages.find(id)) url = record->page.url;
-                (void)requests.requested.find("http://site.example/" + std::to_string(id % 50), id);
-            }
-            EXPECT_EQ(url, std::string(40, 'a'));
-        }
-    };
-    atOnce(browses, looksUp, looksUp);
-    EXPECT_EQ(pages.count(), 20u);
-    EXPECT_EQ(requests.requested.count(), 20u);
 }
 
 }  // namespace
