@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include "readings.h"
+
 namespace zab {
 namespace {
 
+using namespace std::string_literals;
 using namespace std::string_view_literals;
 
 CapturedHeaders visited(std::initializer_list<std::pair<std::string_view, std::string_view>> headers,
@@ -16,39 +19,31 @@ CapturedHeaders visited(std::initializer_list<std::pair<std::string_view, std::s
 }
 
 TEST(HeaderVisitor, TakesTheRequestAndOnlyBasicCredentials) {
-    const auto record = visited({{"REFERER", "r"},
-                                 {"cookie", "a=1"},
+    const auto record = visited({{"cookie", "a=1"},
                                  {"Cookie", "b=2\0c"sv},
-                                 {"User-Agent", "u"},
                                  {"Content-Length", "5"},
                                  {"Authorization", "bAsIc xyz"},
                                  {"Authorization", "Bearer xyz"}},
                                 true);
-    EXPECT_EQ(record.referer, "r");
     EXPECT_EQ(record.cookie, "b=2") << "the last one, up to its NUL";
-    EXPECT_EQ(record.userAgent, "u");
     EXPECT_EQ(record.authorization, "bAsIc xyz") << "whole; another scheme does not replace it";
     EXPECT_EQ(record.contentLength, 0) << "a response header says nothing here";
     EXPECT_EQ(visited({{"Cookie", "a=1"}}).cookie, "") << "nor does a request header in a response";
 }
 
 TEST(HeaderVisitor, TheTotalOfARangeOutweighsTheLengthInEitherOrder) {
-    const struct {
-        const char *length, *range;
-        std::int64_t told;
-        const char* why;
-    } rows[] = {
-        {"1000", "bytes 0-999/5000", 5000, "both"},  {"1000", "bytes 0-999/*", 1000, "no total"},
-        {"1000", "bytes */0", 1000, "a total of 0"}, {"1000", "bytes */1", 1, "of 1"},
-        {"1000", "5000", 1000, "no slash"},          {"-1", "", 0, "a negative length"},
+    const zabtest::ReadingOf<std::int64_t, std::string_view> rows[] = {
+        {"bytes 0-999/5000", 5000, "both"},  {"bytes 0-999/*", 1000, "no total"},
+        {"bytes */0", 1000, "a total of 0"}, {"bytes */1", 1, "of 1"},
+        {"5000", 1000, "no slash"},
     };
-    for (const auto& row : rows) {
-        const std::pair<std::string_view, std::string_view> length{"Content-Length", row.length},
-            range{"Content-Range", row.range};
-        EXPECT_EQ(visited({length, range}).contentLength, row.told) << row.why;
-        EXPECT_EQ(visited({range, length}).contentLength, row.told) << row.why;
-        EXPECT_EQ(visited({range}).lengthFromRange, row.told != 1000 && row.told != 0) << row.why;
-    }
+    const auto told = [](std::string_view total) {
+        const std::pair<std::string_view, std::string_view> length{"Content-Length", "1000"},
+            range{"Content-Range", total};
+        EXPECT_EQ(visited({length, range}).contentLength, visited({range, length}).contentLength) << total;
+        return visited({length, range}).contentLength;
+    };
+    zabtest::expectReadings(told, rows);
 }
 
 TEST(HeaderVisitor, TellsHowABodyIsPacked) {
@@ -72,25 +67,19 @@ TEST(HeaderVisitor, AFreshExaminationSeesNothingOfTheLast) {
 }
 
 TEST(PostStream, HasItsHeaderBlockBeforeTheFirstBlankLine) {
-    const struct {
-        std::string_view bytes, body, type;
-        bool block;
-        const char* why;
-    } rows[] = {
-        {"Content-Type: a/b; c=d\r\nContent-Length: 3\r\n\r\nabc", "abc", "a/b; c=d", true,
-         "as browsers write it"},
-        {"X: y\r\n \tcontent-type:\t a/b\n\r\n\r\n", "", "a/b", true, "blanks, letter case, a bare LF"},
-        {"Content-Length: 0\r\n\nContent-Type: a/b\r\n\r\nabc", "abc", "", true, "an empty line ends the scan"},
-        {"Content-Type: a/b\r\n\r\n", "", "a/b", true, "an empty body"},
-        {"a=1&b=2", "a=1&b=2", "", false, "no blank line: all of it is body"},
-        {"\0\r\n\r\nx"sv, "x", "", true, "bytes, not text"},
+    const zabtest::Reading rows[] = {
+        // the type of a header block, and the body
+        {"X: y\r\n \tcontent-type:\t a/b\n\r\n\r\n", "a/b>", "blanks, letter case, a bare LF; an empty body"},
+        {"Content-Length: 0\r\n\nContent-Type: a/b\r\n\r\nabc", ">abc", "an empty line ends the scan"},
+        {"Content-Type: a/b; c\r\n\r\n", "a/b; c>", "whole, without the end of its line"},
+        {"a=1&b=2", "a=1&b=2", "no blank line: all of it is body"},
+        {"\0\r\n\r\nx"s, ">x", "bytes, not text"},
     };
-    for (const auto& row : rows) {
-        const PostStream stream = splitPostStream(row.bytes);
-        EXPECT_EQ(stream.hasHeaderBlock, row.block) << row.why;
-        EXPECT_EQ(stream.body, row.body) << row.why;
-        EXPECT_EQ(stream.contentType, row.type) << row.why;
-    }
+    const auto read = [](std::string_view bytes) {
+        const PostStream stream = splitPostStream(bytes);
+        return std::string(stream.contentType) + (stream.hasHeaderBlock ? ">" : "") + std::string(stream.body);
+    };
+    zabtest::expectReadings(read, rows);
 }
 
 TEST(PostStream, StorageHostIsLookedForInTheHostAlone) {

@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "intercept/header_capture.h"
+#include "readings.h"
 #include "web/file_name.h"
 
 namespace zab {
 namespace {
 
 using namespace std::string_view_literals;
+using zabtest::ReadingOf;
 
 constexpr std::string_view kBefore = "before";  // what stays where a header tells nothing
 
@@ -18,23 +20,17 @@ TEST(Headers, DispositionAsALineAndByTheVisitor) {
         bool isAttachment, isInline;
         const char* why;
     } rows[] = {
-        {"attachment; filename=\"a b.zip\"", "a b.zip", "a b.zip", true, false,
-         "a quoted name keeps its blanks"},
-        {"attachment; filename= a.zip; x", "a.zip", "a.zip", true, false,
-         "an unquoted one ends at its semicolon"},
-        {"Attachment; filename=a.zip", "a.zip", "a.zip", false, false, "the word in this letter case only"},
-        {"inline; Filename=a.zip", "", "a.zip", false, true, "the parameter in any case for the visitor"},
+        {"attachment; filename=\"a b;c.zip\"", "a b;c.zip", "a b;c.zip", true, false, "a quoted name, whole"},
+        {"attachment; filename= a.zip; x", "a.zip", "a.zip", true, false, "an unquoted one ends there"},
+        {"Attachment; inline; Filename=a.zip", "", "a.zip", false, true, "the parameter alone in any case"},
         {"x; FILENAME=1.zip; filename=2.zip", "2.zip", "2.zip", false, false, "the exact spelling first"},
-        {"attachment; filename=\"an inline b\"", "an inline b", "an inline b", true, false,
-         "a word of the name"},
+        {"attachment; filename=\"inline\"", "inline", "inline", true, false, "a word of the name"},
         {"attachment; filename=", "", kBefore, true, false, "nothing behind the equals sign"},
         {"attachment; filename= \t\r", "", kBefore, true, false, "nothing but blanks"},
         {"attachment; filename=;x", "", "", true, false, "an empty unquoted name is stored"},
         {"attachment; filename=\"\"", "", kBefore, true, false, "an empty quoted one"},
-        {"attachment; filename=\"a;b.zip", "\"a", kBefore, true, false,
-         "an open quote stays, the semicolon cuts"},
-        {"attachment", "", kBefore, true, false, "no name clears the one of an earlier line"},
-        {"form-data", "", kBefore, false, false, "a new disposition clears the flags"},
+        {"attachment; filename=\"a;b.zip", "\"a", kBefore, true, false, "an open quote is one of its letters"},
+        {"form-data", "", kBefore, false, false, "a new disposition clears flags and the line's name"},
         {"attachment; filename*=UTF-8''%C3", "UTF-8''%C3", "UTF-8''%C3", true, false, "extended: as it stands"},
         {"attachment; filename=\xC3\xA9", "utf-8''\xC3\xA9", "utf-8''\xC3\xA9", true, false, "raw UTF-8"},
         {"attachment; filename=\xE9", "\xE9", "\xE9", true, false, "another code page"},
@@ -73,14 +69,11 @@ TEST(Headers, TypeAndItsNameAsALineAndByTheVisitor) {
         {"a/b; name=\"x;y\"", "a/b", "x;y", "x;y", "quoted"},
         {"a/b; name='x;y'", "a/b", "x;y", "'x", "a single quote is an ordinary character for the visitor"},
         {"a/b ; charset=u;  NAME \t= x z;q=1", "a/b ", "x z", "x z", "unquoted"},
-        {"a/b; name=\"x", "a/b", kBefore, kBefore, "an open quote stores nothing"},
+        {"a/b; name=\"x; name=y", "a/b", kBefore, kBefore, "the first one counts, even with an open quote"},
         {"a/b; names=x; name=y; name=z", "a/b", "y", "y", "the first parameter of exactly this name"},
-        {"a/b; name=\"x; name=y", "a/b", kBefore, kBefore, "the first one counts, even unreadable"},
         {"a/b; name=\"\"", "a/b", "", kBefore, "an empty name is a name for the line"},
-        {"a/b; name=", "a/b", "", "", "unquoted for both"},
         {"a/b;\rname=x", "a/b", "x", kBefore, "a carriage return is no blank for the visitor"},
-        {"a/b", "a/b", kBefore, kBefore, "no name clears none"},
-        {"", "", kBefore, kBefore, "no type clears the type"},
+        {"", "", kBefore, kBefore, "no type clears the type, and no name none"},
     };
     for (const auto& row : rows) {
         ResponseHeaderInfo info;
@@ -96,44 +89,36 @@ TEST(Headers, TypeAndItsNameAsALineAndByTheVisitor) {
 }
 
 TEST(HeaderLine, ContentLengthAndForeignLines) {
-    const struct {
-        std::string_view line;
-        bool handled;
-        std::int64_t length;
-        const char* why;
-    } rows[] = {
-        {" Content-Length: 12x\r\n", true, 12, "up to the first other character"},
-        {"content-length:99999999999999999999", true, INT64_MAX, "the nearest limit"},
-        {"content-length: -5", true, 0, "negative counts as unknown"},
-        {"content-length: none", true, 7, "no number leaves the length"},
-        {"content-length : 5", false, 7, "another name"},
-        {"\ncontent-length: 5", false, 7, "a line feed is no blank"},
-        {"", false, 7, "nothing"},
+    const ReadingOf<std::optional<std::int64_t>> rows[] = {
+        // nothing: not handled
+        {" Content-Length: 12x\r\n", 12, "up to the first other character"},
+        {"content-length:99999999999999999999", INT64_MAX, "the nearest limit"},
+        {"content-length: -5", 0, "negative counts as unknown"},
+        {"content-length: none", 7, "no number leaves the length"},
+        {"content-length : 5", std::nullopt, "another name"},
+        {"", std::nullopt, "nothing"},
     };
-    for (const auto& row : rows) {
+    const auto read = [](std::string_view line) {
         ResponseHeaderInfo info;
         info.contentLength = 7;
-        EXPECT_EQ(ParseResponseHeaderLine(info, row.line), row.handled) << row.why;
-        EXPECT_EQ(info.contentLength, row.length) << row.why;
-    }
+        const bool handled = ParseResponseHeaderLine(info, line);
+        EXPECT_TRUE(handled || info.contentLength == 7) << line;
+        return handled ? std::optional(info.contentLength) : std::nullopt;
+    };
+    zabtest::expectReadings(read, rows);
 }
 
 TEST(FileName, Utf8IsJudgedByLeadAndContinuationBytes) {
-    const struct {
-        std::string_view text;
-        bool complete;
-        const char* why;
-    } rows[] = {
+    const ReadingOf<bool> rows[] = {
         {"a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", true, "one to four bytes"},
         {"\xC0\x80", true, "overlong passes"},
-        {"\xED\xA0\x80", true, "a surrogate passes"},
         {"\xC3", false, "open at the end"},
         {"\xE2\x82z", false, "broken off"},
         {"\xC3\xC3\xA9", false, "a lead byte inside"},
         {"\x80", false, "a continuation byte alone"},
         {"\xF8\x88\x80\x80\x80", false, "five bytes"},
     };
-    for (const auto& row : rows) EXPECT_EQ(isCompleteUtf8(row.text), row.complete) << row.why;
+    zabtest::expectReadings(isCompleteUtf8, rows);
 }
 
 }  // namespace

@@ -13,20 +13,12 @@
 
 namespace zabtest {
 
-/// Cuts its input into fields: each ends at a byte 0x1F, or with the input.
-class Fields {
-  public:
-    explicit Fields(std::string_view bytes) : rest_(bytes) {}
-    std::string_view next() {
-        const std::string_view field = zab::upTo(rest_, '\x1F');
-        rest_.remove_prefix(field.size() < rest_.size() ? field.size() + 1 : field.size());
-        return field;
-    }
-    [[nodiscard]] bool empty() const { return rest_.empty(); }
-
-  private:
-    std::string_view rest_;
-};
+/// The next field of an input: each ends at a byte 0x1F, or with the input.
+inline std::string_view nextField(std::string_view& rest) {
+    const std::string_view field = zab::upTo(rest, '\x1F');
+    rest.remove_prefix(field.size() < rest.size() ? field.size() + 1 : field.size());
+    return field;
+}
 
 inline bool isPlain(std::string_view text) { return text.find('\0') == std::string_view::npos; }
 
@@ -38,9 +30,6 @@ inline void checkHeaderLine(std::string_view line) {
     must(isPlain(info.fileName) && isPlain(info.contentType) && isPlain(info.contentTypeName));
     must(info.contentType.find(';') == std::string::npos);
     if (!handled) must(info.fileName == "before" && info.contentType == "before" && !info.isAttachment);
-    zab::ResponseHeaderInfo again = info;
-    must(zab::ParseResponseHeaderLine(again, line) == handled);
-    must(again.contentLength == info.contentLength && again.contentType == info.contentType);
 }
 
 /// The fields are names and values in turn; the first byte chooses the mode.
@@ -48,9 +37,9 @@ inline void checkHeaderVisitor(std::string_view bytes) {
     zab::CapturedHeaders record;
     record.visitRequestHeaders = bytes.starts_with('\1');
     const bool request = record.visitRequestHeaders;
-    for (Fields fields(bytes.substr(request ? 1 : 0)); !fields.empty();) {
-        const std::string_view name = fields.next();
-        zab::visitHeader(record, name, fields.next());
+    for (std::string_view rest = bytes.substr(request ? 1 : 0); !rest.empty();) {
+        const std::string_view name = nextField(rest);
+        zab::visitHeader(record, name, nextField(rest));
     }
     must(record.contentLength >= 0);
     for (const auto* text : {&record.referer, &record.cookie, &record.fileName, &record.contentType,
@@ -62,10 +51,7 @@ inline void checkHeaderVisitor(std::string_view bytes) {
         must(record.cookie.empty() && record.referer.empty() && record.authorization.empty());
     if (record.lengthFromRange) must(record.contentLength > 0);
 
-    const zab::PostStream stream = zab::splitPostStream(bytes);
-    must(stream.body.size() <= bytes.size() && bytes.ends_with(stream.body));
-    record.clear();
-    must(record.contentType.empty() && !record.lengthFromRange && record.contentLength == 0);
+    must(bytes.ends_with(zab::splitPostStream(bytes).body));
 }
 
 inline bool liesIn(std::string_view part, std::string_view whole) {
@@ -80,7 +66,6 @@ inline void checkUrl(std::string_view url) {
         must(liesIn(part, url));
     must(zab::behindHost(url).starts_with(zab::pathOf(url)));
     must(zab::pathOf(url).ends_with(zab::lastSegmentOf(url)));
-    must(zab::lastSegmentOf(url).find('/') == std::string_view::npos);
 
     std::string normal(url);
     zab::NormalizeDefaultPort(normal);
@@ -100,7 +85,7 @@ inline void checkDecide(std::string_view bytes) {
     if (bytes.size() < 2) return;
     const auto flags = static_cast<unsigned char>(bytes[0]);
     const auto size = static_cast<unsigned char>(bytes[1]);
-    Fields fields(bytes.substr(2));
+    bytes.remove_prefix(2);
     zab::ResponseFacts facts;
     facts.status = (flags & 1) != 0 ? 200 : 206;
     facts.loadFlags = ((flags & 2) != 0 ? zab::kDocumentLoad : 0) | ((flags & 4) != 0 ? zab::kTopLevelLoad : 0);
@@ -108,13 +93,13 @@ inline void checkDecide(std::string_view bytes) {
     facts.isEncoded = (flags & 16) != 0;
     facts.postBodyUnavailable = (flags & 32) != 0;
     facts.contentLength = std::int64_t{size} << (size & 31);
-    facts.url = fields.next();
-    facts.contentType = fields.next();
-    facts.fileName = fields.next();
-    facts.contentTypeName = fields.next();
+    facts.url = nextField(bytes);
+    facts.contentType = nextField(bytes);
+    facts.fileName = nextField(bytes);
+    facts.contentTypeName = nextField(bytes);
 
     zab::GivenSettings settings;
-    settings.extensionList = std::string(fields.next());
+    settings.extensionList = std::string(nextField(bytes));
     const zab::Decision on = zab::decide(facts, settings);
     must((on.outcome == zab::Outcome::transfer) == (on.flags != 0));
     must((on.outcome == zab::Outcome::listen) == (on.listener != zab::MediaKind::none));

@@ -5,23 +5,25 @@
 #include <set>
 #include <sstream>
 
+#include "readings.h"
+
 namespace zab {
 namespace {
 
 /// A machine as a table: which folders and files it has, and what was done to it.
 struct Machine final : RestoreSystem {
-    bool nt = true, hiveLoads = true;
+    bool nt = true, hiveLoads = true, privileged = false;
     std::optional<std::string> roaming = "R:", windows = "W:", user = "ann";
     std::set<std::string> paths;
     std::string acts;
 
-    void enableRestorePrivilege() override { acts += "privilege"; }
+    void enableRestorePrivilege() override { privileged = true; }
     bool isNtFamily() override { return nt; }
     std::optional<std::string> roamingFolder() override { return roaming; }
     std::optional<std::string> windowsFolder() override { return windows; }
     std::optional<std::string> userName() override { return user; }
     bool exists(const std::string& path) override { return paths.count(path) != 0; }
-    void restoreRootKey(const std::string& backup) override { acts += " restore " + backup; }
+    void restoreRootKey(const std::string& backup) override { acts += privileged ? " restore " + backup : ""; }
     bool loadTemporaryHive(const std::string& backup) override { return acts += " load " + backup, hiveLoads; }
     void copyTemporaryHive() override { acts += " copy"; }
     void deleteTemporaryHive() override { acts += " delete"; }
@@ -34,46 +36,45 @@ struct Machine final : RestoreSystem {
 };
 
 TEST(RestoreDamagedSettings, FindsTheBackupAndTellsTheUserOnlyThen) {
-    const struct {
+    struct Given {
         std::string_view change;  // a letter each, see below
         const char* folders;      // those that exist, with a backup in each but where a sign says no
-        std::string_view acts;    // behind the privilege
-        const char* why;
-    } rows[] = {
-        {"", "R:\\ZHCache W:\\ZHCache\\ann", " restore R:\\ZHCache\\settings.bak told", "roaming first"},
-        {"b", "R:\\ZHCache", " restore R:\\ZHCache\\settings.bak told", "no second backslash"},
-        {"", "-R:\\ZHCache W:\\ZHCache\\ann", "", "a roaming folder without a backup rules out the other"},
-        {"", "W:\\ZHCache\\ann W:\\ZHCache", " restore W:\\ZHCache\\ann\\settings.bak told", "the user's own"},
-        {"ru", "W:\\ZHCache\\default_user", " restore W:\\ZHCache\\default_user\\settings.bak told",
-         "nameless"},
-        {"w", "", "", "no Windows folder"},
-        {"", "", "", "no folder at all"},
-        {"s", "R:\\ZHCache", " restore R:\\ZHCache\\settings.bak told the suspect", "which is installed"},
-        {"n", "R:\\ZHCache W:\\ZHCache", " load W:\\ZHCache\\settings.bak copy delete told",
-         "the other family: no roaming folder, no user, a hive beside the users'"},
-        {"nh", "W:\\ZHCache", " load W:\\ZHCache\\settings.bak delete told", "a hive that does not load"},
     };
-    for (const auto& row : rows) {
+    const zabtest::ReadingOf<std::string, Given> rows[] = {
+        {{"b", "R:\\ZHCache W:\\ZHCache\\ann"}, " restore R:\\ZHCache\\settings.bak told", "roaming first"},
+        {{"", "-R:\\ZHCache W:\\ZHCache\\ann"}, "", "a roaming folder without a backup rules out the other"},
+        {{"", "W:\\ZHCache\\ann W:\\ZHCache"}, " restore W:\\ZHCache\\ann\\settings.bak told", "of the user"},
+        {{"ru", "W:\\ZHCache\\default_user"},
+         " restore W:\\ZHCache\\default_user\\settings.bak told",
+         "nobody"},
+        {{"w", ""}, "", "no Windows folder"},
+        {{"", ""}, "", "neither folder exists"},
+        {{"s", "R:\\ZHCache"}, " restore R:\\ZHCache\\settings.bak told the suspect", "which is installed"},
+        {{"n", "R:\\ZHCache W:\\ZHCache"},
+         " load W:\\ZHCache\\settings.bak copy delete told",
+         "the other family: no roaming folder, no user, a hive beside the users'"},
+        {{"nh", "W:\\ZHCache"}, " load W:\\ZHCache\\settings.bak delete told", "a hive that does not load"},
+    };
+    const auto acts = [](const Given& given) {
+        const auto changes = [&given](char letter) { return given.change.find(letter) != given.change.npos; };
         Machine machine;
-        const auto changes = [&row](char letter) { return row.change.find(letter) != row.change.npos; };
         machine.nt = !changes('n');
         machine.hiveLoads = !changes('h');
-        if (changes('b')) machine.roaming = "R:\\";
+        machine.roaming = changes('b') ? "R:\\" : "R:";  // with its backslash or without
         if (changes('r')) machine.roaming.reset();
         if (changes('u')) machine.user.reset();
         if (changes('w')) machine.windows.reset();
         if (changes('s')) machine.paths.insert("C:\\Program Files\\Spyware Cleaner");
-        std::istringstream folders(row.folders);
+        std::istringstream folders(given.folders);
         for (std::string folder; folders >> folder;) {
-            if (folder.starts_with('-')) {
-                machine.paths.insert(folder.substr(1));
-            } else {
-                machine.paths.insert({folder, folder + "\\settings.bak"});
-            }
+            const bool bare = folder.starts_with('-');
+            machine.paths.insert(folder.substr(bare));
+            if (!bare) machine.paths.insert(folder + "\\settings.bak");
         }
         restoreDamagedSettings(machine);
-        EXPECT_EQ(machine.acts, "privilege" + std::string(row.acts)) << row.why;
-    }
+        return machine.acts;
+    };
+    zabtest::expectReadings(acts, rows);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // The settings on a real registry, real change signals, real files and a real keyboard state.
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <map>
 #include <span>
 #include <thread>
@@ -10,6 +9,7 @@
 #include "binding/version_resource_win32.h"
 #include "entry/modifier_keys.h"
 #include "entry/registry_settings.h"
+#include "readings.h"
 #include "settings/data_file.h"
 #include "settings/long_path_win32.h"
 #include "settings/message_texts.h"
@@ -67,67 +67,48 @@ class Settings : public testing::Test {
     std::u16string folder_;
 };
 
-using SettingsRegistry = Settings;
-using SettingsBrowser = Settings;
-using SettingsFiles = Settings;
-using SettingsKeyboard = Settings;
-
-TEST_F(SettingsRegistry, ReadsAreTypedAndBounded) {
+TEST_F(Settings, ReadsAreTypedAndBounded) {
     using namespace std::string_literals;
-    const struct {
-        DWORD type;
-        std::string data;
-        std::optional<std::string> text;
-        const char* why;
-    } rows[] = {
-        {REG_SZ, "zip exe\0"s, "zip exe", "as it is written"},
-        {REG_EXPAND_SZ, "zip\0"s, "zip", "the other kind of text"},
-        {REG_SZ, "zip", "zip", "without its terminator"},
-        {REG_SZ, "zip\0exe\0"s, "zip", "ends at the first one"},
-        {REG_SZ, "\0"s, "", "empty"},
-        {REG_SZ, std::string(1998, 'x') + '\0', std::string(1998, 'x'), "1,999 bytes with the terminator"},
-        {REG_SZ, std::string(1999, 'x') + '\0', std::nullopt, "2,000"},
-        {REG_SZ, std::string(1999, 'x'), std::nullopt, "2,000 with the one that is missing"},
-        {REG_SZ, std::string(70000, 'x'), std::nullopt, "far longer than any buffer"},
-        {REG_DWORD, "abcd", std::nullopt, "a number"},
-        {REG_BINARY, "zip\0"s, std::nullopt, "bytes"},
+    using Raw = std::pair<DWORD, std::string>;
+    const zabtest::ReadingOf<std::optional<std::string>, Raw> texts[] = {
+        {{REG_EXPAND_SZ, "zip exe\0"s}, "zip exe", "the other kind of text"},
+        {{REG_SZ, "zip"}, "zip", "without its terminator"},
+        {{REG_SZ, "zip\0exe\0"s}, "zip", "ends at the first one"},
+        {{REG_SZ, std::string(1998, 'x') + '\0'}, std::string(1998, 'x'), "1,999 bytes with the terminator"},
+        {{REG_SZ, std::string(1999, 'x') + '\0'}, std::nullopt, "2,000"},
+        {{REG_SZ, std::string(1999, 'x')}, std::nullopt, "2,000 with the one that is missing"},
+        {{REG_SZ, std::string(70000, 'x')}, std::nullopt, "far longer than any buffer"},
+        {{REG_BINARY, "zip\0"s}, std::nullopt, "bytes"},
     };
-    for (const auto& row : rows) {
-        writeRaw(kRootKeyPath, kExtensions.name, row.type, row.data);
-        EXPECT_EQ(extensionList(), row.text) << row.why;
-    }
-    const struct {
-        DWORD type;
-        std::string data;
-        std::optional<std::uint32_t> number;
-    } numbers[] = {{REG_DWORD, "\x07\x04\0\0"s, 0x407},
-                   {REG_DWORD, "\x07"s, std::nullopt},
-                   {REG_SZ, "123"s, std::nullopt},
-                   {REG_QWORD, "\x07\x04\0\0\0\0\0\0"s, std::nullopt}};
-    for (const auto& row : numbers) {
-        writeRaw(kRootKeyPath, kLanguageId, row.type, row.data);
-        EXPECT_EQ(languageId(), row.number) << row.type;
-    }
-    writeRaw(kRootKeyPath, kExceptionServers.name, REG_SZ, std::string(100000, ' ') + "*.net\0"s);
+    const auto text = [](const Raw& raw) {
+        writeRaw(kRootKeyPath, kExtensions.name, raw.first, raw.second);
+        return extensionList();
+    };
+    zabtest::expectReadings(text, texts);
+    const auto number = [](DWORD type, const std::string& raw) {
+        writeRaw(kRootKeyPath, kLanguageId, type, raw);
+        return languageId();
+    };
+    EXPECT_EQ(number(REG_DWORD, "\x07\x04\0\0"s), 0x407u);
+    EXPECT_EQ(number(REG_DWORD, "\x07"s), std::nullopt) << "cut short";
+    EXPECT_EQ(number(REG_BINARY, "\x07\x04\0\0"s), std::nullopt) << "bytes";
+    write(kRootKeyPath, kExceptionServers.name, std::string(100000, ' ') + "*.net");
     EXPECT_TRUE(readExceptionServers(kExceptionServers).IsListed("http://a.net/"))
         << "a list has no small buffer";
     EXPECT_FALSE(readExceptionServers(kPanelExceptionServers).IsListed("http://a.net/")) << "a missing one";
 }
 
-TEST_F(SettingsRegistry, AnInstallationUnderTheRunningBrowserIsRead) {
-    write(kRootKeyPath, kExtensions.name, "zip");
-    write(kSpecialKeysPath, kUseKeyToForce, 0u);
-    EXPECT_EQ(extensionList(), "zip");
-    EXPECT_EQ(specialKeysKey()->number(kUseKeyToForce), 0u);
-    RegDeleteTreeA(HKEY_CURRENT_USER, kTree);
-    write(kRootKeyPath, kExtensions.name, "rar");
-    write(kSpecialKeysPath, kUseKeyToForce, 1u);
-    EXPECT_EQ(extensionList(), "rar");
-    EXPECT_EQ(specialKeysKey()->number(kUseKeyToForce), 1u);
+TEST_F(Settings, AnInstallationUnderTheRunningBrowserIsRead) {
+    for (const std::uint32_t number : {0u, 1u}) {
+        RegDeleteTreeA(HKEY_CURRENT_USER, kTree);
+        write(kRootKeyPath, kExtensions.name, std::to_string(number));
+        write(kSpecialKeysPath, kUseKeyToForce, number);
+        EXPECT_EQ(extensionList(), std::to_string(number));
+        EXPECT_EQ(specialKeysKey()->number(kUseKeyToForce), number);
+    }
 }
 
-TEST_F(SettingsRegistry, CompanionsLieBesideTheProgramFile) {
-    EXPECT_EQ(companionPath(u"zabftype64.dll"), std::nullopt) << "nothing is installed";
+TEST_F(Settings, CompanionsLieBesideTheProgramFile) {
     writeWide(kExePath.name, u"C:\\Pro\u0144ram\\ZAB\\ZABMan.exe");
     EXPECT_EQ(companionPath(u"zabftype64.dll"), u"C:\\Pro\u0144ram\\ZAB\\zabftype64.dll");
     writeWide(kExePath.name, u"ZABMan.exe");
@@ -136,26 +117,21 @@ TEST_F(SettingsRegistry, CompanionsLieBesideTheProgramFile) {
     EXPECT_EQ(exePath(), std::nullopt) << "longer than 520 bytes";
 }
 
-TEST_F(SettingsBrowser, IsRecordedOnceAndItsSwitchCountsAtOnce) {
+TEST_F(Settings, SwitchesCountAtOnce) {
     EXPECT_EQ(IsBrowserIntegrationEnabled(), 1u) << "before there is a record";
+    EXPECT_EQ(GetPanelViewFlag(), 1u) << "no key";
     EXPECT_EQ(RegisterBrowser(), Registration::created);
     EXPECT_EQ(RegisterBrowser(), Registration::known);
     const std::string record = kBrowsersPath + asciiOf(fileStemOf(*executablePath()));
-    for (const std::uint32_t value : {0u, 5u}) {
-        write(record.c_str(), kIntegration.name, value);
-        EXPECT_EQ(IsBrowserIntegrationEnabled(), value == 0 ? 0u : 1u);
-    }
-}
-
-TEST_F(SettingsBrowser, ThePanelFlagIsOffForOneValueOnly) {
-    EXPECT_EQ(GetPanelViewFlag(), 1u) << "no key";
     for (const std::uint32_t value : {0u, 1u, 2u, 3u}) {
+        write(record.c_str(), kIntegration.name, value);
         write(kPanelKeyPath, kPanelView.name, value);
+        EXPECT_EQ(IsBrowserIntegrationEnabled(), value == 0 ? 0u : 1u) << value;
         EXPECT_EQ(GetPanelViewFlag(), value == 2 ? 0u : 1u) << value;
     }
 }
 
-TEST_F(SettingsBrowser, AShortNameIsReadAsTheLongOne) {
+TEST_F(Settings, AShortNameIsReadAsTheLongOne) {
     const std::u16string longPath = folder_ + u"a browser with a long name.exe";
     writeFile(longPath, "x");
     char16_t shortPath[MAX_PATH] = u"";
@@ -167,12 +143,11 @@ TEST_F(SettingsBrowser, AShortNameIsReadAsTheLongOne) {
     EXPECT_EQ(longPathOf(folder_ + u"gone~1.exe"), std::nullopt);
 }
 
-TEST_F(SettingsFiles, TheDataFileIsReadAgainAtEachChange) {
+TEST_F(Settings, TheDataFileIsReadAgainAtEachChange) {
     const std::u16string path = folder_ + u"zabfc.dat";
-    const auto pairing = [] { return dataFile().read()->youtubePairing; };
-    const auto becomes = [&pairing](std::uint32_t wanted) {
-        for (int i = 0; i < 500 && pairing() != wanted; ++i) Sleep(20);
-        return pairing() == wanted;
+    const auto becomes = [](std::uint32_t wanted) {
+        for (int i = 0; i < 500 && dataFile().read()->youtubePairing != wanted; ++i) Sleep(20);
+        return dataFile().read()->youtubePairing == wanted;
     };
     auto touch = [count = 0u]() mutable { write("Software\\ZabrionHub\\ConfigTime", "time", ++count); };
     const auto holds = [&](const std::string& text) {
@@ -188,7 +163,7 @@ TEST_F(SettingsFiles, TheDataFileIsReadAgainAtEachChange) {
 
     writeWide(kDataFolder.name, folder_);
     EXPECT_EQ(ReloadDataFile(dataFile()), 0u);
-    EXPECT_EQ(pairing(), 1u);
+    EXPECT_EQ(dataFile().read()->youtubePairing, 1u);
     const auto watcher = configTimeWatcherId();
     EXPECT_NE(watcher, 0u);
     holds("youtube.pairing=2\nlisten.skip=*.net\n");
@@ -199,12 +174,9 @@ TEST_F(SettingsFiles, TheDataFileIsReadAgainAtEachChange) {
     writeFile(path, enciphered("youtube.pairing=1\n"));
     {
         const Handle writer(CreateFileW(wide(path), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-        Published<ZabFcRecord> record;
-        EXPECT_EQ(ReloadDataFile(record), 0u);
-        EXPECT_EQ(record.read()->contents, "") << "somebody is writing the file";
         touch();
         Sleep(300);
-        EXPECT_EQ(pairing(), 0u);
+        EXPECT_EQ(dataFile().read()->contents, "") << "somebody is writing the file";
     }
     EXPECT_TRUE(becomes(1)) << "the watcher comes back when the writer is done";
     EXPECT_EQ(ReloadDataFile(dataFile()), 0u);
@@ -222,28 +194,33 @@ TEST_F(SettingsFiles, TheDataFileIsReadAgainAtEachChange) {
     EXPECT_EQ(dataFile().read()->contents, "") << "a file that is gone";
 }
 
-TEST_F(SettingsFiles, LanguageFilesOfTheChosenLanguageAreOverlaid) {
+TEST_F(Settings, LanguageFilesOfTheChosenLanguageAreOverlaid) {
     CreateDirectoryW(wide(folder_ + u"Languages"), nullptr);
-    writeFile(folder_ + u"Languages\\zab_de.lng",
-              "\xEF\xBB\xBFlang=0407\r\n20850=Video\\r\\n\r\n20851=T\xC3\xB6ne\r\n");
-    writeFile(folder_ + u"Languages\\zab_fr.lng", "lang=040c\r\n20851=son\r\n");
-    writeFile(folder_ + u"Languages\\other_de.lng", "lang=0407\r\n20851=another name\r\n");
+    const std::pair<std::u16string_view, const char*> files[] = {
+        {u"zab_de.lng", "\xEF\xBB\xBFlang=0407\r\n20850=Video\r\n20851=T\xC3\xB6ne\r\n"},
+        {u"zab_fr.lng", "lang=040c\r\n20851=son\r\n"},
+        {u"zab_en.lng", "lang=9\r\n20851=sound\r\n"},
+        {u"other_de.lng", "lang=0407\r\n20851=another name\r\n"}};
+    for (const auto& [name, contents] : files)
+        writeFile(folder_ + u"Languages\\" + std::u16string(name), contents);
     writeWide(kExePath.name, folder_ + u"ZABMan.exe");
+    const zabtest::ReadingOf<std::string, std::optional<std::uint32_t>> rows[] = {
+        {std::nullopt, "video|audio", "no language is chosen"},
+        {0x10407, "Video|T\xC3\xB6ne", "the low 16 bits count"},
+        {0x40C, "video|son", "a file without a byte order mark"},
+        {0x409, "video|audio", "no file of this language"},
+        {9, "video|audio", "English has its texts built in"},
+    };
     const auto loaded = [](std::optional<std::uint32_t> language) {
         if (language) write(kRootKeyPath, kLanguageId, *language);
         MessageTexts texts;
         LoadLanguage(texts);
-        return std::string(texts[TextId::video].view()) + "|" + std::string(texts[TextId::audio].view());
+        return std::string(texts[TextId::video].view()).append("|").append(texts[TextId::audio].view());
     };
-    EXPECT_EQ(loaded(std::nullopt), "video|audio") << "no language is chosen";
-    EXPECT_EQ(loaded(0x10407), "Video\r\n|T\xC3\xB6ne") << "the low 16 bits count";
-    EXPECT_EQ(loaded(0x40C), "video|son") << "a file without a byte order mark";
-    EXPECT_EQ(loaded(0x409), "video|audio") << "no file of this language";
-    writeFile(folder_ + u"Languages\\zab_en.lng", "lang=9\r\n20851=sound\r\n");
-    EXPECT_EQ(loaded(9), "video|audio") << "English has its texts built in";
+    zabtest::expectReadings(loaded, rows);
 }
 
-TEST_F(SettingsKeyboard, EveryKeySteersUnderItsOwnName) {
+TEST_F(Settings, EveryKeySteersUnderItsOwnName) {
     MSG message;
     PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE);  // a thread with a keyboard state of its own
     const auto hold = [](std::initializer_list<BYTE> keys) {
@@ -259,38 +236,28 @@ TEST_F(SettingsKeyboard, EveryKeySteersUnderItsOwnName) {
     const auto steer = [&](const char* use, std::span<const KeySetting> keys, bool (*steers)() noexcept) {
         for (const auto& [name, key] : keys) {
             hold({codes[key]});
-            EXPECT_FALSE(steers()) << name << " is not configured";
             write(kSpecialKeysPath, name, 1);
             EXPECT_FALSE(steers()) << "no key is enabled";
             write(kSpecialKeysPath, use, 2);
             EXPECT_TRUE(steers()) << name;
             hold({});
             EXPECT_FALSE(steers()) << name << " is not held";
-            write(kSpecialKeysPath, name, 0u);
-            write(kSpecialKeysPath, use, 0u);
+            for (const char* value : {name, use}) write(kSpecialKeysPath, value, 0u);
         }
     };
     steer(kUseKeyToPrevent, kPreventKeys, IsPreventKeyDown);
     steer(kUseKeyToForce, kForceKeys, IsForceKeyDown);
 
-    for (const char* name : {kUseKeyToForce, "InsF", kCheckMouse}) write(kSpecialKeysPath, name, 1);
-    hold({VK_INSERT});
-    EXPECT_FALSE(IsForceKeyDown()) << "no press yet";
-    recordMousePressKeys();
-    EXPECT_TRUE(IsForceKeyDown());
-    EXPECT_TRUE(WereForceKeysDownAtMousePress(false, false, false, true, true));
+    for (const char* name : {kUseKeyToForce, "InsF"}) write(kSpecialKeysPath, name, 1);
     hold({VK_INSERT, 'A'});
     EXPECT_FALSE(IsForceKeyDown()) << "a letter is held too";
-    hold({});
     recordMousePressKeys();
-    hold({VK_INSERT});
-    EXPECT_FALSE(IsForceKeyDown()) << "the key came after the press";
+    EXPECT_TRUE(WereForceKeysDownAtMousePress(false, false, false, true, true));
     hold({});
 }
 
-TEST_F(SettingsBrowser, NobodyWaitsLongForTheSharedLists) {
+TEST_F(Settings, NobodyWaitsLongForTheSharedLists) {
     EXPECT_FALSE(SharedListLock(OnTimeout::skip)) << "no mutex yet";
-    EXPECT_TRUE(SharedListLock(OnTimeout::goOn));
     createSharedListMutex();
     static std::optional<SharedListLock> forgotten;
     std::thread([] { forgotten.emplace(OnTimeout::skip); }).join();
