@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "readings.h"
+
 namespace zab {
 namespace {
 
@@ -11,48 +13,36 @@ TEST(FailureReport, SaysWhatWentWrongInItsOwnWords) {
     texts.replace(20905, "failed \xC3\xA9");
     texts.replace(20906, "privileges");
     texts.replace(20907, "browser");
-    constexpr const char* kExe = "C:\\ZAB\\ZABMan.exe";
-    constexpr std::string_view kNotRegistered =
-        "failed \xC3\xA9\r\n\r\nThe required ZAB components are not registered/found. Please reinstall Zabrion "
-        "with "
-        "Administrator rights";
-    const struct {
+    struct Given {
         std::uint32_t status;
-        const char *exe, *layer;
-        std::string_view text;
-        const char* why;
-    } rows[] = {
-        {0x80040154, kExe, "RUNASADMIN", "elevated", "that text and nothing else"},
-        {0x80080005, kExe, "~ RUNASADMIN", "elevated", "one word of several"},
-        {0x80080005, kExe, "NORUNASADMIN RUNASADMINS", "failed \xC3\xA9\r\nError 0x80080005", "other words"},
-        {0x800702E4, kExe, "", "failed \xC3\xA9\r\n\r\nprivileges\r\n\r\nbrowser", "elevation required"},
-        {0x8001010D, kExe, "", "failed \xC3\xA9\r\nError 0x8001010D", "upper-case digits"},
-        {0x1, "", "", "failed \xC3\xA9\r\nError 0x1", "an empty path is a path; no zeros"},
-        {0x80070003, kExe, "", kNotRegistered, "a path that is not found"},
-        {0x8002801D, kExe, "", kNotRegistered, "a library that is not registered"},
-        {0x80040154, kExe, "", kNotRegistered, "a class that is not"},
+        const char* layer;
     };
-    for (const auto& row : rows) {
-        const auto box = failureBoxFor(row.status, {row.exe, row.layer}, texts);
-        EXPECT_EQ(box.text, row.text) << row.why;
-        EXPECT_EQ(box.kind, FailureBox::Kind::information) << row.why;
-    }
-    const auto offered = [&texts](std::uint32_t status, std::optional<std::string> exe) {
-        const auto box = failureBoxFor(status, {exe, "RUNASADMIN"}, texts);
-        EXPECT_EQ(box.kind, FailureBox::Kind::question);
+    const std::string notRegistered =
+        "failed \xC3\xA9\r\n\r\nThe required ZAB components are not registered/found. Please reinstall Zabrion "
+        "with Administrator rights";
+    const zabtest::ReadingOf<std::string, Given> rows[] = {
+        {{0x80040154, "RUNASADMIN"}, "elevated", "that text and nothing else"},
+        {{0x80080005, "~ RUNASADMIN"}, "elevated", "one word of several"},
+        {{0x80080005, "NORUNASADMIN RUNASADMINS"}, "failed \xC3\xA9\r\nError 0x80080005", "other words"},
+        {{0x800702E4, ""}, "failed \xC3\xA9\r\n\r\nprivileges\r\n\r\nbrowser", "elevation required"},
+        {{0x8001010D, ""}, "failed \xC3\xA9\r\nError 0x8001010D", "upper-case digits"},
+        {{0x1, ""}, "failed \xC3\xA9\r\nError 0x1", "no zeros"},
+        {{0x80070003, ""}, notRegistered, "a path that is not found"},
+        {{0x8002801D, ""}, notRegistered, "a library that is not registered"},
+        {{0x80040154, ""}, notRegistered, "a class that is not"},
+    };
+    const auto told = [&texts](const Given& given) {
+        const auto box = failureBoxFor(given.status, {"", given.layer}, texts);  // an empty path is a path
+        EXPECT_EQ(box.kind, FailureBox::Kind::information) << box.text;
         return box.text;
     };
-    EXPECT_EQ(
-        offered(0, kExe),
-        "You have installed \"ZAB Integration\" extension successfully. Unfortunately the extension can not be "
-        "used right away because it seems you did not install Zabrion yet. Would you like to know how to "
-        "download and install Zabrion?")
-        << "the start-up message asks no facts";
-    EXPECT_EQ(
-        offered(0x80040154, std::nullopt),
-        "Cannot transfer file download to Zabrion. It's possible that it's not installed. Would you like to "
-        "download and install Zabrion?")
-        << "not installed, whatever the error";
+    zabtest::expectReadings(told, rows);
+    const auto atStart = failureBoxFor(0, {"C:\\ZAB\\ZABMan.exe", "RUNASADMIN"}, texts);
+    EXPECT_EQ(atStart.kind, FailureBox::Kind::question) << "asks no facts";
+    const auto missing = failureBoxFor(0x80040154, {std::nullopt, "RUNASADMIN"}, texts);
+    EXPECT_EQ(missing.kind, FailureBox::Kind::question) << "not installed, whatever the error";
+    EXPECT_TRUE(missing.text.ends_with("Would you like to download and install Zabrion?"));
+    EXPECT_TRUE(atStart.text.ends_with("Would you like to know how to download and install Zabrion?"));
 }
 
 TEST(FailureReport, FailuresThatComeTogetherShareABox) {

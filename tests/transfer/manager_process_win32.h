@@ -3,6 +3,8 @@
 
 #include "binding/wide_win32.h"
 
+#include <process.h>
+
 #include <algorithm>
 #include <chrono>
 #include <fstream>
@@ -83,23 +85,11 @@ class ManagerProcess {
         RegDeleteTreeA(HKEY_CURRENT_USER, kLayers);
     }
 
-    static bool run(const std::string& argument) {
+    static bool run(const char* argument) {
         char path[MAX_PATH]{};
         GetModuleFileNameA(nullptr, path, MAX_PATH);
-        const std::string folder(path, std::string(path).rfind('\\') + 1);
-        std::string command = "\"" + folder + "zab_manager.exe\" " + argument;
-        STARTUPINFOA startup{};
-        startup.cb = sizeof(startup);
-        PROCESS_INFORMATION process{};
-        if (!CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                            &process))
-            return false;
-        WaitForSingleObject(process.hProcess, 30000);
-        DWORD status = 1;
-        GetExitCodeProcess(process.hProcess, &status);
-        CloseHandle(process.hThread);
-        CloseHandle(process.hProcess);
-        return status == 0;
+        const std::string program = std::string(path, std::string(path).rfind('\\') + 1) + "zab_manager.exe";
+        return _spawnl(_P_WAIT, program.c_str(), "zab_manager.exe", argument, nullptr) == 0;
     }
 
     std::string log_;
