@@ -45,7 +45,8 @@ std::string bodyOfChance(std::mt19937& random, const std::vector<std::string>& s
         for (auto count = random() % 60; count > 0; --count) body += entries[random() % entries.size()];
     } else {
         body = seeds[random() % seeds.size()];
-        for (int i = 0; i < 3 && !body.empty(); ++i) body[random() % body.size()] = body[random() % body.size()];
+        for (int i = 0; i < 3 && !body.empty(); ++i)
+            body[random() % body.size()] = body[random() % body.size()];
     }
     return body;
 }
