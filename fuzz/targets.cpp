@@ -24,18 +24,11 @@ namespace zabfuzz {
 namespace {
 
 using namespace zabtest;
-using zab::MediaKind;
 
 /// A check that takes numbers.
 template <auto kCheck>
 void onBytes(std::string_view bytes) {
     kCheck({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
-}
-
-/// The handler of a kind of body, as a response at an address of that kind.
-template <MediaKind kKind>
-void handle(std::string_view bytes) {
-    checkHandler(kKind, bytes);
 }
 
 /// A day in the stand-in browser.
@@ -48,19 +41,6 @@ void checkAnyOrder(std::string_view bytes) {
 constexpr Target kTargets[] = {
     {"any_order", checkAnyOrder},
     {"capture", checkCapture},
-    {"capture_dash", handle<MediaKind::dash>},
-    {"capture_facebook", handle<MediaKind::facebook>},
-    {"capture_fragment_manifest", handle<MediaKind::fragmentManifest>},
-    {"capture_hds", handle<MediaKind::hds>},
-    {"capture_hds_fragment", handle<MediaKind::hdsFragment>},
-    {"capture_hls", handle<MediaKind::hls>},
-    {"capture_link_text", handle<MediaKind::linkText>},
-    {"capture_page", handle<MediaKind::page>},
-    {"capture_sniff", handle<MediaKind::sniff>},
-    {"capture_video_info", handle<MediaKind::youtubeVideoInfo>},
-    {"capture_vimeo", handle<MediaKind::vimeoPlayer>},
-    {"capture_watch_page", handle<MediaKind::youtubeWatchPage>},
-    {"capture_youtube_dash", handle<MediaKind::youtubeDash>},
     {"dash", checkDash},
     {"data_file", onBytes<checkDataFile>},
     {"decide", checkDecide},

@@ -7,32 +7,23 @@
 namespace zab {
 namespace {
 
-using namespace std::string_literals;
-using zabtest::expectReadings;
-using zabtest::Reading;
+using namespace zabtest;
 
-TEST(Base64, WritesWhatRfc4648WritesAndReadsItBack) {
-    const auto read = [](const std::string& bytes) {
-        const std::string text = Base64Encode(bytes);
-        return Base64Decode(text) == bytes ? text : "another";
-    };
+TEST(Base64, WritesWhatRfc4648Writes) {
     const Reading rows[] = {
         {"foob", "Zm9vYg==", "one byte at the end"},
         {"fooba", "Zm9vYmE=", "two"},
         {"\xFB\xEF\xFF", "++//", "the last of the alphabet"},
-        {"\0\xFF\0"s, "AP8A", "NUL"},
     };
-    expectReadings(read, rows);
+    expectReadings(Base64Encode, rows);
 }
 
 TEST(Base64, ReadingEndsAtTheFirstForeignByte) {
     const Reading rows[] = {
         {" \t Zm9v", "foo", "leading blanks"},
-        {"\nZm9v", "", "a line feed is no blank here"},
         {"Zg", "f", "padding may be missing"},
         {"Zm9vY", "foo", "a single left-over character holds no byte"},
         {"Zg==Zm9v", "f", "nothing counts behind the padding"},
-        {"Zm9v\xC3\xA4Zg", "foo", "a byte of 128 or more"},
     };
     expectReadings(Base64Decode, rows);
 }
@@ -44,11 +35,7 @@ TEST(BasicCredentials, AreTheTwoSidesOfTheFirstColon) {
     };
     const Reading rows[] = {
         {"  bAsIc   dTpw", "u | p", "blanks on both sides of a scheme in any letter case"},
-        {"Basic dTpwOnE=", "u | p:q", "the password may hold a colon"},
-        {"Basic Og==", " | ", "two empty parts"},
         {"Basic dTpwAHE=", "u | p", "a NUL ends the text"},
-        {"Basic dQA6cA==", "none", "the colon stands behind a NUL"},
-        {"Basic", "none", "the scheme without its blank"},
         {"Bearer dTpw", "none", "another scheme"},
     };
     expectReadings(read, rows);
@@ -58,10 +45,8 @@ TEST(EncodedWord, GivesTheMarkedUtf8Name) {
     const auto read = [](std::string_view text) { return DecodeEncodedWordFileName(text).value_or("none"); };
     const Reading rows[] = {
         {"=?utf-8?b?w6QudHh0?= tail", "utf-8''\xC3\xA4.txt", "letter case, and text behind it"},
-        {"=?UTF-8?B?YQ?Yg?=", "utf-8''a", "a question mark without = does not close the word"},
         {"=?UTF-8?B?YQ==", "none", "never closed"},
         {"=?UTF-8?Q?a.txt?=", "none", "the other encoding"},
-        {"=?UTF-8?B=", "none", "no second mark"},
         {"=?UTF-8", "none", "cut inside the prefix"},
     };
     expectReadings(read, rows);

@@ -19,32 +19,26 @@ namespace {
 
 TEST(HtmlLinks, AreTakenFromEachElementThatHasThem) {
     const Reading rows[] = {
-        {"<map><area href=/m alt=Map></map><link rel=next href=p2 title=Next>",
-         "L http://h/m [Map];L p2 [Next];", "area, named by its alt, and link"},
+        {"<area href=m alt=Map><link rel=next href=p title=Next>", "L m [Map];L p [Next];",
+         "named by alt, title"},
         {"<iframe src=f><a href=x></iframe><frame src=g>", "M f;M g;", "frames; in an iframe is text"},
         {"<form action=s><form action=p method=POST><button formaction=x><input formaction=y "
          "formmethod=get></form><form action=d method=dialog></form><button formaction=z>",
          "L s;L y;L z;", "what is asked for, not what is sent"},
-        {"<link rel='next shortcut' href=n><link rel=stylesheet href=x><link rel='Alternate StyleSheet' "
-         "href=x><link rel=icon href=x><link rel=preconnect href=//x><link href=x><link rel=ALTERNATE href=f>",
-         "L n;L f;", "documents and feeds, no parts and no hints"},
-        {"<a href=\"javascript:window.open('o%2Ezip')\">T</a><a href=' JavaScript:x'><p "
-         "onclick=\"location='/c.zip'\">",
-         "S o.zip;S http://h/c.zip;", "scripts in addresses and handlers"},
-        {"<svg><a xlink:href=s>S</a><image xlink:href=i /></svg><track src=t><input type=image src=g><input "
-         "src=x>",
-         "L s [S];M i;M t;M g;", "svg, tracks and buttons"},
-        {"<meta http-equiv=Refresh content=\"5; URL='n.html' x\"><meta http-equiv=refresh content=' 0,n'>",
-         "L n.html;L n;", "refresh, with and without url="},
-        {"<meta http-equiv=refresh content=5><meta http-equiv=refresh content='x;url=n'><meta name=refresh "
+        {"<link rel='next shortcut' href=n><link rel='Alternate StyleSheet' href=x><link href=x>", "L n;",
+         "documents and feeds, no parts and no hints"},
+        {"<a href=' JavaScript:\"/o%2Ezip\"'>T</a><p onclick=\"location='/c.zip'\">",
+         "S http://h/o.zip;S http://h/c.zip;", "scripts in addresses and handlers"},
+        {"<svg><a xlink:href=s>S</a><image xlink:href=i /></svg><input type=image src=g><input src=x>",
+         "L s [S];M i;M g;", "svg and buttons"},
+        {"<meta http-equiv=Refresh content=\"5; URL='n' x\"><meta http-equiv=refresh content=' 0,m'>",
+         "L n;L m;", "refresh, with and without url="},
+        {"<meta http-equiv=refresh content=5><meta http-equiv=refresh content='x;url=n'><meta "
          "content='1;url=n'>",
-         "", "a refresh of the page itself; no time; a name"},
+         "", "a refresh of the page itself; no time; no refresh"},
         {"<img srcset='a.png, b.png 2x,c,d.png 3x (x,y) , e.png'>", "M a.png;M b.png;M c,d.png;M e.png;",
          "srcset: commas end an address only at its end, and not in parentheses"},
-        {"<video src=v.mp4 poster=p.jpg><source src=s.webm></video><audio src=a.mp3></audio>",
-         "P v.mp4;M p.jpg;P s.webm;P a.mp3;", "what plays, and its picture"},
-        {"<embed src=e.swf><object data=o.swf></object><script>window.open('w.html')</script>",
-         "P e.swf;P o.swf;S w.html;", "plug-ins and scripts"},
+        {"<video src=v poster=p><source src=s></video><embed src=e>", "P v;M p;P s;P e;", "what plays"},
         {"<p href=x src=y><td data=z><abbr href=x>", "", "attributes of other elements are nothing"},
     };
     expectReadings(linksOf, rows);
@@ -56,12 +50,10 @@ TEST(HtmlLinks, KeepTheirText) {
         {"<a href=a>x<br>y<div>z</div></a>", "L a [x y z];", "breaks part words"},
         {"<a href=a>&lt;1 &amp 2&copy3&notit;</a>", "L a [<1 & 2\302\2513\302\254it;];", "references in text"},
         {"<a href=a><img src=i alt=Pic></a>", "L a [Pic];M i [Pic];", "a picture speaks for its link"},
-        {"<a href=a title=T><b></b><a href=b>two</a>", "L a [T];L b [two];",
-         "no content: the title; a link ends the link before it"},
-        {"<a href=a><i></i></a><a href=a>later</a><a href=a>latest</a>", "L a [later];",
-         "the first text of a link holds"},
-        {"<a href=a>x<script>'/s.js'</script><style>b{}</style>y", "L a [xy];S http://h/s.js;",
-         "raw text is no text; the end of the page ends a link"},
+        {"<a href=a title=T><a href=b>two</a>", "L a [T];L b [two];",
+         "no content: the title; no link in a link"},
+        {"<a href=a></a><a href=a>later</a><a href=a>latest</a>", "L a [later];", "the first text holds"},
+        {"<a href=a>x<style>b{}</style>y", "L a [xy];", "raw text is none; the page's end ends a link"},
         {"<a href=a>x<template>y</template>z", "L a [xz];", "nor is that of a template"},
         {"<a href=a>x < y <3</a>", "L a [x < y <3];", "a lone < is text"},
         {"<a href=a>&am<!-- -->p;&am</>p;</a>", "L a [&amp;&amp;];", "a comment ends a reference"},
@@ -73,18 +65,13 @@ TEST(HtmlTokens, FollowTheStandard) {
     const Reading rows[] = {
         {"<A HREF=a href=b>", "L a;", "names in any case; of a repeated attribute the first"},
         {"<a href href=b><a href=>", "", "also when the first is empty: the page itself"},
-        {"<a href=a/b/><a/href='c'/title=T/>", "L a/b/;L c [T/];",
-         "a / belongs to an unquoted value, between attributes it is a blank"},
-        {"<a href='a'title='T'>", "L a [T];", "no blank behind a quoted value"},
+        {"<a href=a/b/><a/href='c'title=T/>", "L a/b/;L c [T/];", "a / in an unquoted value; no blank"},
         {"<a href\n=\r'a\">b'>", "L a%22%3Eb;", "blanks around =, > and \" in quotes"},
-        {"<a href=\"a", "", "an end of the page in a value: no tag"},
-        {"<a href=a", "", "in a tag: no tag"},
-        {"<a =href=a href==b>", "L =b;", "a name may begin with =, a value too"},
+        {"<a href=a", "", "an end of the page in a tag: no tag"},
         {"<a href=a\0b><a\0 href=c>"s, "L a%EF%BF%BDb;", "NUL is U+FFFD, and makes another name"},
         {"< a href=x><!a href=x></ a href=x><a href=a><?a href=x><a href=b>", "L a;L b;",
          "what only looks like a tag"},
-        {"<a<b href=x><aa href=x></a href=x><<a href=a>", "L a;",
-         "a name ends at a blank, / or > alone; end tags have no links; a < before a tag"},
+        {"<a<b href=x><aa href=x></a href=x><<a href=a>", "L a;", "other names; end tags; a < before a tag"},
         {"<a href=\"?a=1&amp;b=2&copy=3&lt=4&eacute;\">", "L page.html?a=1&b=2&copy=3&lt=4%C3%A9;",
          "references in values"},
         {"<a href='&#104;&#x74tp&colon;//h/&#0;&#128;&#xD800;&#1114112;&#;&#x;'>",
@@ -95,68 +82,50 @@ TEST(HtmlTokens, FollowTheStandard) {
 
 TEST(HtmlTokens, OfHiddenPartsDoNotCount) {
     const Reading rows[] = {
-        {"<!-- <a href=x> --><!--><a href=a><!---><a href=b><!-- --!><a href=c><!--!><a href=x>-->",
+        {"<!-- <a href=x> --><!--><a href=a><!---><a href=b><!----!><a href=c><!--!><a href=x>--><!-- - -- ->"
+         "<a href=x>",
          "L a;L b;L c;", "the ends of comments"},
-        {"<!----!><a href=a><!-- - -- -><a href=x>", "L a;", "a comment to the end of the page"},
-        {"<!DOCTYPE html PUBLIC '>'><a href=a>", "L a;", "a document type ends at >"},
-        {"<![CDATA[ x> <a href=a> ]]>", "L a []]>];", "no CDATA in HTML: a comment up to >"},
         {"<svg><![CDATA[ <a href=x> ]] > ]]]><a href=a></svg>", "L a;", "CDATA in svg"},
-        {"<svg><title><a href=a></title><style><a href=b></style></svg><style><a href=x></style>", "L a;L b;",
-         "raw elements are so in HTML alone"},
-        {"<svg><!doctype x><a href=a>", "L a;", "what is no CDATA there"},
+        {"<svg><title><a href=a></title><style><a href=b></style></svg>", "L a;L b;", "none is raw in svg"},
         {"</svg></template><style><a href=x></style><a href=a>", "L a;", "ends of nothing"},
         {"<svg/><svg><p><style><a href=x></style>", "", "a picture may end at once; a paragraph ends it"},
         {"<style><a href=x></styles><a href=x></STYLE ><a href=a>", "L a;", "style"},
-        {"<textarea><a href=x></textarea><title><a href=x></title><noscript><a href=x></noscript><xmp><a "
-         "href=x></xmp>",
-         "", "raw elements"},
+        {"<title><a href=x></title><noscript><a href=x></noscript>", "", "raw elements"},
         {"<template><a href=x><template></template><img src=x></template><a href=a>", "L a;", "templates nest"},
-        {"<plaintext><a href=x></plaintext><a href=x>", "", "nothing ends plaintext"},
         {"<script><!--<script></script>\n'/x.zip'</script><a href=x>--></script><a href=a>",
          "S http://h/x.zip;L x [-->];L a;", "a comment in a script hides its end once"},
         {"<script><!-- </script><a href=a><script><!--<script>--></script><a href=b>", "L a;L b;",
          "but only behind another script, and not behind the comment"},
         {"<script>'/a.js</script><script>'/b.js'</script>", "S http://h/b.js;", "each script by itself"},
-        {"<script>'http://h/a</b'; 'http://h/c'</script>", "S http://h/c;", "an end tag of another name"},
-        {"<script><!--\n'http://h/a>b'", "", "a > in a script is no dash"},
-        {"<script>a</scriptx></script x='>'><a href=a>", "L a;", "an end tag may have attributes"},
+        {"<script>a</b</scriptx></script x='>'><a href=a>", "L a;", "an end tag may have attributes"},
     };
     expectReadings(linksOf, rows);
 }
 
 TEST(HtmlLinks, AreResolvedAgainstTheBase) {
     const Reading rows[] = {
-        {"<base target=x><base href=sub/><base href=http://n/><a href=a>", "L sub/a;",
-         "the first href, a reference itself"},
+        {"<base target=x><base href=sub/><base href=http://n/><a href=a>", "L sub/a;", "the first href"},
         {"<a href=a>A</a><a href=http://o/a></a><base href=http://o/><a href=b>",
          "L http://o/a [A];L http://o/b;", "links before it too, each once"},
         {"<base href=javascript:x><a href=a>", "L a;", "no base without a host"},
         {"<template><base href=http://o/></template><a href=a>", "L a;", "none in a template"},
-        {"<a href=#x><a href=../../../y><base href=http://o/p/q>", "L http://o/p/q#x;L http://o/y;",
-         "with a base, a fragment leads elsewhere"},
+        {"<a href=#x><base href=http://o/p/q>", "L http://o/p/q#x;", "with a base, a fragment leads elsewhere"},
     };
     expectReadings(linksOf, rows);
 }
 
 TEST(HtmlLinks, AreDownloadsEachOnce) {
     const Reading rows[] = {
-        {"<a href='java\nscript:x'><a href=data:,x><a href=mailto:a@b><a href=tel:1><a href=about:blank>", "",
-         "other schemes"},
-        {"<a href=HTTPS://h/1><a href=ftp://h/2><a href=mms://h/3>", "L https://h/1;L ftp://h/2;L mms://h/3;",
-         "the web's schemes"},
+        {"<a href='java\nscript:x'><a href=data:,x><a href=MMS://h/3>", "L mms://h/3;", "schemes of the web"},
         {"<a href=HTTP://H.Ex:080><a href=http://h.ex/#x><a href=//%48.ex?><a href=//h.ex:81><a "
          "href=ftp://h.ex:21/>",
          "L http://h.ex/;L http://h.ex/?;L http://h.ex:81/;L ftp://h.ex/;", "one spelling, one link"},
-        {"<a href='//a b/'><a href='http://a%20b/'><a href=//h:65536/><a href=//h:x/><a href='//h|/'><a "
-         "href=//[::1]:80/><a href=//[x]/><a href=//>",
+        {"<a href='http://a%20b/'><a href=//h:x/><a href='//h|/'><a href=//[::1]:80/><a href=//[x]/><a "
+         "href=//>",
          "L http://[::1]/;", "what browsers refuse"},
-        {"<a href=#top><a href=page.html#x><a href=/d/page.html>", "L page.html;",
-         "fragments of the page; the page itself"},
-        {"<a href=p#1>1</a><a href=p#2>2</a><a href=./x/../p>3</a>", "L p#1 [1];",
-         "a fragment makes no other download"},
-        {"<a href=p>t</a><img src=p>", "L p [t];", "the best of its places"},
+        {"<a href=page.html#x><a href=page.html>", "L page.html;", "fragments of the page; the page itself"},
+        {"<a href=p#1>1</a><a href=p#2>2</a>", "L p#1 [1];", "a fragment makes no other download"},
         {"<img src=p><a href=p>t</a><video src=p>", "P p [t];", "not across the lists either"},
-        {"<a href='  a b\\c.zip '>", "L a%20b/c.zip;", "as browsers read it"},
     };
     expectReadings(linksOf, rows);
 }
@@ -181,8 +150,7 @@ TEST(HtmlLinks, AreBoundedInNumberAndLength) {
     EXPECT_EQ(counts[LinkReason::inCatchList], 50);
     EXPECT_EQ(counts[LinkReason::textLink], 101) << "a picture that is linked too";
     EXPECT_EQ(counts[LinkReason::inScript], 100);
-    EXPECT_EQ(links[1748].url, "http://h/d/p1748.png") << "the first pictures, in page order";
-    EXPECT_EQ(links[1749].url, "http://h/d/0.zip");
+    EXPECT_EQ(links[1749].url, "http://h/d/0.zip") << "behind the first pictures, in page order";
 
     const std::string longest(CLinkProcessor::kMostUrlBytes - kTestFolder.size(), 'x');
     EXPECT_EQ(linksOf("<a href=" + longest + "><a href=" + longest + "x>"), "L " + longest + ";");
@@ -202,15 +170,12 @@ std::string repeated(std::string_view piece, std::size_t count) {
 
 TEST(HtmlLinks, CostTimeInProportionToThePage) {
     const std::pair<std::string, const char*> pages[] = {
-        {std::string(1 << 20, '<'), "nothing but <"},
         {"<a href=a>" + std::string(1 << 20, '&'), "nothing but & in a text"},
         {"<a href='" + repeated("&Counter", 1 << 17) + "'>", "beginnings of references in a value"},
         {repeated("<a href=\"", 1 << 17), "unclosed quotes"},
         {"<a " + repeated("href=x ", 100'000) + ">", "100,000 attributes in one tag"},
-        {repeated("<!--", 1 << 18), "comments in a comment"},
         {"<script>" + repeated("=/[", 1 << 18), "regular expressions without an end"},
         {"<script>" + repeated("\\`", 1 << 19), "templates without an end"},
-        {"<script>" + repeated("<!--<script", 1 << 17), "scripts in a script"},
         {"<img srcset='" + repeated("a (,", 1 << 18) + "'>", "conditions without an end"},
         {"<base href=http://h/" + std::string(2000, 'b') + "/>" + repeated("<a href=x>", 30'000),
          "many links with a long base"},

@@ -7,8 +7,7 @@
 
 namespace {
 
-using zabtest::expectReadings;
-using zabtest::Reading;
+using namespace zabtest;
 
 std::string addressesIn(std::string_view script) {
     zabtest::checkScriptLinks(script);
@@ -44,7 +43,6 @@ TEST(ScriptLinks, AreWhatTheScriptUsesAsAddresses) {
         {"img.src='i'; link.href='l'", "i l ", "addresses of elements"},
         {"xhr.open('GET'); relocation='a'; location=='b'; location.hash='c'; s.replace('d','e')", "",
          "other names"},
-        {"location = 'a b'; location = ''; location = 'p?' + x", "", "no address, or a part of one"},
     };
     expectReadings(addressesIn, rows);
 }
@@ -56,13 +54,10 @@ TEST(ScriptLinks, AreNotTakenFromCommentsAndExpressions) {
         {"<!-- 'http://h/x'\n'http://h/a'\n//-->", "http://h/a ", "what hid scripts from old browsers"},
         {"x = /['\"]/g; y = 'http://h/a'", "http://h/a ", "a quote in an expression opens nothing"},
         {"x = /[/'\\]]/; return /'/ ; y = 'http://h/a'", "http://h/a ", "a class, and a word before it"},
-        {"x = a / b; y = 'http://h/a'; z = (1) / 2 + '/'", "http://h/a ", "a division is none"},
-        {"x = {} / 1, 'http://h/a', [] / 1, 'http://h/b' / 2", "http://h/a http://h/b ", "nor behind brackets"},
+        {"x = {} / b; y = 'http://h/a'; z = (1) / 2 + '/'", "http://h/a ", "a division is none"},
         {"x = /[ 'http://h/a'\n'http://h/b'", "http://h/a http://h/b ", "a part that never ends is none"},
         {"x = 'never closed http://h/x\n'http://h/a'", "http://h/a ", "a literal ends in its line"},
         {"` never closed 'http://h/a'", "http://h/a ", "a template without an end is none"},
-        {"'http://h/x", "", "the end of the script in a literal"},
-        {"'\\", "", "and in an escape"},
         {"\"http://h/\\u12\" '\\u{110000000}' '\\xZ'", "http://h/u12 ", "what only looks like an escape"},
     };
     expectReadings(addressesIn, rows);

@@ -9,23 +9,15 @@
 namespace zab {
 namespace {
 
-using zabtest::expectReadings;
-using zabtest::Reading;
+using namespace zabtest;
 
 TEST(JsonText, StringsEndAtTheirQuote) {
     const auto read = [](std::string_view text) { return jsonString(text).value_or("none"); };
     const Reading rows[] = {
         {R"("a\"\\\/\b\f\n\r\t" b)", "a\"\\/\b\f\n\r\t", "every escape of one letter"},
-        {R"("\u00e9\ud83d\ude00\u0041")",
-         "\xC3\xA9\xF0\x9F\x98\x80"
-         "A",
-         "numbers, and pairs of them"},
-        {R"("\ud83d\u0041")",
-         "\xEF\xBF\xBD"
-         "A",
-         "half a pair"},
+        {R"("\u00e9\ud83d\ude00\u0021")", "\xC3\xA9\xF0\x9F\x98\x80!", "numbers, and pairs of them"},
+        {R"("\ud83d\u0021")", "\xEF\xBF\xBD!", "half a pair"},
         {R"("\u12")", "none", "too few digits"},
-        {R"("\x")", "none", "no escape"},
         {R"("a\")", "none", "no end"},
         {"a", "none", "no string"},
     };

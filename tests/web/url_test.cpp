@@ -8,8 +8,7 @@
 namespace zab {
 namespace {
 
-using zabtest::expectReadings;
-using zabtest::Reading;
+using namespace zabtest;
 
 TEST(Url, Parts) {
     const auto read = [](std::string_view url) {
@@ -22,7 +21,6 @@ TEST(Url, Parts) {
         {"http://h.com:8080/a/b.c?d#e", "h.com /a/b.c?d#e /a/b.c b.c ", "all parts"},
         {"https://u:p@x@h.com/", "h.com / /  ", "the user ends at the last at sign"},
         {"http://h.com?a/b", "h.com ?a/b   ", "a query right behind the host"},
-        {"http://h.com#a@b/c", "h.com #a@b/c   ", "a fragment"},
         {"http://[::1]:80/x", "[::1] /x /x x ", "an IPv6 address"},
         {"data:text/x,http://youtube.com/watch?v=1",
          " text/x,http://youtube.com/watch?v=1 text/x,http://youtube.com/watch watch ",
@@ -34,19 +32,15 @@ TEST(Url, Parts) {
 }
 
 TEST(Url, HostsAndParameters) {
-    for (const char* host : {"WWW.YouTube.com", "youtube.com"}) EXPECT_TRUE(isHostOrBelow(host, "youtube.com"));
-    for (const char* host : {"notyoutube.com", "youtube.com.evil.net"})
-        EXPECT_FALSE(isHostOrBelow(host, "youtube.com")) << host;
-
+    EXPECT_TRUE(isHostOrBelow("WWW.YouTube.com", "youtube.com") && isHostOrBelow("youtube.com", "youtube.com"));
+    EXPECT_FALSE(isHostOrBelow("notyoutube.com", "youtube.com"));
     const auto read = [](std::string_view url) {
         return std::string(queryParameter(url, "el").value_or("none"));
     };
     const Reading rows[] = {
         {"http://h/p?x=1&el=a=b&el=c#el=d", "a=b", "the first of its name, up to the ampersand"},
         {"http://h/p?&el", "", "without a value"},
-        {"http://h/p?model=1&EL=2", "none", "exact name only"},
         {"http://h/p#?el=1", "none", "a fragment is no query"},
-        {"http://h/el=1", "none", "no query"},
     };
     expectReadings(read, rows);
 }
@@ -57,13 +51,10 @@ TEST(Url, DefaultPortIsRemoved) {
         return url;
     };
     const Reading rows[] = {
-        {"http://h:80/x", "http://h/x", "http"},
-        {"HTTPS://h:443/", "HTTPS://h/", "https, any case"},
+        {"HTTPS://h:443/", "HTTPS://h/", "any case"},
         {"https://h:80/", "https://h:80/", "the port of the other scheme"},
         {"http://h:80", "http://h:80", "no slash behind it"},
-        {"http://h/a:80/", "http://h/a:80/", "a slash first: no port"},
         {"http://h\\a:80/", "http://h\\a:80/", "a backslash first"},
-        {"ftp://h:21/", "ftp://h:21/", "another scheme"},
         {"http:h:80/", "http:h:80/", "no authority"},
     };
     expectReadings(read, rows);
@@ -79,8 +70,7 @@ TEST(Url, WebAddressesHaveOneSpelling) {
     };
     const Reading rows[] = {
         {"HTTP://u:P@x@H%2ecom:080?q", "http://u:P@x@h.com/?q http h%2ecom 80 /", "the last at sign"},
-        {"ftp://[::F]:22/a?b", "ftp://[::f]:22/a?b ftp [::f] 22 /a", "an IPv6 address"},
-        {"http://h:65535/", "http://h:65535/ http h 65535 /", "the last port"},
+        {"ftp://[::F]:65535/a?b", "ftp://[::f]:65535/a?b ftp [::f] 65535 /a", "an IPv6 address"},
         {"http://h:65536/", "none none", "and one too many"},
         {"http://u@/", "none none", "no host"},
     };

@@ -13,7 +13,6 @@ using namespace zabtest;
 TEST(Facebook, TakesTheAddressesOfEachBlock) {
     const Reading rows[] = {
         {R"(videoData:[{hd_src:"a",sd_src:"b"}])", "hd a 0;sd b 0;", "high definition first"},
-        {R"("videoData":[{"sd_src":"b","hd_src":"a"}])", "hd a 0;sd b 0;", "quoted"},
         {R"(videoData: sd_src: 	'"b')", "sd \"b 0;", "one address, white space; the same quote closes"},
         {R"(videoData:sd_src:none "sd_src":"q")", "sd q 0;", "a bare key without a value is absent"},
         {R"(videoData:sd_src:null sd_src:"q")", "", "only the next bare key is looked at"},
@@ -35,9 +34,7 @@ TEST(Facebook, TakesTheDurationFromTheManifestOfTheBlock) {
         {R"( dash_manifest mediaPresentationDuration=\"PT9S\")", "sd b 9;", "behind backslash, quote and ="},
         {R"( mediaPresentationDuration="PT9S" dash_manifest)", "sd b 0;", "before the manifest"},
         {R"( dash_manifest videoData: mediaPresentationDuration="PT9S")", "sd b 0;", "of the next block"},
-        {R"( videoData: dash_manifest mediaPresentationDuration="PT9S")", "sd b 0;", "its manifest"},
         {R"( dash_manifest mediaPresentationDuration= "PT9S")", "sd b 0;", "a blank is not skipped"},
-        {R"( dash_manifest mediaPresentationDuration="PT9S)", "sd b 0;", "no end"},
     };
     expectReadings(read, rows);
 }
@@ -48,12 +45,9 @@ TEST(IsoDuration, IsWholeSecondsOrZero) {
     };
     const Reading rows[] = {
         {"PT1M30.5S\"", "90", "the fraction is dropped"},
-        {"PT1,5X\"", "1", "and everything behind it"},
         {"P1DT1H'", "90000", "days and hours"},
         {"P1Y1M ", "34128000", "years and months: of 365 and 30 days"},
-        {"PT1S2S\"", "2", "the last of a repeated unit"},
         {"P1DT\\", "86400", "nothing behind the T"},
-        {"P1H\"", "0", "hours before the T"},
         {"PT1HT1S\"", "0", "a second T"},
         {"PT5\"", "0", "no unit"},
         {"PTS\"", "0", "no number before the unit"},

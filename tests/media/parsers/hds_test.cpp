@@ -51,7 +51,6 @@ TEST(Hds, ReadsAHeightFromMetadata) {
         {"a" + typed + amfNumber(480), "u  hidden;", "a key before offset 2 is none"},
         {"ab" + typed + amfNumber(480).substr(0, 7), "u  hidden;", "the double must end inside the data"},
         {"ab" + key + 'X' + amfNumber(480.9), "u 480;", "any type byte; cut to a whole number"},
-        {"ab" + typed + amfNumber(-0.5) + typed + amfNumber(480), "u 0;", "the first key decides"},
         {"ab" + typed + amfNumber(0x1p63), "u 9223372036854775807;", "beyond 64 bits: the limit"},
         {"ab" + typed + amfNumber(notANumber), "u  hidden;", "not a number is no height"},
     };
@@ -61,7 +60,6 @@ TEST(Hds, ReadsAHeightFromMetadata) {
         {"<media url=u height=1 ><metadata>" + base64 + "</metadata>", "u 1;", "an attribute comes first"},
         {"<media url=u ><metadata>" + base64 + "<x></metadata>", "u 480;", "ends at a foreign byte"},
         {"<media url=u /><metadata>" + base64 + "</metadata>", "u  hidden;", "closed in its start tag"},
-        {"<media url=u ></media ><metadata>" + base64 + "</metadata>", "u  hidden;", "closed before"},
         {"<media url=u ><metadata>x</metadata><metadata>" + base64 + "</metadata>", "u  hidden;", "the first"},
         {"<media url=u ><media url=v ><MetaData>" + base64 + "</metadata >", "u 480 hidden;v 480;",
          "open: the next"},
@@ -77,10 +75,8 @@ TEST(Hds, LinksBootstraps) {
     };
     const Reading rows[] = {
         {"<media bootstrapInfoId=y >", "Y", "by its id"},
-        {"<media bootstrapInfoId=Y >", "X", "case matters; without a match the first"},
         {"<media url=u ><bootstrapInfo>Z</bootstrapInfo>", "Z", "an absent id equals an absent one"},
         {"<media bootstrapInfoId=y ><bootstrapInfo id=y>Z</bootstrapInfo>", "Y", "the first of several"},
-        {"<media bootstrapInfoId=z ><bootstrapInfo id=z >Z", "", "without a close tag the data is empty"},
         {"<media bootstrapInfoId=z ><bootstrapInfo id=z ", "", "and in an open start tag"},
         {"<media bootstrapInfoId=z ><bootstrapInfo id=z a='>'/>q</bootstrapInfo>", "q", "behind its own >"},
     };
@@ -94,11 +90,8 @@ TEST(Hds, ReadsTheManifest) {
     const Reading rows[] = {
         {"<baseURL>http://h/video</baseURL><duration> 1.5 </duration>", "http://h/video/| 1.5 |0|0;|A;",
          "a slash is added; contents are raw"},
-        {"<baseURL>a</baseURL><BASEURL >http://h/video/</baseurl>", "http://h/video/||0|0;|A;",
-         "the last; a slash that is there is kept"},
         {"<baseURL>a</baseURL><duration>1</duration><baseURL>b<duration>2", "a/|1|0|0;|A;", "unclosed: none"},
-        {"<drmAdditionalHeader/>< PV-x>", "||1|1;|A;", "any name that begins so"},
-        {"</drm></pv-x><dr><pvx>", "||0|0;|A;", "only start tags, only the whole beginning"},
+        {"</drm></pv-x>< PV-x>", "||0|1;|A;", "only start tags; any name that begins so"},
         {"<x a='<drm'>", "||1|0;|A;", "inside a value too"},
     };
     expectReadings(manifestOf, rows);

@@ -29,10 +29,9 @@ TEST(Hls, ReadsSegments) {
         {"#EXTINF:9.5,Intro\nseg1.ts\n", "2 Intro|seg1.ts|9.5;", "no header is needed"},
         {"#EXTINF:9.5, I \r\n \t s \t\r", "2  I|s|9.5;", "lines lose outer blanks; a title keeps its first"},
         {"#EXTINF:9,\na\n#EXTINF:8\nb", "2 |a|9;|b|8;", "comma and last line feed may be missing"},
-        {"#EXTINF:1,a,b\nu", "2 a,b|u|1;", "the title begins behind the first comma"},
         {"#EXTINF:5,T\na\n#EXTINF:x\nb\n", "2 T|a|5;|b|0;", "a segment leaves nothing to the next"},
         {"#EXTINF:1\n#EXTINF:2,T\nu\n", "2 |u|1;", "a second #EXTINF: is blocked by the first"},
-        {"#EXTINF:1,T\n\n \n#comment\nu\n", "2 T|u|1;", "empty lines and comments end nothing"},
+        {"#EXTINF:1,T,t\n\n \n#comment\nu\n", "2 T,t|u|1;", "empty lines and comments end nothing"},
         {"#EXTM3U\n#EXT-X-VERSION:3\nu\n", "0 ",
          "neither is header nor version a kind, nor a URI alone a segment"},
         {"#EXT-X-KEY\n#EXTINF;1\n#ext-x-key:\n#EXTM3U8\nx#EXTINF:1\nEXT-X-ENDLISTS", "0 ",
@@ -51,9 +50,7 @@ TEST(Hls, ReadsMaps) {
         {"#EXT-X-MAP:URI=\"init.mp4\",BYTERANGE=\"9@0\"\n", "1 2 |init.mp4|0;", "a segment of no length"},
         {"#EXT-X-MAP: URI=' a b.ts '\n", "0 2 |a b.ts|0;", "single quotes serve too; outer blanks go"},
         {"#EXT-X-MAP:URI=\"open.TS\n", "1 2 |open.TS|0;", "without its closing quote the rest; case matters"},
-        {"#EXT-X-MAP:URI=a,B=.ts\n", "0 2 |a,B=.ts|0;", "a bare value is the rest"},
         {"#EXT-X-MAP:URI=../init.ts\n", "1 2 |../init.ts|0;", "all from the first dot on is compared"},
-        {"#EXT-X-MAP:URI=init\n", "1 2 |init|0;", "no dot is not .ts"},
         {"#EXT-X-MAP:uri=\"a\"\n", "0 0 ", "case matters; an ignored map leaves the kind"},
         {"#EXTINF:1\n#EXT-X-MAP:URI=\"a\"\nb\n", "0 2 |b|1;", "a map behind #EXTINF: is blocked"},
     };
@@ -65,7 +62,6 @@ TEST(Hls, ReadsMediaPlaylists) {
         {"#EXT-X-TARGETDURATION:10.5\n#EXT-X-MEDIA-SEQUENCE:7\n#EXT-X-VERSION:3\nEXT-X-ENDLIST\n",
          "10.5|7|3|3|1|0;", "the end-list mark has no number sign"},
         {"#EXTINF:1\na\n#EXT-X-ENDLIST\n", "0|0|0|0|0|1;", "with one it is a comment"},
-        {"#EXTINF:1\nEXT-X-ENDLIST \nb", "0|0|0|0|1|1;", "and never a URI"},
         {"#EXT-X-MEDIA-SEQUENCE:5\n#EXT-X-MEDIA-SEQUENCE:x\n#EXT-X-TARGETDURATION:\n", "0|5|0|0|0|0;",
          "what does not scan changes nothing"},
     };
@@ -88,9 +84,7 @@ TEST(Hls, OnlyABareUriLineLetsAPendingTagCountAgain) {
          "one line clears one flag, the discontinuity before the time"},
         {"#EXT-X-PROGRAM-DATE-TIME:x\n#EXT-X-DISCONTINUITY\nbare\nbare\n#EXT-X-PROGRAM-DATE-TIME:y", "2 ",
          "the second line clears the time"},
-        {"#EXT-X-PROGRAM-DATE-TIME:x\n\n#EXT-X-PROGRAM-DATE-TIME:y", "1 ", "an empty line is no URI line"},
         {"#EXT-X-KEY:METHOD=NONE\n#EXT-X-KEY:METHOD=NONE", "2 ", "a key always counts"},
-        {"#EXTINF:1\n#EXT-X-PLAYLIST-TYPE:VOD", "2 ", "its value is ignored"},
     };
     expectReadings(read, rows);
 }
@@ -106,7 +100,6 @@ TEST(Hls, ReadsVariants) {
         {"CODECS=\"a\"b\"c,d\",AUDIO=x\nu", "u|0||a\"b\"c||||;", "only the first quoted part protects commas"},
         {"CODECS=\"a,AUDIO=x\nu", "u|0||a,AUDIO=x||||;", "an open quote takes the rest"},
         {"CODECS=a\",AUDIO=x\",VIDEO=v\nu", "u|0||a\",AUDIO=x|||v|;", "each quote goes on its own"},
-        {"codecs=a,XCODECS=b,CODECS,CODECS =c\nu", "u|0||||||;", "names are exact"},
         {"BANDWIDTH=1,BANDWIDTH=2,BANDWIDTH=\nu", "u|0||||||;", "of a repeated attribute the last"},
         {"BANDWIDTH=1\n#c\n#EXT-X-STREAM-INF:BANDWIDTH=2\nu", "u|0|1|||||;", "a line with # is passed over"},
         {"BANDWIDTH=1\n\nu", "|0|1|||||;", "an empty line is an empty URI"},
@@ -121,7 +114,6 @@ TEST(Hls, ReadsRenditions) {
         {"#EXT-X-MEDIA:TYPE=AUDIO,GROUP-ID=\"g\",LANGUAGE=\"en\",NAME=\"E, x\",DEFAULT=YES,AUTOSELECT=NO,"
          "FORCED=f,CHARACTERISTICS=\"c\",SUBTITLES=s,URI=\"a.m3u8\",DEFAULT=NO\n",
          "g|a.m3u8|AUDIO|en|E, x|1|NO|f|c|s;", "a later DEFAULT that is not YES changes nothing"},
-        {"#EXT-X-MEDIA:DEFAULT=yes\n", "|||||0||||;", "exactly YES"},
     };
     expectReadings(parsed(zabtest::renditionsOf), rows);
 }
@@ -131,7 +123,6 @@ TEST(Hls, WalksTheStreams) {
         {"#EXTINF:1.75\na\n#EXTINF:2\nb\n", "|||3|;", "a media playlist is one stream, its seconds cut"},
         {"#EXTINF:1e999\na\n#EXTINF:-1e999\nb\n", "|||0|;", "not a number has no seconds"},
         {"#EXT-X-STREAM-INF:BANDWIDTH=5,RESOLUTION=640x360x2\nu\n", "u||360x2||5;", "behind the first x"},
-        {"#EXT-X-STREAM-INF:RESOLUTION=640\nu\n", "u||||;", "no x, no height"},
         {"#EXT-X-STREAM-INF:CODECS=a\nu\n#EXT-X-STREAM-INF:CODECS=b\nv\n", "u||||;v||||;", "all single: all"},
         {"#EXT-X-STREAM-INF:CODECS=a\nu\n#EXT-X-STREAM-INF:CODECS=\"b,c\"\nv\n", "v||||;",
          "one muxed: no single"},

@@ -47,26 +47,21 @@ inline std::string vimeoRenditions(std::string_view text) {
     return all + parser.title();
 }
 
-struct YoutubeCatalogue {
-    std::string title;
-    std::string entries;  // "ITAG URL;", or "ITAG+URL;" for an adaptive one; a "!" ends one with a twin
-    bool operator==(const YoutubeCatalogue&) const = default;
-};
-
-inline YoutubeCatalogue youtubeCatalogue(std::string_view text, bool isReply) {
+/// "ITAG URL;", or "ITAG+URL;" for an adaptive one, for each entry, a "!" behind one with a twin; and the
+/// title.
+template <auto kParse>
+std::string youtubeCatalogue(std::string_view text) {
     zab::CYoutubeParser parser;
-    const auto count = onWide(text, [&parser, isReply](auto wide) {
-        return isReply ? parser.parseVideoInfo(wide) : parser.parsePage(wide);
-    });
+    const auto count = onWide(text, [&parser](auto wide) { return (parser.*kParse)(wide); });
     must(static_cast<std::size_t>(count) == parser.entries().size());
-    YoutubeCatalogue catalogue{zab::utf8FromUtf16(parser.title()), ""};
+    std::string all;
     for (const auto& entry : parser.entries())
-        catalogue.entries += std::to_string(entry.itag) + (entry.adaptive != 0 ? '+' : ' ') +
-                             zab::utf8FromUtf16(entry.url) + (entry.hasProgressiveTwin != 0 ? "!;" : ";");
-    return catalogue;
+        all += std::to_string(entry.itag) + (entry.adaptive != 0 ? '+' : ' ') + zab::utf8FromUtf16(entry.url) +
+               (entry.hasProgressiveTwin != 0 ? "!;" : ";");
+    return all + zab::utf8FromUtf16(parser.title());
 }
-inline YoutubeCatalogue youtubePage(std::string_view text) { return youtubeCatalogue(text, false); }
-inline YoutubeCatalogue youtubeReply(std::string_view text) { return youtubeCatalogue(text, true); }
+inline constexpr auto youtubePage = youtubeCatalogue<&zab::CYoutubeParser::parsePage>;
+inline constexpr auto youtubeReply = youtubeCatalogue<&zab::CYoutubeParser::parseVideoInfo>;
 
 /// Nothing behind a NUL counts.
 template <auto kRead>
