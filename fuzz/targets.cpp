@@ -17,7 +17,6 @@
 #include "ui/media_request_check.h"
 #include "web/encoding_check.h"
 #include "web/html_check.h"
-#include "web/script_links_check.h"
 #include "zabprobe/exchange_check.h"
 
 namespace zabfuzz {

@@ -4,10 +4,10 @@
 
 #include "readings.h"
 
-namespace zab {
-namespace {
-
+using namespace zab;
 using namespace zabtest;
+
+namespace {
 
 TEST(Base64, WritesWhatRfc4648Writes) {
     const Reading rows[] = {
@@ -53,4 +53,3 @@ TEST(EncodedWord, GivesTheMarkedUtf8Name) {
 }
 
 }  // namespace
-}  // namespace zab

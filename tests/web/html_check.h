@@ -1,4 +1,4 @@
-// What holds for every page, however it is cut; shared by the property test and the fuzz target.
+// What holds for every page, however it is cut, and for every script; shared by unit tests and fuzz targets.
 #pragma once
 
 #include <set>
@@ -8,6 +8,7 @@
 #include "binding/text.h"
 #include "media/parsers/must.h"
 #include "web/html_parser.h"
+#include "web/script_links.h"
 #include "web/url.h"
 #include "web/url_resolve.h"
 
@@ -52,5 +53,16 @@ inline std::string linksOf(std::string_view markup) {
 }
 
 inline void checkHtml(std::string_view markup) { linksOf(markup); }
+
+inline void checkScriptLinks(std::string_view script) {
+    std::size_t bytes = 0;
+    zab::CLinksInJavaParser(script).parse([&](std::string_view address) {
+        must(!address.empty());
+        must(address.find_first_of(" \t\r\n<>\"") == std::string_view::npos);
+        bytes += address.size();
+    });
+    // Two digits of a "\xNN" can become two bytes, never more than were written.
+    must(bytes <= script.size());
+}
 
 }  // namespace zabtest

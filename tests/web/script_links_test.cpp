@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "readings.h"
-#include "web/script_links_check.h"
+#include "web/html_check.h"
 
 namespace {
 
@@ -18,18 +18,15 @@ std::string addressesIn(std::string_view script) {
 
 TEST(ScriptLinks, AreLiteralsThatSayTheyAreAddresses) {
     const Reading rows[] = {
-        {R"(f("http://h/a", 'HTTPS://h/b', `ftp://h/c`, "mms://h/d"))",
-         "http://h/a HTTPS://h/b ftp://h/c mms://h/d ", "any quote, any scheme of the web"},
+        {R"(f("http://h/a", 'FTP://h/b', `mms://h/c`))", "http://h/a FTP://h/b mms://h/c ", "any quote"},
         {R"({"u":"http:\/\/h\/a","v":"\x68ttp://h/\u0062\u{63}","w":"http:\u002f\u002Fh\/\ud83d\ude00"})",
          "http://h/a http://h/bc http://h/\xF0\x9F\x98\x80 ", "escapes"},
-        {"'http://h/\\\nx' 'http://h/\\\r\ny'", "http://h/x http://h/y ",
-         "a literal that goes on a line below"},
+        {"'http://h/\\\nx' 'http://h/\\\r\ny'", "http://h/x http://h/y ", "goes on below"},
         {R"("//cdn.example/x.js" "//a comment" "/files/a.abcde" "./b.abcdef" "../c.mp3?x=1")",
          "//cdn.example/x.js /files/a.abcde ../c.mp3?x=1 ", "hosts, and paths to files"},
-        {R"("/" "/path/" "a.zip" "/re.*x/" "/v1.2" "http://" "http:x y" "see http://h/a" "javascript:x")", "",
+        {R"("/" "/path/" "a.zip" "/re.*x/" "/v1.2" "http://" "http:x y" "see http://h/a")", "",
          "what is no address"},
-        {R"("http://h/?id=" + id, base + "/a.zip", `http://h/${x}`, base+"http://h/b")", "http://h/b ",
-         "joined"},
+        {R"("http://h/" + id, base + "/a.zip", `http://h/${x}`, base+"http://h/b")", "http://h/b ", "joined"},
     };
     expectReadings(addressesIn, rows);
 }
@@ -37,20 +34,17 @@ TEST(ScriptLinks, AreLiteralsThatSayTheyAreAddresses) {
 TEST(ScriptLinks, AreWhatTheScriptUsesAsAddresses) {
     const Reading rows[] = {
         {"window.open('a', 'w'); open( \"b\" ); self.window.open ('c')", "a b c ", "windows"},
-        {"location='a';window.location.href = 'b';location . href='x';document.location=\"c\"", "a b x c ",
-         "set"},
+        {"location='a';window.location.href = 'b';location . href='x'", "a b x ", "set"},
         {"location.assign('a');top.location.replace(\"b\")", "a b ", "and calls"},
         {"img.src='i'; link.href='l'", "i l ", "addresses of elements"},
-        {"xhr.open('GET'); relocation='a'; location=='b'; location.hash='c'; s.replace('d','e')", "",
-         "other names"},
+        {"xhr.open('GET'); relocation='a'; location=='b'; s.replace('d','e')", "", "other names"},
     };
     expectReadings(addressesIn, rows);
 }
 
 TEST(ScriptLinks, AreNotTakenFromCommentsAndExpressions) {
     const Reading rows[] = {
-        {"// 'http://h/x'\n'http://h/a' /* \"http://h/x\" */ 'http://h/b' /* 'http://h/x'",
-         "http://h/a http://h/b ", "comments"},
+        {"// 'http://h/x'\n'//a.b' /* 'http://h/x' */ '//b.c' /* 'http://h/x'", "//a.b //b.c ", "comments"},
         {"<!-- 'http://h/x'\n'http://h/a'\n//-->", "http://h/a ", "what hid scripts from old browsers"},
         {"x = /['\"]/g; y = 'http://h/a'", "http://h/a ", "a quote in an expression opens nothing"},
         {"x = /[/'\\]]/; return /'/ ; y = 'http://h/a'", "http://h/a ", "a class, and a word before it"},

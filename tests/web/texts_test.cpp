@@ -6,10 +6,10 @@
 #include "web/json_text.h"
 #include "web/xml_text.h"
 
-namespace zab {
-namespace {
-
+using namespace zab;
 using namespace zabtest;
+
+namespace {
 
 TEST(JsonText, StringsEndAtTheirQuote) {
     const auto read = [](std::string_view text) { return jsonString(text).value_or("none"); };
@@ -37,4 +37,3 @@ TEST(XmlText, ReferencesAreUndoneOnce) {
 }
 
 }  // namespace
-}  // namespace zab

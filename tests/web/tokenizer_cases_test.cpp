@@ -11,10 +11,10 @@
 #include "web/html_tokenizer.h"
 #include "web/json_text.h"
 
-namespace zab {
-namespace {
-
+using namespace zab;
 using nlohmann::json;
+
+namespace {
 
 /// What was read, in one line: tags and text; no attributes, of which the tests name none that is kept.
 class Reader final : public HtmlHandler {
@@ -98,4 +98,3 @@ TEST(HtmlTokenizer, PassesThePublishedTests) {
 }
 
 }  // namespace
-}  // namespace zab

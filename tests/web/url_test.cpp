@@ -5,10 +5,10 @@
 #include "readings.h"
 #include "web/web_address.h"
 
-namespace zab {
-namespace {
-
+using namespace zab;
 using namespace zabtest;
+
+namespace {
 
 TEST(Url, Parts) {
     const auto read = [](std::string_view url) {
@@ -22,9 +22,7 @@ TEST(Url, Parts) {
         {"https://u:p@x@h.com/", "h.com / /  ", "the user ends at the last at sign"},
         {"http://h.com?a/b", "h.com ?a/b   ", "a query right behind the host"},
         {"http://[::1]:80/x", "[::1] /x /x x ", "an IPv6 address"},
-        {"data:text/x,http://youtube.com/watch?v=1",
-         " text/x,http://youtube.com/watch?v=1 text/x,http://youtube.com/watch watch ",
-         "an address inside another one"},
+        {"data:x,http://h/w?v", " x,http://h/w?v x,http://h/w w ", "an address inside another one"},
         {"a/b.zip?x", " a/b.zip?x a/b.zip b.zip ", "no scheme"},
         {"/x?http://h/", " /x?http://h/ /x x ", "an authority in a query"},
     };
@@ -78,4 +76,3 @@ TEST(Url, WebAddressesHaveOneSpelling) {
 }
 
 }  // namespace
-}  // namespace zab

@@ -5,10 +5,10 @@
 #include "media/parsers/site_checks.h"
 #include "readings.h"
 
-namespace zab {
-namespace {
-
+using namespace zab;
 using namespace zabtest;
+
+namespace {
 
 TEST(Facebook, TakesTheAddressesOfEachBlock) {
     const Reading rows[] = {
@@ -45,6 +45,7 @@ TEST(IsoDuration, IsWholeSecondsOrZero) {
     };
     const Reading rows[] = {
         {"PT1M30.5S\"", "90", "the fraction is dropped"},
+        {"PT1,5X\"", "1", "so is one behind a comma"},
         {"P1DT1H'", "90000", "days and hours"},
         {"P1Y1M ", "34128000", "years and months: of 365 and 30 days"},
         {"P1DT\\", "86400", "nothing behind the T"},
@@ -71,4 +72,3 @@ TEST(Facebook, KeepsAnAddressThatManyBlocksShareOnce) {
 }
 
 }  // namespace
-}  // namespace zab

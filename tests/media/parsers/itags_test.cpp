@@ -2,16 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <sstream>
 #include <vector>
 
 #include "binding/utf.h"
 #include "readings.h"
 
-namespace zab {
-namespace {
-
+using namespace zab;
 using namespace zabtest;
+
+namespace {
 
 TEST(ItagTable, SaysWhatAStreamIsAndWhetherItIsOffered) {
     // Behind the number the wishes: "a"daptive, "w"ebm, "s"kip FLV. A "+" in front of what is offered; what is
@@ -66,12 +67,17 @@ TEST(ItagTwins, AreThePairsAndEverythingUnlisted) {
         "299 of 302 of 303 of 308 of 313 of 315");
 }
 
+/// Of a list of audio itags the one for a video; 0: none.
+std::uint32_t picked(std::uint32_t video, const std::vector<std::uint32_t>& list) {
+    const auto* chosen = pickAudio(list, video, std::identity{});
+    return chosen == nullptr ? 0 : *chosen;
+}
+
 TEST(AudioPairing, ContentsTheseVideos) {
     const auto pairedWith = [](std::uint32_t audio, const std::vector<std::uint32_t>& list) {
         std::string videos;
         for (std::uint32_t video = 0; video < 400; ++video)
-            if (*pickAudio(list, video, [](std::uint32_t each) { return each; }) == audio)
-                videos += std::to_string(video) + ' ';
+            if (picked(video, list) == audio) videos += std::to_string(video) + ' ';
         return videos;
     };
     EXPECT_EQ(pairedWith(141, {141, 140}), "135 136 137 138 264 266 298 299 ");
@@ -80,24 +86,11 @@ TEST(AudioPairing, ContentsTheseVideos) {
 }
 
 TEST(AudioPairing, FollowsListOrderAndStopsWhenContent) {
-    const auto read = [](const std::string& videoAndList) {
-        std::istringstream numbers(videoAndList);
-        std::uint32_t video, itag;
-        numbers >> video;
-        std::vector<std::uint32_t> list;
-        while (numbers >> itag) list.push_back(itag);
-        const auto* chosen = pickAudio(list, video, [](std::uint32_t each) { return each; });
-        return chosen == nullptr ? "" : std::to_string(*chosen);
-    };
-    const Reading rows[] = {
-        {"303 140 250 251 141", "251", "the best Opus ends it"},
-        {"303 250 249 140", "250", "249 and AAC do not replace 250"},
-        {"303 140 249 141", "249", "Opus replaces AAC"},
-        {"137 139 140 139", "140", "139 only when there is nothing else"},
-        {"137 18 0 251 171", "", "none fits"},
-    };
-    expectReadings(read, rows);
+    EXPECT_EQ(picked(303, {140, 250, 251, 141}), 251u) << "the best Opus ends it";
+    EXPECT_EQ(picked(303, {250, 249, 140}), 250u) << "249 and AAC do not replace 250";
+    EXPECT_EQ(picked(303, {140, 249, 141}), 249u) << "Opus replaces AAC";
+    EXPECT_EQ(picked(137, {139, 140, 139}), 140u) << "139 only when there is nothing else";
+    EXPECT_EQ(picked(137, {18, 0, 251, 171}), 0u) << "none fits";
 }
 
 }  // namespace
-}  // namespace zab

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "media/parsers/generated.h"
-#include "media/parsers/mp4_check.h"
 #include "readings.h"
 
 namespace {
@@ -33,21 +31,13 @@ std::string mehd(std::uint32_t versionAndFlags, const std::string& duration) {
     return box("mvex", box("mehd", u32(versionAndFlags) + duration));
 }
 
-zab::Bytes bytesOf(std::string_view text) {
-    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
-
 /// "timescale duration fragmentDuration height seconds"; "-" where nothing usable was found.
 std::string readingOf(std::string_view file) {
-    std::string result;
-    zabtest::onExactBlock(file, [&result](std::string_view block) {
-        zab::CMp4DashReader reader;
-        if (!reader.read(bytesOf(block))) result = "- ";
-        result += std::to_string(reader.timescale) + ' ' + std::to_string(reader.duration) + ' ' +
-                  std::to_string(reader.fragmentDuration) + ' ' + std::to_string(reader.height) + ' ' +
-                  reader.secondsText();
-    });
-    return result;
+    zab::CMp4DashReader reader;
+    const bool isUsable = reader.read({reinterpret_cast<const std::uint8_t*>(file.data()), file.size()});
+    return (isUsable ? "" : "- ") + std::to_string(reader.timescale) + ' ' + std::to_string(reader.duration) +
+           ' ' + std::to_string(reader.fragmentDuration) + ' ' + std::to_string(reader.height) + ' ' +
+           reader.secondsText();
 }
 
 std::string movieReadingOf(std::string_view children) { return readingOf(box("moov", children)); }

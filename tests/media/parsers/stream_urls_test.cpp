@@ -6,10 +6,10 @@
 #include "binding/utf.h"
 #include "readings.h"
 
-namespace zab {
-namespace {
-
+using namespace zab;
 using namespace zabtest;
+
+namespace {
 
 TEST(SameStream, ComparesWhatAPlayerDoesNotChange) {
     // Of two addresses: "s" for the same stream, "u" but for its signature, "i" by id, "t" by id and itag.
@@ -53,4 +53,3 @@ TEST(WithoutRange, TakesTheFirstRangeAway) {
 }
 
 }  // namespace
-}  // namespace zab

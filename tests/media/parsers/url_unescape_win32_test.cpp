@@ -5,7 +5,8 @@
 #include "media/parsers/generated.h"
 #include "media/parsers/url_unescape.h"
 
-namespace zab {
+using namespace zab;
+
 namespace {
 
 constexpr std::u16string_view kPieces[] = {u"%",    u"%%",   u"%zz", u"%4",  u"%41",    u"%C3",   u"%e9",
@@ -34,4 +35,3 @@ TEST(UrlUnescape, IsTheSameInWindowsAndPortably) {
 }
 
 }  // namespace
-}  // namespace zab
