@@ -1,12 +1,12 @@
-// The edge of the binding on a real Windows API: code pages, version resources, libraries, the empty runtime.
+// The edge of the binding on a real Windows API: code pages, version resources.
 #include <gtest/gtest.h>
 
 #include "binding/browser_string.h"
 #include "binding/browser_text_win32.h"
 #include "binding/browser_version.h"
-#include "binding/library_win32.h"
 #include "binding/runtime_win32.h"
 #include "binding/version_resource_win32.h"
+#include "binding/wide_win32.h"
 #include "readings.h"
 
 namespace zab {
@@ -32,15 +32,6 @@ TEST(VersionResource, TellsTheTextsOfAFileThatHasOne) {
     EXPECT_GT(majorOfFileVersion(versionResourceText(module, u"FileVersion").value_or(u"")), 0);
     EXPECT_FALSE(versionResourceText(module, u"NoSuchText"));
     EXPECT_FALSE(versionResourceText(module + u".none", u"FileVersion")) << "no such file";
-}
-
-TEST(Libraries, AreFoundInTheSystemFolderAndTheirExportsByName) {
-    const HMODULE shlwapi = LoadSystemLibrary("shlwapi.dll");
-    ASSERT_NE(shlwapi, nullptr);
-    EXPECT_NE((exportOf<int WINAPI(const char*)>(shlwapi, "PathFileExistsA")), nullptr);
-    EXPECT_EQ((exportOf<int WINAPI(const char*)>(shlwapi, "NoSuchExport")), nullptr);
-    EXPECT_EQ((exportOf<int WINAPI(const char*)>(nullptr, "PathFileExistsA")), nullptr);
-    EXPECT_EQ(LoadSystemLibrary("no-such-library.dll"), nullptr);
 }
 
 }  // namespace

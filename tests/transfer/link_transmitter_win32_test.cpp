@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "binding/utf.h"
+#include "browser/desktop.h"
 #include "page/passwords.h"
-#include "transfer/failure_report.h"
 #include "transfer/local_copy_win32.h"
 #include "transfer/manager_process_win32.h"
 #include "transfer/transfer.h"
@@ -15,7 +15,6 @@ namespace zab {
 namespace {
 
 using nlohmann::json;
-using testing::waitFor;
 
 TransferRecord recordOf(std::string url) {
     TransferRecord record;
@@ -23,22 +22,9 @@ TransferRecord recordOf(std::string url) {
     return record;
 }
 
-/// Text of the message box with the module's title, which is then answered with `button`; empty without a box.
+/// Text of the message box that opens, which is then answered with `button`; empty without a box.
 std::string answerBox(int button) {
-    const HWND box = waitFor([] {
-        const HWND found = FindWindowA(nullptr, std::string(kFailureBoxTitle).c_str());
-        return IsWindowVisible(found) ? found : nullptr;  // shown when it is complete
-    });
-    if (box == nullptr) return {};
-    std::u16string text;
-    for (HWND child = nullptr; (child = FindWindowExW(box, child, L"Static", nullptr)) != nullptr;) {
-        std::u16string part(4096, u'\0');
-        part.resize(static_cast<std::size_t>(GetWindowTextW(child, wide(part.data()), 4096)));
-        text += part;
-    }
-    SendMessageW(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
-    waitFor([&] { return !IsWindow(box); });
-    return utf8FromUtf16(text);
+    return utf8FromUtf16(testbed::answerMessageBox(button).value_or(testbed::ShownBox{}).text);
 }
 
 class Transfer : public ::testing::Test {
@@ -129,7 +115,7 @@ TEST_F(Transfer, ToAManagerThatRunsElevatedIsToldAsThat) {
 TEST_F(Transfer, WithoutAnAddressNobodyIsTold) {
     EXPECT_EQ(sendToDownloadManager({}), TransferResult::notMade);
     std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    EXPECT_EQ(FindWindowA(nullptr, std::string(kFailureBoxTitle).c_str()), nullptr);
+    EXPECT_FALSE(testbed::messageBoxIsOpen());
 }
 
 TEST_F(Transfer, LeavesComAsItWasOnTheThread) {
