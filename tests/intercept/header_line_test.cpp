@@ -9,48 +9,44 @@
 namespace zab {
 namespace {
 
-using namespace std::string_view_literals;
+using namespace std::string_literals;
 using zabtest::ReadingOf;
 
 constexpr std::string_view kBefore = "before";  // what stays where a header tells nothing
 
 TEST(Headers, DispositionAsALineAndByTheVisitor) {
-    const struct {
-        std::string_view value, ofLine, ofVisitor;  // the file names
-        bool isAttachment, isInline;
-        const char* why;
-    } rows[] = {
-        {"attachment; filename=\"a b;c.zip\"", "a b;c.zip", "a b;c.zip", true, false, "a quoted name, whole"},
-        {"attachment; filename= a.zip; x", "a.zip", "a.zip", true, false, "an unquoted one ends there"},
-        {"Attachment; inline; Filename=a.zip", "", "a.zip", false, true, "the parameter alone in any case"},
-        {"x; FILENAME=1.zip; filename=2.zip", "2.zip", "2.zip", false, false, "the exact spelling first"},
-        {"attachment; filename=\"inline\"", "inline", "inline", true, false, "a word of the name"},
-        {"attachment; filename=", "", kBefore, true, false, "nothing behind the equals sign"},
-        {"attachment; filename= \t\r", "", kBefore, true, false, "nothing but blanks"},
-        {"attachment; filename=;x", "", "", true, false, "an empty unquoted name is stored"},
-        {"attachment; filename=\"\"", "", kBefore, true, false, "an empty quoted one"},
-        {"attachment; filename=\"a;b.zip", "\"a", kBefore, true, false, "an open quote is one of its letters"},
-        {"form-data", "", kBefore, false, false, "a new disposition clears flags and the line's name"},
-        {"attachment; filename*=UTF-8''%C3", "UTF-8''%C3", "UTF-8''%C3", true, false, "extended: as it stands"},
-        {"attachment; filename=\xC3\xA9", "utf-8''\xC3\xA9", "utf-8''\xC3\xA9", true, false, "raw UTF-8"},
-        {"attachment; filename=\xE9", "\xE9", "\xE9", true, false, "another code page"},
-        {"attachment; filename==?UTF-8?B?YQ==?=", "utf-8''a", "utf-8''a", true, false, "an encoded word"},
-        {"attachment; filename==?UTF-8?Q?a?=", "", kBefore, true, false, "of a kind that is not decoded"},
-        {"attachment; filename=\"a\0b\""sv, "", kBefore, true, false, "a NUL ends it, so the quote is open"},
+    const zabtest::Reading rows[] = {
+        // the file name of either, and whether it is an attachment or inline
+        {"attachment; filename=\"a b;c.zip\"", "a b;c.zip|a b;c.zip|a", "a quoted name, whole"},
+        {"attachment; filename= a.zip; x", "a.zip|a.zip|a", "an unquoted one ends there"},
+        {"Attachment; inline; Filename=a.zip", "|a.zip|i", "the parameter alone in any case"},
+        {"x; FILENAME=1.zip; filename=2.zip", "2.zip|2.zip|", "the exact spelling first"},
+        {"attachment; filename=\"inline\"", "inline|inline|a", "a word of the name"},
+        {"attachment; filename=", "|before|a", "nothing behind the equals sign"},
+        {"attachment; filename= \t\r", "|before|a", "nothing but blanks"},
+        {"attachment; filename=;x", "||a", "an empty unquoted name is stored"},
+        {"attachment; filename=\"\"", "|before|a", "an empty quoted one"},
+        {"attachment; filename=\"a;b.zip", "\"a|before|a", "an open quote is one of its letters"},
+        {"form-data", "|before|", "a new disposition clears flags and the line's name"},
+        {"attachment; filename*=UTF-8''%C3", "UTF-8''%C3|UTF-8''%C3|a", "extended: as it stands"},
+        {"attachment; filename=\xC3\xA9", "utf-8''\xC3\xA9|utf-8''\xC3\xA9|a", "raw UTF-8"},
+        {"attachment; filename=\xE9", "\xE9|\xE9|a", "another code page"},
+        {"attachment; filename==?UTF-8?B?YQ==?=", "utf-8''a|utf-8''a|a", "an encoded word"},
+        {"attachment; filename==?UTF-8?Q?a?=", "|before|a", "of a kind that is not decoded"},
+        {"attachment; filename=\"a\0b\""s, "|before|a", "a NUL ends it, so the quote is open"},
     };
-    for (const auto& row : rows) {
+    const auto read = [](const std::string& value) {
         ResponseHeaderInfo info;
         CapturedHeaders record;
         info.fileName = record.fileName = kBefore;
         info.isAttachment = record.isAttachment = record.isInline = true;
-        EXPECT_TRUE(ParseResponseHeaderLine(info, "\t content-DISPOSITION:" + std::string(row.value) + "\r\n"));
-        visitHeader(record, "content-DISPOSITION", row.value);
-        EXPECT_EQ(info.fileName, row.ofLine) << row.why;
-        EXPECT_EQ(record.fileName, row.ofVisitor) << row.why;
-        EXPECT_EQ(info.isAttachment, row.isAttachment) << row.why;
-        EXPECT_EQ(record.isAttachment, row.isAttachment) << row.why;
-        EXPECT_EQ(record.isInline, row.isInline) << row.why;
-    }
+        EXPECT_TRUE(ParseResponseHeaderLine(info, "\t content-DISPOSITION:" + value + "\r\n"));
+        visitHeader(record, "content-DISPOSITION", value);
+        EXPECT_EQ(info.isAttachment, record.isAttachment) << value;
+        return info.fileName + "|" + record.fileName + (record.isAttachment ? "|a" : "|") +
+               (record.isInline ? "i" : "");
+    };
+    zabtest::expectReadings(read, rows);
     const auto ofLine = [](std::string_view line) {
         ResponseHeaderInfo info;
         ParseResponseHeaderLine(info, line);
@@ -62,30 +58,27 @@ TEST(Headers, DispositionAsALineAndByTheVisitor) {
 }
 
 TEST(Headers, TypeAndItsNameAsALineAndByTheVisitor) {
-    const struct {
-        std::string_view value, type, ofLine, ofVisitor;  // the names
-        const char* why;
-    } rows[] = {
-        {"a/b; name=\"x;y\"", "a/b", "x;y", "x;y", "quoted"},
-        {"a/b; name='x;y'", "a/b", "x;y", "'x", "a single quote is an ordinary character for the visitor"},
-        {"a/b ; charset=u;  NAME \t= x z;q=1", "a/b ", "x z", "x z", "unquoted"},
-        {"a/b; name=\"x; name=y", "a/b", kBefore, kBefore, "the first one counts, even with an open quote"},
-        {"a/b; names=x; name=y; name=z", "a/b", "y", "y", "the first parameter of exactly this name"},
-        {"a/b; name=\"\"", "a/b", "", kBefore, "an empty name is a name for the line"},
-        {"a/b;\rname=x", "a/b", "x", kBefore, "a carriage return is no blank for the visitor"},
-        {"", "", kBefore, kBefore, "no type clears the type, and no name none"},
+    const zabtest::Reading rows[] = {
+        // the type, and its name of either
+        {"a/b; name=\"x;y\"", "a/b|x;y|x;y", "quoted"},
+        {"a/b; name='x;y'", "a/b|x;y|'x", "a single quote is an ordinary character for the visitor"},
+        {"a/b ; charset=u;  NAME \t= x z;q=1", "a/b |x z|x z", "unquoted"},
+        {"a/b; name=\"x; name=y", "a/b|before|before", "the first one counts, even with an open quote"},
+        {"a/b; names=x; name=y; name=z", "a/b|y|y", "the first parameter of exactly this name"},
+        {"a/b; name=\"\"", "a/b||before", "an empty name is a name for the line"},
+        {"a/b;\rname=x", "a/b|x|before", "a carriage return is no blank for the visitor"},
+        {"", "|before|before", "no type clears the type, and no name none"},
     };
-    for (const auto& row : rows) {
+    const auto read = [](const std::string& value) {
         ResponseHeaderInfo info;
         CapturedHeaders record;
         info.contentType = info.contentTypeName = record.contentType = record.contentTypeName = kBefore;
-        EXPECT_TRUE(ParseResponseHeaderLine(info, "Content-Type: " + std::string(row.value) + "\r\n"));
-        visitHeader(record, "CONTENT-TYPE", row.value);
-        EXPECT_EQ(info.contentType, row.type) << row.why;
-        EXPECT_EQ(record.contentType, row.type) << row.why;
-        EXPECT_EQ(info.contentTypeName, row.ofLine) << row.why;
-        EXPECT_EQ(record.contentTypeName, row.ofVisitor) << row.why;
-    }
+        EXPECT_TRUE(ParseResponseHeaderLine(info, "Content-Type: " + value + "\r\n"));
+        visitHeader(record, "CONTENT-TYPE", value);
+        EXPECT_EQ(info.contentType, record.contentType) << value;
+        return info.contentType + "|" + info.contentTypeName + "|" + record.contentTypeName;
+    };
+    zabtest::expectReadings(read, rows);
 }
 
 TEST(HeaderLine, ContentLengthAndForeignLines) {

@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "binding/text.h"
-#include "intercept/catch_list.h"
 #include "intercept/decision.h"
 #include "intercept/header_line.h"
 #include "media/parsers/must.h"
@@ -71,13 +70,6 @@ inline void checkUrl(std::string_view url) {
     zab::NormalizeDefaultPort(normal);
     must(normal.size() == url.size() || normal.size() + 3 == url.size() || normal.size() + 4 == url.size());
     if (normal.size() != url.size()) must(zab::hostOf(normal).size() <= zab::hostOf(url).size());
-
-    zab::GivenSettings settings;
-    settings.extensionList = "zip r";
-    zab::CatchList list(settings);
-    const bool plain = zab::acceptsFileName(url, zab::NumberedParts::refused, list);
-    if (plain) must(zab::acceptsFileName(url, zab::NumberedParts::allowed, list));
-    if (plain) must(zab::MatchExtensionList(*settings.extensionList, zab::lowered(url)));
 }
 
 /// Two bytes of choices, then URL, content type, file name, the type's name, and extension list.
