@@ -7,20 +7,7 @@
 namespace zab {
 namespace {
 
-using zabtest::expectReadings;
-using zabtest::ReadingOf;
-
 constexpr Keys kNone = 0;
-
-TEST(PreventKeys, AreHeldWhenEveryConfiguredOneIs) {
-    const ReadingOf<bool, std::pair<Keys, Keys>> rows[] = {
-        // configured, and held
-        {{kNone, kAltKey | kShiftKey | kCtrlKey | kDeleteKey}, false, "nothing is configured"},
-        {{kCtrlKey | kShiftKey, kCtrlKey}, false, "one is not"},
-        {{kCtrlKey | kShiftKey, kCtrlKey | kShiftKey | kAltKey}, true, "others may be held too"},
-    };
-    expectReadings([](const auto& keys) { return combinationHeld(keys.first, keys.second); }, rows);
-}
 
 TEST(ForceKeys, ASingleOneMustBeHeldAlone) {
     constexpr std::uint8_t kToggled = 1, kDown = 0x80;
@@ -29,8 +16,8 @@ TEST(ForceKeys, ASingleOneMustBeHeldAlone) {
         std::size_t code = 0;  // a key of the keyboard...
         std::uint8_t state = 0;
     };
-    const ReadingOf<bool, Given> rows[] = {
-        {{kNone, kNone}, false, "nothing is configured"},
+    const zabtest::ReadingOf<bool, Given> rows[] = {
+        {{kNone, kCtrlKey}, false, "nothing is configured"},
         {{kCtrlKey, kCtrlKey}, true, "Ctrl alone"},
         {{kCtrlKey, kNone}, false, "not held"},
         {{kCtrlKey, kCtrlKey | kShiftKey}, false, "another modifier"},
@@ -50,13 +37,12 @@ TEST(ForceKeys, ASingleOneMustBeHeldAlone) {
         keyboard[given.code] = given.state;
         return forceKeysHeld(given.configured, given.held, keyboard);
     };
-    expectReadings(forces, rows);
+    zabtest::expectReadings(forces, rows);
     EXPECT_TRUE(forceKeysHeld(kCtrlKey, kCtrlKey, std::nullopt)) << "a keyboard that cannot be read is clean";
 }
 
 TEST(ForceKeys, MustHaveBeenDownAtThePressWhenTheMouseIsChecked) {
     constexpr Keys kTwo = kAltKey | kCtrlKey;
-    EXPECT_TRUE(forceKeysHeldAtPress(kTwo, false, kNone)) << "not checked";
     EXPECT_FALSE(forceKeysHeldAtPress(kNone, false, kTwo)) << "nothing is configured";
     EXPECT_TRUE(forceKeysHeldAtPress(kTwo, true, kTwo | kInsertKey)) << "others may have been down";
     EXPECT_FALSE(forceKeysHeldAtPress(kTwo, true, kAltKey)) << "one was not";

@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstring>
-
 #include "readings.h"
 #include "settings/language_file_check.h"
 
@@ -80,21 +77,6 @@ TEST(LanguageFile, WithAByteOrderMarkIsTakenAsItIs) {
     const std::string contents = std::string(kMark) + "lang=407\n20850=\xC3\xA9t\xE9\n";
     ASSERT_TRUE(overlayLanguageFile(fileOf(contents), kTestLanguage, fromTestCodePage, texts));
     EXPECT_EQ(texts[TextId::video].view(), "\xC3\xA9t\xE9");
-}
-
-TEST(LanguageFile, OfOneEndlessLineCostsNoMemory) {
-    std::size_t left = 100 << 20, reads = 0;
-    const ReadBytes endless = [&](char* into, std::size_t size) {
-        const std::size_t count = std::min(size, left);
-        std::memset(into, 'x', count);
-        if (reads++ == 0) std::memcpy(into, "lang=407\n", 9);
-        left -= count;
-        return count;
-    };
-    MessageTexts texts;
-    EXPECT_TRUE(overlayLanguageFile(endless, kTestLanguage, {}, texts));
-    EXPECT_EQ(left, 0u);
-    EXPECT_LE(reads, (100u << 20) / 4096 + 2) << "one small piece at a time, each once, then the end";
 }
 
 }  // namespace

@@ -23,17 +23,13 @@ std::string keystream(std::size_t bytes) {
     return applyDataFileCipher({reinterpret_cast<const std::uint8_t*>(zeros.data()), zeros.size()});
 }
 
-TEST(SealCipher, GivesThePublishedBlocks) {
+TEST(SealCipher, GivesThePublishedBlock) {
     constexpr SealCipher::Key kSha1Start{0x67452301, 0xEFCDAB89, 0x98BADCFE, 0x10325476, 0xC3D2E1F0};
-    constexpr SealCipher::Key kCounting{0x00010203, 0x04050607, 0x08090A0B, 0x0C0D0E0F, 0x10111213};
-    const auto first = SealCipher(kSha1Start).block(0x013577AF);
-    EXPECT_EQ(hexOf(std::span(first).first(32)),
+    const auto block = SealCipher(kSha1Start).block(0x013577AF);
+    EXPECT_EQ(hexOf(std::span(block).first(32)),
               "37a005959b84c49ca4be1e050673530f5fb097fdf6a13fbd6c2cdecd81fdee7c");
     // The last words, so that all 64 steps count: of the block whose SHA-256 begins ad966834.
-    EXPECT_EQ(hexOf(std::span(first).last(16)), "ab5805ee9877e495881035fbb7342c24");
-    const auto second = SealCipher(kCounting).block(0);
-    EXPECT_EQ(hexOf(std::span(second).first(32)),
-              "ea180e1c72b8bc5d0bb53bc0e6f2eba6e19436e7cbcaca18fe01dbcc4407fe61");
+    EXPECT_EQ(hexOf(std::span(block).last(16)), "ab5805ee9877e495881035fbb7342c24");
 }
 
 TEST(SealCipher, TakesANewBlockEvery1024Bytes) {
