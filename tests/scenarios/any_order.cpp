@@ -112,16 +112,13 @@ class Play {
         const PassedText address(runtime, std::string_view(one(kUrls))), none(runtime, std::string_view(""));
         const PassedText wide(runtime, utf16FromUtf8(page().url)), nothing(runtime, std::u16string_view());
         const PassedText markup(runtime, std::u16string_view(u"<a href=a.zip>a</a><a href=ftp://h/b>"));
-        browser_.intoModule([&]() -> std::uint64_t {
-            switch (next(5)) {
-                case 0: return module.DownloadAllWithZAB(markup, wide, nothing);
-                case 1: return module.DownloadLastFLVwithZAB(id);
-                case 2: return module.DownloadLast10FLVwithZAB(id);
-                case 3: return module.DownloadLinkWithZAB(wide, nothing, nothing, markup);
-                default:
-                    return static_cast<std::uint32_t>(module.ShouldLoad2(6, address, none, nullptr, none, id));
-            }
-        });
+        const std::function<std::int64_t()> all[] = {
+            [&] { return module.DownloadAllWithZAB(markup, wide, nothing); },
+            [&] { return module.DownloadLastFLVwithZAB(id); },
+            [&] { return module.DownloadLast10FLVwithZAB(id); },
+            [&] { return module.DownloadLinkWithZAB(wide, nothing, nothing, markup); },
+            [&] { return module.ShouldLoad2(6, address, none, nullptr, none, id); }};
+        browser_.intoModule([&] { return static_cast<std::uint64_t>(one(all)()); });
     }
     void changes() {
         desk().listsLocked = next(4) == 0;

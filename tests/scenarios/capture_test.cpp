@@ -1,6 +1,5 @@
 // Bodies that describe media: what the module reads of them becomes the entries of their page, as the button
 // library is told them.
-#include "binding/utf.h"
 #include "desk/desk.h"
 #include "intercept/kinds.h"
 #include "scenarios/import_hook.h"
@@ -61,19 +60,10 @@ const Row kRows[] = {
      "dhs2tozab://http://h.example/d/film_Seg%ld-Frag%ld\tfilm, FLV\n"},
 };
 
-class CapturedBodies : public Scenario {
+class CapturedBodies : public ScreenScenario {
   protected:
-    CapturedBodies() {
-        settings.setCompanions();
-        settings.set("ZABBI\\Firefox\\DwnlPanel\\!ALL!", 1u);
-        browser.startsUp();
-    }
+    CapturedBodies() { settings.set("ZABBI\\Firefox\\DwnlPanel\\!ALL!", 1u); }
 
-    Page& opensPage() {
-        auto& page = browser.opensPage("http://site.example/");
-        page.nativeWindow = window.handle();
-        return page;
-    }
     /// The answer's headers have come; `length` 0: without one.
     Channel& answers(const Row& row, Page& page, std::size_t length) {
         const bool isPage = row.kind == MediaKind::page;
@@ -91,7 +81,7 @@ class CapturedBodies : public Scenario {
     /// What the page's button offers, without the line that stands for all.
     std::string entries() const {
         std::string lines;
-        for (const auto button : window.buttons(true)) {
+        for (const auto button : window->buttons(true)) {
             const DeskWindow& shown = desk().windows[button];
             for (std::size_t i = 0; i < shown.links.size() && shown.links[i] != u"!ALL!"; ++i)
                 lines += utf8FromUtf16(shown.links[i] + u"\t" + shown.labels[i] + u"\n");
@@ -104,8 +94,6 @@ class CapturedBodies : public Scenario {
         desk().servesMessages();
         browser.sweeps();
     }
-
-    TopWindow window;
 };
 
 TEST_F(CapturedBodies, OfEveryKindAreEntries) {
@@ -142,24 +130,6 @@ TEST_F(CapturedBodies, LoseNothingButTheirEntriesToAFault) {
         }
         EXPECT_GT(n, 10u) << mediaKindName(row.kind);
     }
-}
-
-TEST_F(CapturedBodies, AChosenEntryCarriesWhatItsStreamNeeds) {
-    browser.cookies = {{"ofHost", "1", "h.example"}, {"other", "1", "other.example"}};
-    const Row& row = *std::ranges::find(kRows, MediaKind::hls, &Row::kind);
-    auto& page = opensPage();
-    auto& channel = answers(row, page, 0);
-    browser.receives(channel, row.body);
-    browser.finishes(channel);
-    opensMenu(window.buttons().at(0));
-    EXPECT_TRUE(choosesItem(0));
-    const auto told = meanwhile([&] { return manager.received(0); });
-    EXPECT_EQ(told["url"], "hls2tozab://http://h.example/d/v/hd.m3u8");
-    EXPECT_EQ(told["referrer"], "http://site.example/frame");
-    EXPECT_EQ(told["cookies"], "ofHost=1") << "those that the browser has for the playlist";
-    EXPECT_EQ(told["extraData"][7], page.url);
-    EXPECT_EQ(told["extraData"][12], "http://h.example/d/a.m3u8") << "the playlist of its sound";
-    closes(page);
 }
 
 TEST_F(CapturedBodies, AtTheirCapsHoldNoMoreThanTheirBytes) {

@@ -1,9 +1,4 @@
 // Choices on their way to the download manager, message by message: what only the desk can stop in between.
-#include <gtest/gtest.h>
-
-#include <memory>
-
-#include "binding/utf.h"
 #include "companions/button_library/choice_record.h"
 #include "desk/desk.h"
 #include "scenarios/scenario.h"
@@ -11,48 +6,27 @@
 namespace zab::testbed {
 namespace {
 
-class Choices : public ::testing::Test {
+class Choices : public ScreenScenario {
   protected:
     Choices() {
-        settings.setCompanions();
-        browser.startsUp();
-        page.nativeWindow = window->handle();
         browser.selectsTab(u"17");
-        auto& film =
-            browser.requests({.url = "http://films.example/a.mp4", .loadFlags = kEmbedded, .page = &page});
-        browser.answers(film, 200, {{"Content-Type", "video/mp4"}, {"Content-Length", "900000"}});
-        browser.finishes(film);
+        browser.offers(page);
     }
-    ~Choices() override {
-        browser.unloads(u"17");
-        EXPECT_EQ(browser.unbalanced(), "");
-    }
+    ~Choices() override { browser.unloads(u"17"); }
 
     /// The popup that opens.
-    NativeWindow drags(std::u16string links) {
-        const auto before = window->buttons(true).size();
-        window->putsCursor(100, 100);
-        browser.mouse(u"mousedown", &page);
-        window->putsCursor(200, 200);
-        browser.mouse(u"mouseup", &page, std::move(links));
-        return window->buttons(true).size() > before ? window->buttons(true).back() : 0;
-    }
-    void choosesAll(NativeWindow controller) {
-        EXPECT_EQ(desk().copies(controller, choiceRecord(u"!ALL!", 17, u"")), 1);
+    NativeWindow dragsOver(std::u16string links) {
+        drags(page, std::move(links));
+        return window->buttons(true).back();
     }
 
-    SettingsTree settings;
-    std::unique_ptr<TopWindow> window = std::make_unique<TopWindow>();
-    Manager manager;
-    Browser browser;
-    Page& page = browser.opensPage("http://site.example/", u"Page", 17);
+    Page& page = opensPage(17);
 };
 
 TEST_F(Choices, OfTwoThousandLinksAreATransferPerMessageAndOutliveTheirWindow) {
     std::u16string links;
     for (int i = 0; i < 2000; ++i) links.append(u"http://h.example/").append(1, char16_t(0x4E00 + i)) += u'\n';
-    const auto popup = drags(links);
-    ASSERT_NE(popup, 0u);
+    const auto popup = dragsOver(links);
     const auto chosen = desk().windows[popup].links;
     EXPECT_EQ(opensMenu(popup).size(), 2001u);
     EXPECT_TRUE(choosesItem(2000));
@@ -80,12 +54,12 @@ TEST_F(Choices, AfterThePopupNameThePageAgain) {
     };
     for (const auto& row : rows) {
         desk().told.clear();
-        const auto popup = drags(u"http://h.example/old.zip\nhttp://h.example/old2.zip");
+        const auto popup = dragsOver(u"http://h.example/old.zip\nhttp://h.example/old2.zip");
         const auto controller = desk().windows[popup].controller;
         row.closes(popup);
         desk().servesMessages();
         EXPECT_FALSE(isWindow(popup)) << row.how;
-        choosesAll(controller);
+        EXPECT_EQ(desk().copies(controller, choiceRecord(u"!ALL!", 17, u"")), 1);
         desk().servesMessages();
         std::vector<std::string> told;
         for (const Told& one : desk().told) told.push_back(one.text("url"));

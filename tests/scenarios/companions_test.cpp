@@ -1,7 +1,6 @@
 // The download manager's companion libraries, as the module finds, loads and asks them: the button library, and
 // those that read bodies.
 #include "binding/library_win32.h"
-#include "binding/utf.h"
 #include "scenarios/scenario.h"
 
 namespace zab::testbed {
@@ -29,18 +28,13 @@ const Row kUnnamed = {"http://h.example/noname", "application/x-thing",
                       "ZABFACTS\x9\x10\x11\x12\x13 and its sound",
                       "http://h.example/noname\tnoname, 19 Bytes 9 sec\n"};
 
-class Companions : public Scenario {
+class Companions : public ScreenScenario {
   protected:
-    Companions() {
-        settings.setCompanions();
-        settings.set("ZABBI\\Firefox\\DwnlPanel\\!ALL!", 1u);
-        browser.startsUp();
-    }
+    Companions() { settings.set("ZABBI\\Firefox\\DwnlPanel\\!ALL!", 1u); }
 
     /// A body from its first byte to its end; its entries, as the button library knows them.
     std::string captures(const Row& row) {
-        auto& page = browser.opensPage("http://site.example/");
-        page.nativeWindow = window.handle();
+        auto& page = opensPage();
         auto& channel = browser.requests({.url = row.url, .loadFlags = kEmbedded, .page = &page});
         browser.answers(channel, 200, {{"Content-Type", row.type}});
         browser.receives(channel, row.body, 7);
@@ -55,8 +49,6 @@ class Companions : public Scenario {
         browser.unloads(id);
         return utf8FromUtf16(lines.substr(0, lines.find(u"!ALL!")));
     }
-
-    TopWindow window;
 };
 
 TEST_F(Companions, AreAskedAsSoonAsTheyAreThere) {

@@ -1,7 +1,5 @@
 // Several browser windows with several tabs: whose button is seen, and what becomes of it when tabs and windows
 // move and close.
-#include <gtest/gtest.h>
-
 #include <algorithm>
 #include <map>
 #include <memory>
@@ -12,43 +10,22 @@
 namespace zab::testbed {
 namespace {
 
-class Tabs : public ::testing::Test {
+class Tabs : public ScreenScenario {
   protected:
-    Tabs() {
-        settings.setCompanions();
-        browser.startsUp();
-    }
-    ~Tabs() override {
-        EXPECT_EQ(browser.unbalanced(), "");
-        EXPECT_EQ(browser.violations(), std::vector<std::string>{});
-    }
-
-    static std::u16string textOf(std::uint64_t id) {
-        const std::string digits = std::to_string(id);
-        return {digits.begin(), digits.end()};
-    }
-    Page& opensTab(const TopWindow& window, std::uint64_t id) {
+    static std::u16string textOf(std::uint64_t id) { return utf16FromUtf8(std::to_string(id)); }
+    Page& opensTab(const TopWindow& in, std::uint64_t id) {
         auto& page = browser.opensPage("http://site.example/", u"Page", id);
-        page.nativeWindow = window.handle();
-        page.boxes[u"appcontent"] = window.contentBox();
+        page.nativeWindow = in.handle();
+        page.boxes[u"appcontent"] = in.contentBox();
         browser.selectsTab(textOf(id));
-        offers(page);
+        browser.offers(page);
         return page;
     }
-    void offers(Page& page, const char* name = "a.mp4") {
-        auto& film = browser.requests(
-            {.url = std::string("http://films.example/") + name, .loadFlags = kEmbedded, .page = &page});
-        browser.answers(film, 200, {{"Content-Type", "video/mp4"}, {"Content-Length", "900000"}});
-        browser.finishes(film);
-    }
-    static bool shows(const TopWindow& window, std::size_t visible, std::size_t all) {
-        return serves([&] { return window.buttons().size() == visible && window.buttons(true).size() == all; });
+    static bool shows(const TopWindow& in, std::size_t visible, std::size_t all) {
+        return serves([&] { return in.buttons().size() == visible && in.buttons(true).size() == all; });
     }
 
     void walks(std::uint32_t seed);
-
-    SettingsTree settings;
-    Browser browser;
 };
 
 /// Two windows with three tabs each.
@@ -112,7 +89,7 @@ void Tabs::walks(std::uint32_t seed) {
         }
     }
     while (!tabs.empty()) closes(tabs.begin()->first);
-    for (const auto& window : windows) EXPECT_TRUE(shows(*window, 0, 0));
+    for (const auto& each : windows) EXPECT_TRUE(shows(*each, 0, 0));
 }
 
 TEST_F(Tabs, OfEachWindowShowTheButtonOfTheOneInFrontAndNoOther) { walks(19); }
@@ -120,11 +97,10 @@ TEST_F(Tabs, OfEachWindowShowItOnEveryOtherWayToo) { walks(91); }
 
 TEST_F(Tabs, ThatMoveHaveAButtonAgainAsSoonAsOneCanBeMade) {
     TopWindow stays;
-    auto closes = std::make_unique<TopWindow>();
-    auto& page = opensTab(*closes, 17);
-    EXPECT_TRUE(shows(*closes, 1, 1));
+    auto& page = opensTab(*window, 17);
+    EXPECT_TRUE(shows(*window, 1, 1));
     page.nativeWindow = stays.handle();
-    closes.reset();
+    window.reset();
     browser.faults().failAll("helper5.73");
     browser.selectsTab(u"17");
     EXPECT_TRUE(shows(stays, 0, 0)) << "nobody says where";
@@ -135,28 +111,26 @@ TEST_F(Tabs, ThatMoveHaveAButtonAgainAsSoonAsOneCanBeMade) {
     closesButton(stays.buttons().front());
     EXPECT_TRUE(shows(stays, 0, 0));
     browser.selectsTab(u"17");
-    offers(page, "b.mp4");
+    browser.offers(page, "b.mp4");
     EXPECT_TRUE(shows(stays, 0, 0)) << "the user closed it";
     browser.unloads(u"17");
 }
 
 TEST_F(Tabs, BehindAnEmptyOneOrOneThatEndsShowNothing) {
-    TopWindow window;
-    opensTab(window, 17);
-    opensTab(window, 18);
+    opensTab(*window, 17);
+    opensTab(*window, 18);
     browser.selectsTab(u"0");
-    EXPECT_TRUE(shows(window, 0, 2));
+    EXPECT_TRUE(shows(*window, 0, 2));
     browser.selectsTab(u"18");
-    EXPECT_TRUE(shows(window, 1, 2));
+    EXPECT_TRUE(shows(*window, 1, 2));
     browser.unloads(u"18");
-    EXPECT_TRUE(shows(window, 0, 1));
+    EXPECT_TRUE(shows(*window, 0, 1));
     browser.unloads(u"17");
 }
 
 TEST_F(Tabs, OfAPageThatScrollsAskOnceWhereItIs) {
-    TopWindow window;
-    auto& page = opensTab(window, 17);
-    const auto button = window.buttons().at(0);
+    auto& page = opensTab(*window, 17);
+    const auto button = window->buttons().at(0);
     page.boxes[u"appcontent"] = {0, 90, 300, 250};
     browser.faults().none();
     for (int i = 0; i < 20; ++i) browser.fires(u"scroll", page);

@@ -2,13 +2,15 @@
 #include <algorithm>
 #include <chrono>
 
-#include "binding/utf.h"
+#include "scenarios/import_hook.h"
 #include "scenarios/scenario.h"
 
 namespace zab::testbed {
 namespace {
 
 using namespace std::chrono_literals;
+
+constexpr const char* kPage = "http://site.example/dir/page.html";
 
 class HandOver : public Scenario {
   protected:
@@ -17,6 +19,19 @@ class HandOver : public Scenario {
         browser.startsUp();
     }
     ~HandOver() override { EXPECT_FALSE(messageBoxIsOpen()); }
+
+    /// A click with the force key held, from the policy to the answer, whatever the policy says.
+    Channel& forces(const std::string& url) {
+        browser.asksPolicy(kDocument, url, kPage);
+        return goesOn(url);
+    }
+    Channel& goesOn(const std::string& url) {
+        auto& channel = browser.requests({.url = url});
+        for (const char* topic :
+             {"http-on-examine-response", "http-on-examine-merged-response", "http-on-examine-cached-response"})
+            browser.answers(channel, 200, {{"Content-Disposition", "attachment; filename=a.zip"}}, topic);
+        return channel;
+    }
 };
 
 /// The three ways of a link to the download manager; each tells whether it was taken. `secret` stands wherever
@@ -65,10 +80,12 @@ TEST_F(HandOver, ThatFailsLeavesTheDownloadAndIsTold) {
     } rows[] = {
         {true, true, kProgram, kOk, "Cannot transfer the download to ZAB\r\nError 0x8", "dies in the call"},
         {false, false, kProgram, kOk,
-         "Cannot transfer the download to ZAB\r\n\r\nThe required ZAB components are not registered",
+         "Cannot transfer the download to ZAB\r\n\r\nThe required ZAB components "
+         "are not registered",
          "is not registered"},
         {false, false, nullptr, kNo,
-         "Cannot transfer file download to Zabrion. It's possible that it's not installed.",
+         "Cannot transfer file download to Zabrion. It's possible that it's not "
+         "installed.",
          "is not installed"},
     };
     auto& page = browser.opensPage("http://h.example/page.html");
@@ -100,20 +117,67 @@ TEST_F(HandOver, ThatTheBrowserDoesNotLetGoOfIsToldAsThat) {
     }));
 }
 
-#ifdef _WIN32  // the process of a download manager
-TEST_F(HandOver, HoldsTheBrowserNoLongerThanItsCall) {
-    constexpr auto kHang = 3000ms;
-    auto& page = browser.opensPage("http://h.example/page.html");
-    EXPECT_TRUE(kWays[0].taken(browser, page, "")) << "the process is there from now on";
-    manager.set("TestbedHangMs", std::uint32_t{kHang.count()});
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_TRUE(kWays[0].taken(browser, page, ""));
-    const auto held = std::chrono::steady_clock::now() - start;
-    EXPECT_GE(held, kHang);
-    EXPECT_LT(held, 2 * kHang) << "one call, made once";
+TEST_F(HandOver, OfAForcedNavigationIsMadeOnce) {
+    constexpr std::uint32_t kObject = 5;
+    constexpr std::int32_t kAccept = 1, kReject = -1;
+    const std::string url = "http://site.example/view?id=1";
+    const HeldKeys keys({kControl});
+    EXPECT_EQ(browser.asksPolicy(kImage, "http://site.example/i.png", kPage), kAccept);
+    browser.takesDebugLines();
+    EXPECT_EQ(browser.asksPolicy(kObject, "http://site.example/a.swf", kPage), kAccept);
+    EXPECT_EQ(browser.takesDebugLines(), std::vector<std::string>{"********** docID=17"});
+    EXPECT_EQ(browser.asksPolicy(kDocument, url, kPage), kReject);
+    EXPECT_EQ(manager.received(0)["flags"], 0x804);
+    EXPECT_EQ(manager.received(0)["referrer"], kPage);
+    // A browser that goes on all the same, behind a picture of the same address.
+    EXPECT_FALSE(browser.requests({.url = url, .loadFlags = kEmbedded}).cancelled());
+    EXPECT_TRUE(goesOn(url).cancelled());
+    // The user asks again, and then a page asks without the policy.
+    forces(url);
+    goesOn(url);
+    goesOn("http://site.example/last");
+    EXPECT_EQ(manager.received(1)["url"], url);
+    EXPECT_EQ(manager.received(2)["url"], url);
+    EXPECT_EQ(manager.received(3)["url"], "http://site.example/last") << "and nothing came in between";
 }
 
+TEST_F(HandOver, OfAForcedNavigationThatFailsIsTriedOnceAndToldOnce) {
+    [[maybe_unused]] constexpr std::uint32_t kBusy = 0x8001010A, kNotNow = 0x8001010D;
+    static constexpr HookedImport kConnects[] = {{"CoCreateInstance", 0x80040154}};
+    const struct {
+        const char* failing;
+        std::uint32_t mute, answer;
+        int fail;           // of three navigations
+        std::size_t calls;  // for each that fails
+        bool told;
+        const char* why;
+    } rows[] = {
+        {"CoCreateInstance", 0, 0, 3, 0, true, "there is none"},
+#ifdef _WIN32  // the process of a download manager, and COM between
+        {"none", 1, 0, 1, 0, true, "it starts and is never ready"},
+        {"none", 0, kBusy, 2, 1, true, "it is busy twice"},
+        {"none", 0, kNotNow, 3, 1, false, "no call can be made now"},
 #endif
+    };
+    const ImportHook hook(browser, kConnects);
+    const HeldKeys keys({kControl});
+    for (const auto& row : rows) {
+        ASSERT_TRUE(manager.isRegistered(false) && manager.isRegistered(true));  // none is running
+        manager.set("TestbedMute", row.mute);
+        // A process that is never ready is waited for each time: once is enough.
+        for (int navigation = 1; navigation <= (row.mute != 0 ? 1 : 3); ++navigation) {
+            const bool fails = navigation <= row.fail, told = fails && row.told;
+            const std::size_t before = manager.count();
+            manager.set("TestbedAnswer", fails ? row.answer : 0);
+            browser.faults().failAll(row.failing);
+            EXPECT_NE(forces("http://site.example/view").cancelled(), fails) << row.why;
+            EXPECT_EQ(browser.faults().countOf("CoCreateInstance"), 1u) << row.why;
+            EXPECT_EQ(manager.count() - before, fails ? row.calls : 1u) << row.why;
+            EXPECT_EQ(answerMessageBox(kOk, told ? 10'000ms : 300ms).has_value(), told) << row.why;
+            EXPECT_FALSE(messageBoxIsOpen()) << row.why;
+        }
+    }
+}
 
 TEST_F(HandOver, CookiesAndCredentialsReachTheDownloadManagerOnly) {
     const std::string secret = "Hush7";
@@ -143,7 +207,7 @@ TEST_F(HandOver, CookiesAndCredentialsReachTheDownloadManagerOnly) {
 
 TEST(FirstStart, TellsOnceThatTheDownloadManagerIsMissing) {
     const auto toldAtStart = [](std::chrono::milliseconds patience = 300ms) {
-        Browser browser;
+        SoundBrowser browser;
         browser.startsUp();
         browser.clicks("http://h.example/");
         const auto box = answerMessageBox(kNo, patience);
