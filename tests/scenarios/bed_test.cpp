@@ -41,11 +41,6 @@ TEST(Bed, NamesWhatIsStillHeldAndCallsThatNoBrowserWouldUnderstand) {
     std::uint64_t foreign = 0;
     EXPECT_TRUE(failed(helper->GetLoadFlags(reinterpret_cast<nsISupports*>(&foreign), &flags)));
     EXPECT_EQ(helper->Reserved16(), NS_ERROR_NOT_IMPLEMENTED);
-    const PassedText passed(browser.runtime(), std::string_view("name"));
-    const nsACString* const name = passed;
-    EXPECT_EQ(viewOf(name).data()[4], '<') << "no terminator to lean on";
-    zab::runtime().NS_CStringSetDataRange(const_cast<nsACString*>(name), kAll, 0, "", 0);
-    EXPECT_EQ(viewOf(name).data()[4], '<') << "nothing added ends nothing";
     EXPECT_EQ(browser.violations(),
               (std::vector<std::string>{"helperUri.1 of a dead uri",
                                         "helper5.60 gets what is no object of the browser",

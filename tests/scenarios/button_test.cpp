@@ -1,6 +1,10 @@
 // Buttons that are really seen and clicked: the one over a page's media, and the popup of selected links.
 #include "browser/base_window.h"
 #include "scenarios/scenario.h"
+#ifndef _WIN32
+#include "companions/button_library/choice_record.h"
+#include "desk/desk.h"
+#endif
 
 namespace zab::testbed {
 namespace {
@@ -133,23 +137,48 @@ TEST_F(Buttons, APageMayGoWhileItsButtonIsMadeOrMoved) {
     }
 }
 
-TEST_F(Buttons, LeaveNothingBehindWhicheverCallFails) {
-    std::uint32_t faults = 0;
-    for (bool reached = true; reached; ++faults) {
-        auto& page = opensPage(17);
-        browser.faults().failNth(faults + 1);
-        browser.offers(page, "a.mp4");
-        browser.fires(u"scroll", page);
-        browser.fires(u"unload", page);
-        reached = browser.faults().reached();
-        const auto where = browser.faults().failedOperation();
-        browser.faults().none();
-        browser.unloads(u"17");
-        EXPECT_TRUE(serves([&] { return window->buttons(true).empty(); })) << where;
-        Browser::dropsPage(page);
-        EXPECT_EQ(browser.unbalanced(), "") << where;
+TEST_F(Buttons, AChoiceIsATransferPerMessageAndOutlivesItsWindow) {
+    auto& page = opensPage(17);
+    drags(page, u"http://h.example/a\nhttp://h.example/b\nhttp://h.example/c");
+    opensMenu(button());
+    EXPECT_TRUE(choosesItem(3));
+    for (std::size_t served = 1; !desk().posted.empty(); ++served) {
+        desk().posted.front()();
+        desk().posted.pop_front();
+        ASSERT_LE(manager.count(), served) << "the thread is free between two transfers";
+        if (manager.count() == 1) window.reset();
     }
-    EXPECT_GT(faults, 20u);
+    ASSERT_EQ(manager.count(), 3u);
+    EXPECT_EQ(manager.received(2)["url"], "http://h.example/c") << "in their order";
+    EXPECT_FALSE(messageBoxIsOpen());
+    browser.unloads(u"17");
+}
+
+TEST_F(Buttons, AfterThePopupNameThePageAgain) {
+    const struct {
+        const char* how;
+        std::function<void(NativeWindow popup, Page& page)> closes;
+        std::size_t told;
+    } rows[] = {
+        {"the next press", [&](auto, auto& page) { browser.mouse(u"mousedown", &page); }, 1},
+        {"the user", [](auto popup, auto&) { closesButton(popup); }, 2},
+        {"the end of its page", [&](auto, auto&) { browser.unloads(u"17"); }, 2},
+    };
+    auto& page = opensPage(17);
+    browser.selectsTab(u"17");
+    browser.offers(page);
+    for (const auto& row : rows) {
+        drags(page, u"http://h.example/old.zip\nhttp://h.example/old2.zip");
+        const auto popup = window->buttons(true).back();
+        const auto controller = desk().windows[popup].controller;
+        row.closes(popup, page);
+        desk().servesMessages();
+        EXPECT_FALSE(isWindow(popup)) << row.how;
+        desk().copies(controller, choiceRecord(u"!ALL!", 17, u""));
+        desk().servesMessages();
+        EXPECT_EQ(manager.count(), row.told) << row.how;
+    }
+    EXPECT_EQ(manager.received(1)["url"], "http://films.example/a.mp4");
 }
 
 TEST_F(Buttons, APopupOpensAsTheUserWantsIt) {

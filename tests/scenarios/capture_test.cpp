@@ -132,26 +132,5 @@ TEST_F(CapturedBodies, LoseNothingButTheirEntriesToAFault) {
     }
 }
 
-TEST_F(CapturedBodies, AtTheirCapsHoldNoMoreThanTheirBytes) {
-    constexpr std::size_t kListeners = 40;
-    auto& page = opensPage();
-    const std::size_t start = heapBytes();
-    std::size_t caps = 0;
-    std::vector<Channel*> channels;
-    for (std::size_t n = 0; channels.size() < kListeners; ++n) {
-        const Row& row = kRows[n % std::size(kRows)];
-        const std::uint32_t cap = mediaKindCapBytes(row.kind);
-        if (cap == 0) continue;
-        channels.push_back(&answers(row, page, 0));
-        browser.receives(*channels.back(), std::string(cap, ' '), 65'536);
-        caps += cap;
-    }
-    EXPECT_LT(heapBytes() - start, caps + caps / 10);
-    for (Channel* channel : channels) browser.finishes(*channel);
-    browser.sweeps();
-    EXPECT_LT(heapBytes(), start + (1 << 20)) << "the records of their requests";
-    closes(page);
-}
-
 }  // namespace
 }  // namespace zab::testbed

@@ -14,9 +14,6 @@ struct Row {
     const char* entries;
 };
 
-const Row kHls = {"http://h.example/d/list.m3u8", "application/x-mpegURL",
-                  "#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=524288,RESOLUTION=640x360\nv/sd.m3u8\n",
-                  "hlstozab://http://h.example/d/v/sd.m3u8\t360p bitrate 512, TS\n"};
 const Row kDash = {
     "http://h.example/m.mpd", "application/dash+xml",
     "<?xml version=\"1.0\"?><MPD><Period><AdaptationSet mimeType=\"video/mp4\"><Representation id=\"hd\" "
@@ -52,7 +49,6 @@ class Companions : public ScreenScenario {
 };
 
 TEST_F(Companions, AreAskedAsSoonAsTheyAreThere) {
-    EXPECT_EQ(captures(kHls), kHls.entries);
     for (const Row& row : {kDash, kUnnamed}) {
         settings.set("ExePath", SettingsTree::kProgram);
         EXPECT_EQ(captures(row), "") << row.url;

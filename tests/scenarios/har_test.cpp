@@ -24,7 +24,6 @@ TEST(RecordedExchanges, AreDecidedByTheModuleAsByTheProbe) {
     } rows[] = {
         {"an ordinary list", "zip rar 7z gz exe msi", "", true, 0},
         {"other extensions", "iso txt php html", "", true, 0},
-        {"nothing to catch", "", "", true, 0},
         {"an excepted server", "zip exe", "*.example 127.0.*", true, 0},
         {"switched off", "zip exe", "", false, 0},
         {"the prevent key", "zip exe", "", true, kAlt},

@@ -30,11 +30,8 @@ class Links : public Scenario {
 TEST_F(Links, TheLinkCommandTellsWhatThePageTold) {
     EXPECT_EQ(browser.downloadsLink("http://site.example/a.zip#part", kPage, "session=1", "An archive"), NS_OK);
     const json told = manager.received(0);
-    EXPECT_EQ(told["url"], "http://site.example/a.zip");
-    EXPECT_EQ(told["referrer"], kPage);
-    EXPECT_EQ(told["cookies"], "session=1");
-    EXPECT_EQ(told["flags"], 4);
-    EXPECT_EQ(told["extraData"][17], "An archive");
+    EXPECT_EQ(json({told["url"], told["referrer"], told["cookies"], told["flags"], told["extraData"][17]}),
+              json({"http://site.example/a.zip", kPage, "session=1", 4, "An archive"}));
     EXPECT_EQ(browser.downloadsLink("", kPage), NS_ERROR_FAILURE);
 }
 
@@ -74,13 +71,10 @@ TEST_F(Links, TheNewestMediaOfAPageAreHandedOver) {
     EXPECT_EQ(browser.downloadsMedia("17"), NS_OK);
     EXPECT_EQ(browser.downloadsMedia("17", true), NS_OK);
     for (std::size_t i = 0; i <= 10; ++i) {
-        const json told = manager.received(i);
-        EXPECT_EQ(told["url"], "http://films.example/" + name(i == 0 ? 11 : 12 - i));
-        EXPECT_EQ(told["flags"], 0);
-        EXPECT_EQ(told["extraData"][2], "Page");
-        EXPECT_EQ(told["extraData"][3], "flv");
-        EXPECT_EQ(told["extraData"][6], "5000");
-        EXPECT_EQ(told["extraData"][7], kPage);
+        const json told = manager.received(i), extra = told["extraData"];
+        EXPECT_EQ(
+            json({told["url"], told["flags"], extra[2], extra[3], extra[6], extra[7]}),
+            json({"http://films.example/" + name(i == 0 ? 11 : 12 - i), 0, "Page", "flv", "5000", kPage}));
     }
     EXPECT_EQ(manager.count(), 11u) << "the newest ten of twelve, behind the newest one";
 }
