@@ -1,17 +1,7 @@
 #include "freestanding.h"
 
-extern "C" {
-
-void* memcpy(void* to, const void* from, size_t bytes) {
+extern "C" void* memcpy(void* to, const void* from, size_t bytes) {
     auto* target = static_cast<volatile char*>(to);
     for (size_t i = 0; i < bytes; ++i) target[i] = static_cast<const char*>(from)[i];
     return to;
 }
-
-void* memset(void* to, int value, size_t bytes) {
-    auto* target = static_cast<volatile char*>(to);
-    for (size_t i = 0; i < bytes; ++i) target[i] = static_cast<char>(value);
-    return to;
-}
-
-}  // extern "C"

@@ -1,4 +1,4 @@
-// The little that code without a C library needs: memory and two block operations. Natively the library of the
+// The little that code without a C library needs: memory and copying. Natively the library of the
 // machine has it, so that a sanitizer sees every block.
 #pragma once
 
@@ -13,7 +13,6 @@ __declspec(dllimport) void* GetProcessHeap();
 __declspec(dllimport) void* HeapAlloc(void* heap, uint32_t flags, size_t bytes);
 __declspec(dllimport) int HeapFree(void* heap, uint32_t flags, void* block);
 void* memcpy(void* to, const void* from, size_t bytes);
-void* memset(void* to, int value, size_t bytes);
 }
 
 template <class T>
@@ -26,15 +25,11 @@ inline void deallocate(void* block) {
     if (block != nullptr) HeapFree(GetProcessHeap(), 0, block);
 }
 
-template <template <class T, T...> class Of, uint32_t Count>
-using Counted = __make_integer_seq<Of, uint32_t, Count>;
-
 #else
 #define ENTRY extern "C" __attribute__((visibility("default")))
 
 #include <cstdlib>
 #include <cstring>
-#include <utility>
 
 template <class T>
 T* allocate(size_t count) {
@@ -42,9 +37,4 @@ T* allocate(size_t count) {
 }
 
 inline void deallocate(void* block) { std::free(block); }
-
-template <template <class T, T...> class Of, uint32_t... Numbers>
-Of<uint32_t, Numbers...> ofEach(std::integer_sequence<uint32_t, Numbers...>);
-template <template <class T, T...> class Of, uint32_t Count>
-using Counted = decltype(ofEach<Of>(std::make_integer_sequence<uint32_t, Count>{}));
 #endif

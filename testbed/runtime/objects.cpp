@@ -19,11 +19,15 @@ uint64_t operation(StandInObject* self, uint64_t a, uint64_t b, uint64_t c, uint
 
 using Operation = uint64_t (*)(StandInObject*, uint64_t, uint64_t, uint64_t, uint64_t, uint64_t, uint64_t);
 
-template <class Number, Number... Slots>
-struct Table {
-    static constexpr Operation kSlots[] = {&operation<Slots>...};
-};
-using ObjectTable = Counted<Table, kStandInSlots>;
+template <uint32_t Slot = 0>
+constexpr void fill(Operation* slots) {
+    slots[Slot] = &operation<Slot>;
+    if constexpr (Slot + 1 < kStandInSlots) fill<Slot + 1>(slots);
+}
+constexpr struct ObjectTable {
+    constexpr ObjectTable() { fill(slots); }
+    Operation slots[kStandInSlots]{};
+} kTable;
 
 /// The module's window observer: the operation behind Observe is reached by no published interface.
 class WindowObserver : public nsIObserver {
@@ -31,14 +35,37 @@ class WindowObserver : public nsIObserver {
     virtual nsresult HandleMouseEvent(nsISupports* event) = 0;
 };
 
-template <class T>
-T* pointer(uint64_t argument) {
-    return reinterpret_cast<T*>(argument);
+/// A register, as whatever the operation takes.
+struct Argument {
+    uint64_t word;
+    template <class T>
+    operator T*() const {
+        return reinterpret_cast<T*>(word);
+    }
+    operator uint32_t() const { return static_cast<uint32_t>(word); }
+};
+
+uint32_t call(StandInCall which, void* object, Argument a, Argument b, Argument c) {
+    switch (which) {
+        case StandInCall::queryInterface: return static_cast<nsISupports*>(object)->QueryInterface(a, b);
+        case StandInCall::addRef: return static_cast<nsISupports*>(object)->AddRef();
+        case StandInCall::release: return static_cast<nsISupports*>(object)->Release();
+        case StandInCall::observe: return static_cast<nsIObserver*>(object)->Observe(a, b, c);
+        case StandInCall::modifyRequest: return static_cast<nsIHttpNotify*>(object)->OnModifyRequest(a);
+        case StandInCall::examineResponse: return static_cast<nsIHttpNotify*>(object)->OnExamineResponse(a);
+        case StandInCall::visitHeader: return static_cast<nsIHttpHeaderVisitor*>(object)->VisitHeader(a, b);
+        case StandInCall::visitHeader7: return static_cast<nsIHttpHeaderVisitor_7*>(object)->VisitHeader(a, b);
+        case StandInCall::mouseEvent: return static_cast<WindowObserver*>(object)->HandleMouseEvent(a);
+        case StandInCall::wantsMoreData: return static_cast<iZABSListener*>(object)->WantsMoreData(a);
+        case StandInCall::responseData: return static_cast<iZABSListener*>(object)->OnResponseData(a, b, 0);
+        case StandInCall::handleEvent: return static_cast<nsIDOMEventListener*>(object)->HandleEvent(a);
+    }
+    return NS_ERROR_UNEXPECTED;
 }
 
 }  // namespace
 
-ENTRY const void* StandIn_Table() { return ObjectTable::kSlots; }
+ENTRY const void* StandIn_Table() { return kTable.slots; }
 
 ENTRY uint32_t StandIn_CallSlot(void* object, uint32_t slot, const uint64_t* arguments) {
     const auto* table = *static_cast<Operation* const*>(object);
@@ -47,37 +74,5 @@ ENTRY uint32_t StandIn_CallSlot(void* object, uint32_t slot, const uint64_t* arg
 }
 
 ENTRY uint32_t StandIn_Call(StandInCall which, void* object, uint64_t a, uint64_t b, uint64_t c) {
-    switch (which) {
-        case StandInCall::queryInterface:
-            return static_cast<nsISupports*>(object)->QueryInterface(pointer<const nsIID>(a),
-                                                                     pointer<void*>(b));
-        case StandInCall::addRef: return static_cast<nsISupports*>(object)->AddRef();
-        case StandInCall::release: return static_cast<nsISupports*>(object)->Release();
-        case StandInCall::observe:
-            return static_cast<nsIObserver*>(object)->Observe(pointer<nsISupports>(a), pointer<const char>(b),
-                                                              pointer<const char16_t>(c));
-        case StandInCall::modifyRequest:
-            return static_cast<nsIHttpNotify*>(object)->OnModifyRequest(pointer<nsISupports>(a));
-        case StandInCall::examineResponse:
-            return static_cast<nsIHttpNotify*>(object)->OnExamineResponse(pointer<nsISupports>(a));
-        case StandInCall::visitHeader:
-            return static_cast<nsIHttpHeaderVisitor*>(object)->VisitHeader(pointer<const nsACString>(a),
-                                                                           pointer<const nsACString>(b));
-        case StandInCall::visitHeader7:
-            return static_cast<nsIHttpHeaderVisitor_7*>(object)->VisitHeader(pointer<const nsACString>(a),
-                                                                             pointer<const nsACString>(b));
-        case StandInCall::mouseEvent:
-            return static_cast<WindowObserver*>(object)->HandleMouseEvent(pointer<nsISupports>(a));
-        case StandInCall::wantsMoreData:
-            return static_cast<iZABSListener*>(object)->WantsMoreData(pointer<uint32_t>(a));
-        case StandInCall::responseData:
-            return static_cast<iZABSListener*>(object)->OnResponseData(pointer<const uint8_t>(a),
-                                                                       static_cast<uint32_t>(b), 0);
-        case StandInCall::deleteThis:
-            static_cast<iZABSListener*>(object)->DeleteThis(static_cast<uint32_t>(a));
-            return NS_OK;
-        case StandInCall::handleEvent:
-            return static_cast<nsIDOMEventListener*>(object)->HandleEvent(pointer<nsISupports>(a));
-    }
-    return NS_ERROR_UNEXPECTED;
+    return call(which, object, {a}, {b}, {c});
 }

@@ -47,7 +47,6 @@ enum class StandInCall : uint32_t {
     mouseEvent,       // window observer, the operation behind Observe; a: event
     wantsMoreData,    // iZABSListener; a: uint32_t*
     responseData,     // iZABSListener; a: bytes, b: length
-    deleteThis,       // iZABSListener; a: flags
     handleEvent,      // nsIDOMEventListener; a: event
 };
 

@@ -54,13 +54,13 @@ void drop(Container<Char>* text) {
 
 /// Cuts a part out of the text and puts `data` in its place, into a buffer of the container's own.
 template <class Char>
-void splice(Container<Char>* text, uint32_t offset, uint32_t cut, const Char* data, uint32_t length) {
+nsresult splice(Container<Char>* text, uint32_t offset, uint32_t cut, const Char* data, uint32_t length) {
     if (data == nullptr) length = 0;
     if (length == kAll) length = lengthOf(data);
     if (offset > text->length) offset = text->length;
     if (cut > text->length - offset) cut = text->length - offset;
     if (cut == 0 && length == 0)
-        return;  // nothing changes, not even that a lent text may end without a terminator
+        return NS_OK;  // nothing changes, not even that a lent text may end without a terminator
     const uint32_t tail = text->length - offset - cut;
     const uint32_t total = offset + length + tail;
     Char* buffer = allocate<Char>(size_t{total} + 1);
@@ -69,6 +69,7 @@ void splice(Container<Char>* text, uint32_t offset, uint32_t cut, const Char* da
     memcpy(buffer + offset + length, text->data + offset + cut, tail * sizeof(Char));
     drop(text);
     *text = {buffer, total, kTerminated | kOwned};
+    return NS_OK;
 }
 
 template <class Char>
@@ -77,26 +78,10 @@ nsresult init2(Container<Char>* text, const Char* data, uint32_t length, uint32_
     init(text);
     ++g_containers;
     if (data == nullptr) return NS_OK;
-    if ((flags & kDepend) == 0) {
-        splice(text, 0, kAll, data, length);
-    } else {
-        *text = {const_cast<Char*>(data), length == kAll ? lengthOf(data) : length,
-                 (flags & kSubstring) != 0 ? 0 : kTerminated};
-    }
+    if ((flags & kDepend) == 0) return splice(text, 0, kAll, data, length);
+    *text = {const_cast<Char*>(data), length == kAll ? lengthOf(data) : length,
+             (flags & kSubstring) != 0 ? 0 : kTerminated};
     return NS_OK;
-}
-
-// The entry points, once for both families.
-
-template <class Char>
-nsresult enterInit(const char* name, Container<Char>* text, const Char* data, uint32_t length, uint32_t flags) {
-    return entered(name, [&] { return init2(text, data, length, flags); });
-}
-
-template <class Char>
-void finish(Container<Char>* text) {
-    drop(text);
-    --g_containers;
 }
 
 template <class Char>
@@ -108,15 +93,6 @@ uint32_t enterGet(const char* name, const Container<Char>* text, const Char** da
     });
     if (terminated != nullptr) *terminated = (text->flags & kTerminated) != 0;
     return failed(status) ? 0 : text->length;
-}
-
-template <class Char>
-nsresult enterSplice(const char* name, Container<Char>* text, uint32_t offset, uint32_t cut, const Char* data,
-                     uint32_t length) {
-    return entered(name, [&] {
-        splice(text, offset, cut, data, length);
-        return NS_OK;
-    });
 }
 
 nsresult refused(const char* entryPoint) {
@@ -145,22 +121,23 @@ ENTRY nsresult NS_GetServiceManager(nsIServiceManager** out) {
 ENTRY nsresult NS_GetComponentManager(nsISupports**) { return refused("NS_GetComponentManager"); }
 ENTRY void NS_Free(void*) { refused("NS_Free"); }
 
+// The entry points, once for both families.
 // clang-format off
 #define FAMILY(P, Text, Char)                                                                                    \
 ENTRY nsresult NS_##P##ContainerInit(Text* text) {                                                               \
-    return enterInit<Char>("NS_" #P "ContainerInit", text, nullptr, 0, 0); }                                     \
+    return entered("NS_" #P "ContainerInit", [&] { return init2<Char>(text, nullptr, 0, 0); }); }                \
 ENTRY nsresult NS_##P##ContainerInit2(Text* text, const Char* data, uint32_t length, uint32_t flags) {           \
-    return enterInit("NS_" #P "ContainerInit2", text, data, length, flags); }                                    \
-ENTRY void NS_##P##ContainerFinish(Text* text) { finish(text); }                                                 \
+    return entered("NS_" #P "ContainerInit2", [&] { return init2(text, data, length, flags); }); }               \
+ENTRY void NS_##P##ContainerFinish(Text* text) { drop(text); --g_containers; }                                   \
 ENTRY uint32_t NS_##P##GetData(const Text* text, const Char** data, uint8_t* terminated) {                       \
     return enterGet("NS_" #P "GetData", text, data, terminated); }                                               \
 ENTRY uint32_t NS_##P##GetMutableData(Text*, uint32_t, Char**) { return refused("NS_" #P "GetMutableData"), 0; } \
 ENTRY Char* NS_##P##CloneData(const Text*) { return refused("NS_" #P "CloneData"), nullptr; }                    \
 ENTRY nsresult NS_##P##SetData(Text* text, const Char* data, uint32_t length) {                                  \
-    return enterSplice("NS_" #P "SetData", text, 0, kAll, data, length); }                                       \
+    return entered("NS_" #P "SetData", [&] { return splice(text, 0, kAll, data, length); }); }                   \
 ENTRY nsresult NS_##P##SetDataRange(Text* text, uint32_t offset, uint32_t cut, const Char* data,                 \
                                     uint32_t length) {                                                           \
-    return enterSplice("NS_" #P "SetDataRange", text, offset, cut, data, length); }                              \
+    return entered("NS_" #P "SetDataRange", [&] { return splice(text, offset, cut, data, length); }); }          \
 ENTRY nsresult NS_##P##Copy(Text*, const Text*) { return refused("NS_" #P "Copy"); }
 // clang-format on
 
