@@ -2,8 +2,8 @@
 // its adaptation set.
 //
 // The result's table and records are written down here once more: they share no declaration with the module.
-#include <charconv>
 #include <cstdint>
+#include <cstdlib>
 #include <deque>
 #include <string>
 #include <string_view>
@@ -19,13 +19,6 @@ struct Record {
     std::uint64_t size = 0;
 };
 
-class Result {
-  public:
-    virtual Record* videoList() = 0;
-    virtual Record* audioList() = 0;
-    virtual void destroy() = 0;
-};
-
 int g_results = 0;
 
 std::string_view attribute(std::string_view tag, std::string_view name) {
@@ -35,13 +28,11 @@ std::string_view attribute(std::string_view tag, std::string_view name) {
     return tag.substr(0, tag.find('"'));
 }
 
-std::uint32_t number(std::string_view digits) {
-    std::uint32_t value = 0;
-    std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    return value;
+std::uint32_t number(std::string_view tag, std::string_view name) {
+    return static_cast<std::uint32_t>(std::strtoul(std::string(attribute(tag, name)).c_str(), nullptr, 10));
 }
 
-class Manifest final : public Result {
+class Manifest final {
   public:
     explicit Manifest(std::string_view body) {
         ++g_results;
@@ -54,9 +45,9 @@ class Manifest final : public Result {
         // A body of ours that asks for a list without an end: the last leads to the first again.
         if (body.find("profiles=\"cyclic\"") != body.npos) video_.back().next = &video_.front();
     }
-    Record* videoList() override { return video_.empty() ? nullptr : &video_.front(); }
-    Record* audioList() override { return audio_.empty() ? nullptr : &audio_.front(); }
-    void destroy() override {
+    virtual Record* videoList() { return video_.empty() ? nullptr : &video_.front(); }
+    virtual Record* audioList() { return audio_.empty() ? nullptr : &audio_.front(); }
+    virtual void destroy() {
         --g_results;
         delete this;
     }
@@ -65,8 +56,7 @@ class Manifest final : public Result {
     void add(std::deque<Record>& list, std::string_view tag) {
         const auto& id = ids_.emplace_back(zab::utf16FromUtf8(attribute(tag, "id")));
         Record* const last = list.empty() ? nullptr : &list.back();
-        list.push_back(
-            {nullptr, id.c_str(), number(attribute(tag, "height")), number(attribute(tag, "bandwidth")), 0});
+        list.push_back({nullptr, id.c_str(), number(tag, "height"), number(tag, "bandwidth"), 0});
         if (last != nullptr) last->next = &list.back();
     }
 
@@ -76,8 +66,8 @@ class Manifest final : public Result {
 
 }  // namespace
 
-extern "C" __declspec(dllexport) std::int32_t
-    Parse1(const char16_t* url, const char* body, std::uint64_t zero, std::uint64_t alsoZero, Result** result) {
+extern "C" __declspec(dllexport) std::int32_t Parse1(const char16_t* url, const char* body, std::uint64_t zero,
+                                                     std::uint64_t alsoZero, Manifest** result) {
     if (url == nullptr || zero != 0 || alsoZero != 0) return 0;
     *result = new Manifest(body);
     return std::string_view(body).find("<MPD") == std::string_view::npos ? 0 : 1;

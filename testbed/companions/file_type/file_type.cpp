@@ -47,11 +47,7 @@ Answer tellsItself(std::string_view body, std::uint8_t* record) {
     constexpr std::size_t kPlaces[] = {kDuration, kWidth, kHeight, kBitrate};
     for (std::size_t n = 0; n < 4; ++n) put(record, kPlaces[n], fact(n), 4);
     put(record, kSize, fact(4), 8);
-    if (body.starts_with(kOverlong)) {
-        putExtension(record, std::u16string(kExtensionCharacters, u'x'));
-    } else {
-        putExtension(record, u"Mp3");
-    }
+    putExtension(record, body.starts_with(kOverlong) ? std::u16string(kExtensionCharacters, u'x') : u"Mp3");
     return Answer::recognised;
 }
 
