@@ -1,6 +1,5 @@
 #include "browser/base_window.h"
 
-#include <algorithm>
 #include <sstream>
 
 #include "browser/browser.h"
@@ -8,35 +7,31 @@
 namespace zab::testbed {
 namespace {
 
+// What layouts have in common.
+const std::string
+    kBegin = "initWindow create destroy setPosition ",
+    kPlace =
+        "getPosition setSize getSize setPositionAndSize getPositionAndSize repaint getParentWidget "
+        "setParentWidget getParentNativeWindow setParentNativeWindow ",
+    kState = "getVisibility setVisibility getEnabled setEnabled ", kHandle = "getNativeHandle ",
+    kWidget = "getMainWidget ", kPixels = "getUnscaledDevicePixelsPerCSSPixel ",
+    kEnd = "setFocus getTitle setTitle";
+
 // clang-format off
-constexpr WindowLayout kLayouts[] = {
+const WindowLayout kLayouts[] = {
     {"A", {0x046BC8A0, 0x8015, 0x11D3, {0xAF, 0x70, 0x00, 0xA0, 0x24, 0xFF, 0xC0, 0x8C}},
-     "initWindow create destroy setPosition getPosition setSize getSize setPositionAndSize getPositionAndSize repaint "
-     "getParentWidget setParentWidget getParentNativeWindow setParentNativeWindow getVisibility setVisibility "
-     "getEnabled setEnabled getBlurSuppression setBlurSuppression getMainWidget setFocus getTitle setTitle", false},
+     kBegin + kPlace + kState + "getBlurSuppression setBlurSuppression " + kWidget + kEnd, false},
     {"B", {0x7144AC8B, 0x6702, 0x4A4B, {0xA7, 0x3D, 0xD1, 0xD4, 0xE9, 0x71, 0x7E, 0x46}},
-     "initWindow create destroy setPosition getPosition setSize getSize setPositionAndSize getPositionAndSize repaint "
-     "getParentWidget setParentWidget getParentNativeWindow setParentNativeWindow getVisibility setVisibility "
-     "getEnabled setEnabled getMainWidget setFocus getTitle setTitle", true},
+     kBegin + kPlace + kState + kWidget + kEnd, true},
     {"B17", {0x7144AC8B, 0x6702, 0x4A4B, {0xA7, 0x3D, 0xD1, 0xD4, 0xE9, 0x71, 0x7E, 0x46}},
-     "initWindow create destroy setPosition getPosition setSize getSize setPositionAndSize getPositionAndSize repaint "
-     "getParentWidget setParentWidget getParentNativeWindow setParentNativeWindow getNativeHandle getVisibility "
-     "setVisibility getEnabled setEnabled getMainWidget setFocus getTitle setTitle", true},
+     kBegin + kPlace + kHandle + kState + kWidget + kEnd, true},
     {"C", {0x9DA319F3, 0xEEE6, 0x4504, {0x81, 0xA5, 0x6A, 0x19, 0xCF, 0x62, 0x15, 0xBF}},
-     "initWindow create destroy setPosition getPosition setSize getSize setPositionAndSize getPositionAndSize repaint "
-     "getParentWidget setParentWidget getParentNativeWindow setParentNativeWindow getNativeHandle getVisibility "
-     "setVisibility getEnabled setEnabled getMainWidget getUnscaledDevicePixelsPerCSSPixel setFocus getTitle "
-     "setTitle", true},
+     kBegin + kPlace + kHandle + kState + kWidget + kPixels + kEnd, true},
     {"D", {0x758A7A9C, 0x03D7, 0x4DCE, {0x95, 0x8F, 0x78, 0x85, 0xAE, 0xA2, 0xDC, 0x75}},
-     "initWindow create destroy setPosition getPosition setSize getSize setPositionAndSize getPositionAndSize repaint "
-     "getParentWidget setParentWidget getParentNativeWindow setParentNativeWindow getNativeHandle getVisibility "
-     "setVisibility getEnabled setEnabled getMainWidget getUnscaledDevicePixelsPerCSSPixel setFocus getTitle "
-     "setTitle", true},
+     kBegin + kPlace + kHandle + kState + kWidget + kPixels + kEnd, true},
     {"E", {0xCA635529, 0xA977, 0x4552, {0x9B, 0x8A, 0x66, 0x18, 0x7E, 0x54, 0xD8, 0x82}},
-     "initWindow create destroy setPosition setPositionDesktopPix getPosition setSize getSize setPositionAndSize "
-     "getPositionAndSize repaint getParentWidget setParentWidget getParentNativeWindow setParentNativeWindow "
-     "getNativeHandle getVisibility setVisibility getEnabled setEnabled getMainWidget "
-     "getUnscaledDevicePixelsPerCSSPixel getDevicePixelsPerDesktopPixel setFocus getTitle setTitle", true},
+     kBegin + "setPositionDesktopPix " + kPlace + kHandle + kState + kWidget + kPixels +
+     "getDevicePixelsPerDesktopPixel " + kEnd, true},
 };
 // clang-format on
 
@@ -67,11 +62,7 @@ nsresult called(const Call& call) {
     return NS_OK;
 }
 
-constexpr auto kRows = [] {
-    std::array<Operation, kStandInSlots - 3> rows{};
-    for (std::uint32_t slot = 3; slot < kStandInSlots; ++slot) rows[slot - 3] = {slot, &called};
-    return rows;
-}();
+constexpr Operation kRows[] = {{kEverySlot, &called}};
 
 }  // namespace
 
@@ -82,10 +73,9 @@ const WindowLayout& windowLayoutOf(int version) {
 }
 
 BaseWindow::BaseWindow(Browser& browser, const WindowLayout& windowLayout)
-    : BedObject(browser, std::string("base window ") + windowLayout.name),
-      layout(windowLayout),
-      interface_{"baseWindow", {&layout.iid, 1}, kRows} {
-    answersTo(interface_);
+    : BedObject(browser, std::string("base window ") + windowLayout.name), layout(windowLayout) {
+    static const Interface kInterface{"baseWindow", kLayouts[0].iid, kRows};
+    answersTo(kInterface, layout.iid);
 }
 
 }  // namespace zab::testbed

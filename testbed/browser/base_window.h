@@ -13,7 +13,7 @@ namespace zab::testbed {
 struct WindowLayout {
     const char* name;
     nsIID iid;
-    const char* operations;  // separated by blanks
+    std::string operations;  // separated by blanks
     bool oneByteBooleans;
 };
 
@@ -35,9 +35,6 @@ struct BaseWindow : BedObject {
         std::array<std::uint64_t, kStandInArguments> arguments;
     };
     std::vector<Called> calls;
-
-  private:
-    Interface interface_;
 };
 
 }  // namespace zab::testbed

@@ -6,22 +6,21 @@
 
 namespace zab::testbed {
 
-const Interface kSupports{"nsISupports", {&nsISupports::kIID, 1}, {}};
+const Interface kSupports{"nsISupports", nsISupports::kIID, {}};
 
 BedObject::BedObject(Browser& browser, std::string name, const Interface& primary)
     : browser_(browser), name_(std::move(name)) {
     answersTo(primary);
 }
 
-void BedObject::answersTo(const Interface& interface) {
-    auto& handle = handles_.emplace_back(Handle{{browser_.runtime().table, nullptr}, this, &interface, 0});
+void BedObject::answersTo(const Interface& interface, const nsIID& iid) {
+    auto& handle = handles_.emplace_back(Handle{{browser_.runtime().table, nullptr}, this, &interface, iid, 0});
     handle.raw.context = &handle;
 }
 
 BedObject::Handle* BedObject::handleFor(const nsIID& iid) {
-    for (auto& handle : handles_)
-        if (std::ranges::find(handle.interface->iids, iid) != handle.interface->iids.end()) return &handle;
-    return nullptr;
+    const auto found = std::ranges::find(handles_, iid, &Handle::iid);
+    return found == handles_.end() ? nullptr : &*found;
 }
 
 nsISupports* BedObject::asSupports() { return reinterpret_cast<nsISupports*>(&handles_.front().raw); }

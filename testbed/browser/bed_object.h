@@ -68,19 +68,27 @@ class Call {
     const std::uint64_t* arguments_;
 };
 
+inline constexpr std::uint32_t kEverySlot = 0;  // that has no row of its own
 struct Operation {
     std::uint32_t slot;
     nsresult (*run)(const Call& call);
 };
 
-/// A published interface: identifiers it answers to, and the operations that the module may call.
+/// A published interface: its identifier, the first of several, and the operations that the module may call.
 struct Interface {
     const char* name;
-    std::span<const nsIID> iids;
+    nsIID iid;
     std::span<const Operation> operations;
 };
 
-extern const Interface kSupports;
+extern const Interface kSupports, kServiceManager;
+
+/// A service by its contract ID; it answers to one interface.
+struct Service {
+    const char* contract;
+    Interface interface;
+};
+std::span<const Service> services();
 
 class BedObject {
   public:
@@ -94,11 +102,13 @@ class BedObject {
         StandInObject raw;  // first: its address is what the module holds
         BedObject* owner;
         const Interface* interface;
+        nsIID iid;                // under which it is asked for
         std::int32_t references;  // that the module holds
     };
 
     /// Adds an interface that a query is answered with.
-    void answersTo(const Interface& interface);
+    void answersTo(const Interface& interface, const nsIID& iid);
+    void answersTo(const Interface& interface) { answersTo(interface, interface.iid); }
     /// The handle for an identifier; null when the object does not answer to it.
     [[nodiscard]] Handle* handleFor(const nsIID& iid);
     /// The object as an argument, without a reference.

@@ -8,7 +8,6 @@
 
 #include "browser/base_window.h"
 #include "browser/library.h"
-#include "browser/operations.h"
 
 namespace zab::testbed {
 namespace {
@@ -17,9 +16,9 @@ std::uint64_t argument(const void* pointer) { return reinterpret_cast<std::uint6
 
 }  // namespace
 
-std::vector<std::string> allEntryPoints() {
-    std::vector<std::string> names;
-    for (const auto& entry : kRuntimeEntryPoints) names.emplace_back(entry.name);
+std::set<std::string> allEntryPoints() {
+    std::set<std::string> names;
+    for (const auto& entry : kRuntimeEntryPoints) names.emplace(entry.name);
     return names;
 }
 
@@ -37,14 +36,13 @@ Browser::Browser(BrowserOptions options)
     serviceManager_->answersTo(kServiceManager);
     for (const auto& row : services()) {
         if (options_.missingServices.count(row.contract) != 0) continue;
-        services_[row.contract] = &make<BedObject>(row.interface->name);
-        services_[row.contract]->answersTo(*row.interface);
+        services_[row.contract] = &make<BedObject>(row.interface.name);
+        services_[row.contract]->answersTo(row.interface);
     }
     // The module looks its entry points up while it is loaded, and only then.
     constexpr int kFirstWithoutFree = 40;
-    std::set<std::string> without(options_.hiddenEntries.begin(), options_.hiddenEntries.end());
-    if (options_.version >= kFirstWithoutFree) without.insert("NS_Free");
-    const auto hidden = hidesExports(runtime_.handle(), {without.begin(), without.end()});
+    if (options_.version >= kFirstWithoutFree) options_.hiddenEntries.insert("NS_Free");
+    const auto hidden = hidesExports(runtime_.handle(), options_.hiddenEntries);
     if (!options_.runtime.empty()) exports_ = loadModule();
     containersAtStart_ = *runtime_.containers;
 }
@@ -174,36 +172,22 @@ void Browser::fires(std::u16string type, Page& page) {
     auto& event = make<Event>(type, &page);
     auto listeners = page.domWindow.target.listeners;
     if (type == u"unload") listeners.insert(listeners.end(), page.listeners.begin(), page.listeners.end());
-    std::erase_if(listeners, [&](const auto& row) { return row.first != type; });
-    for (const auto& row : listeners) callModule(StandInCall::addRef, row.second);
-    for (const auto& row : listeners) {
-        void* listener = nullptr;
-        callModule(StandInCall::queryInterface, row.second, argument(&nsIDOMEventListener::kIID),
-                   argument(&listener));
-        if (listener == nullptr) {
-            violates("a listener is none");
-            continue;
-        }
-        callModule(StandInCall::handleEvent, listener, argument(event.asSupports()));
-        callModule(StandInCall::release, listener);
+    std::vector<void*> called;  // they live on until the last of them has heard
+    for (const auto& [own, listener] : listeners) {
+        if (own != type) continue;
+        callModule(StandInCall::queryInterface, listener, argument(&nsIDOMEventListener::kIID),
+                   argument(&called.emplace_back()));
+        if (called.back() == nullptr) violates("a listener is none");
     }
-    for (const auto& row : listeners) callModule(StandInCall::release, row.second);
+    std::erase(called, nullptr);
+    for (void* listener : called) callModule(StandInCall::handleEvent, listener, argument(event.asSupports()));
+    for (void* listener : called) callModule(StandInCall::release, listener);
     event.letGo();
 }
 
-void Browser::selectsTab(std::u16string_view documentId) {
+void Browser::tells(nsresult (*which)(const nsAString*), std::u16string_view documentId) {
     const PassedText text(runtime_, documentId);
-    intoModule([&] { return exports_.OnTabSelect(text); });
-}
-
-void Browser::reportsSelectedTab(std::u16string_view documentId) {
-    const PassedText text(runtime_, documentId);
-    intoModule([&] { return exports_.OnGetSelectedTabID(text); });
-}
-
-void Browser::unloads(std::u16string_view documentId) {
-    const PassedText text(runtime_, documentId);
-    intoModule([&] { return exports_.OnUnload(text); });
+    intoModule([&] { return which(text); });
 }
 
 void Browser::onNext(std::string operation, std::function<void()> action) {
@@ -296,7 +280,7 @@ std::uint64_t Browser::called(BedObject::Handle& handle, std::uint32_t slot, con
         return queried(object, reinterpret_cast<const nsIID*>(arguments[0]),
                        reinterpret_cast<void**>(arguments[1]));
     for (const auto& row : handle.interface->operations)
-        if (row.slot == slot) return row.run(Call(*this, object, slot, arguments));
+        if (row.slot == slot || row.slot == kEverySlot) return row.run(Call(*this, object, slot, arguments));
     violates(operation + " is no operation that the module may call");
     return NS_ERROR_NOT_IMPLEMENTED;
 }

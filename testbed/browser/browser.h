@@ -16,7 +16,6 @@
 #include "browser/debug_lines.h"
 #include "browser/faults.h"
 #include "browser/module_exports.h"
-#include "browser/runtime_library.h"
 #include "browser/world.h"
 
 namespace zab::testbed {
@@ -28,15 +27,15 @@ struct BrowserOptions {
     /// Beside the program, unless a path. Loaded before the module; empty: the module finds and loads it.
     std::string runtime = "xul.dll";
     std::string module = "zabcchandler7_64.dll";
-    bool freshCopy = true;                     // of the module; else the file itself is loaded
-    std::vector<std::string> hiddenEntries{};  // entry points that the runtime does not export
-    std::set<std::string> missingServices{};   // contract IDs
+    bool freshCopy = true;                    // of the module; else the file itself is loaded
+    std::set<std::string> hiddenEntries{};    // entry points that the runtime does not export
+    std::set<std::string> missingServices{};  // contract IDs
     /// Whether the process claims to be debugged, as far as the module can ask.
     bool debuggerPresent = true;
 };
 
 /// The 23 names, for a runtime that exports none of them.
-std::vector<std::string> allEntryPoints();
+std::set<std::string> allEntryPoints();
 
 class Browser {
   public:
@@ -74,10 +73,10 @@ class Browser {
     /// An event of a page reaches those who listen: "unload" at its window and its document, others at its
     /// window.
     void fires(std::u16string type, Page& page);
-    void selectsTab(std::u16string_view documentId);
-    void reportsSelectedTab(std::u16string_view documentId);
+    void selectsTab(std::u16string_view documentId) { tells(exports_.OnTabSelect, documentId); }
+    void reportsSelectedTab(std::u16string_view documentId) { tells(exports_.OnGetSelectedTabID, documentId); }
     /// The extension's own word that a document goes away; its "unload" event is mouse(u"unload", &page).
-    void unloads(std::u16string_view documentId);
+    void unloads(std::u16string_view documentId) { tells(exports_.OnUnload, documentId); }
     /// Does something else when the module next calls an operation (named as for faults), before the answer.
     void onNext(std::string operation, std::function<void()> action);
     void notifies(const char* topic, BedObject* subject);
@@ -94,8 +93,7 @@ class Browser {
     /// Frees what it has let go and the module holds no more.
     void sweeps();
     std::vector<Cookie> cookies;
-    std::map<std::string, std::u16string> bodyFiles;  // by URL
-    BedObject* selectedTab = nullptr;                 // what the plain helper answers
+    BedObject* selectedTab = nullptr;  // what the plain helper answers
 
     // What the module did.
 
@@ -145,6 +143,7 @@ class Browser {
     /// A browser's object was called on another thread: the end under Windows, a violation natively.
     void offThread(const std::string& what);
     ModuleExports loadModule() const;
+    void tells(nsresult (*which)(const nsAString*), std::u16string_view documentId);
     /// Whose code runs from now on; gives whose it was.
     bool moduleRuns(bool runs);
     bool wants(iZABSListener* listener);

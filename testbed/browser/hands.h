@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "browser/top_window.h"
@@ -22,9 +23,24 @@ Area areaOf(NativeWindow window);
 std::u16string captionOf(NativeWindow window);
 std::int32_t scrollBarWidth();
 
+/// Of a look at what somebody else does.
+inline constexpr std::chrono::milliseconds kLook(10), kPatience(10'000);
+
+/// Looks until there is something to see; gives that, or nothing when it does not come in time.
+template <class Look>
+auto waitsFor(Look look, std::chrono::milliseconds patience = kPatience) {
+    const auto end = std::chrono::steady_clock::now() + patience;
+    auto found = look();
+    while (!found && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(kLook);
+        found = look();
+    }
+    return found;
+}
+
 /// Serves this thread's windows until `ended`, as a browser's main thread does while its user acts. False: it
 /// did not in time.
-bool serves(const std::function<bool()>& ended, std::chrono::milliseconds patience = std::chrono::seconds(10));
+bool serves(const std::function<bool()>& ended, std::chrono::milliseconds patience = kPatience);
 
 /// Does `work` as somebody else beside this thread, which serves its windows until that has ended.
 void beside(const std::function<void()>& work);

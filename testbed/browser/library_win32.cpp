@@ -1,5 +1,7 @@
 #include <filesystem>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 #include "binding/wide_win32.h"
 #include "browser/library.h"
@@ -8,18 +10,16 @@ namespace zab::testbed {
 namespace {
 
 std::string besideProgram(const std::string& name) {
-    if (name.find_first_of("\\/") != std::string::npos) return name;
-    char program[MAX_PATH];
-    const std::string path(program, GetModuleFileNameA(nullptr, program, MAX_PATH));
-    return path.substr(0, path.rfind('\\') + 1) + name;
+    return name.find_first_of("\\/") == name.npos ? programFolder() + name : name;
 }
 
-struct Patch {
-    char* place;
-    char original;
-};
-
 }  // namespace
+
+std::string programFolder() {
+    char program[MAX_PATH];
+    const std::string path(program, GetModuleFileNameA(nullptr, program, MAX_PATH));
+    return path.substr(0, path.rfind('\\') + 1);
+}
 
 bool isLoaded(const std::string& name) { return GetModuleHandleA(name.c_str()) != nullptr; }
 
@@ -46,14 +46,14 @@ void* exportedBy(void* library, const char* name) {
     return address;
 }
 
-std::shared_ptr<void> hidesExports(void* library, const std::vector<std::string>& names) {
+std::shared_ptr<void> hidesExports(void* library, const std::set<std::string>& names) {
     auto* base = static_cast<char*>(library);
     const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
     const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS64*>(base + dos->e_lfanew);
     const auto& place = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT];
     const auto* exports = reinterpret_cast<const IMAGE_EXPORT_DIRECTORY*>(base + place.VirtualAddress);
     const auto* rows = reinterpret_cast<const DWORD*>(base + exports->AddressOfNames);
-    std::vector<Patch> patches;
+    std::vector<std::pair<char*, char>> patches;
     for (const auto& name : names) {
         for (DWORD i = 0; i < exports->NumberOfNames; ++i) {
             char* text = base + rows[i];
@@ -62,13 +62,13 @@ std::shared_ptr<void> hidesExports(void* library, const std::vector<std::string>
             char* last = text + name.size() - 1;
             DWORD old = 0;
             VirtualProtect(last, 1, PAGE_READWRITE, &old);
-            patches.push_back({last, *last});
+            patches.emplace_back(last, *last);
             *last = '\x01';
         }
     }
     if (patches.size() != names.size()) throw std::runtime_error("a name to hide is not exported");
     return {library, [patches](void*) {
-                for (const auto& patch : patches) *patch.place = patch.original;
+                for (const auto& [place, original] : patches) *place = original;
             }};
 }
 

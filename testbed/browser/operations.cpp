@@ -1,11 +1,11 @@
 // Slot numbers here are those of the published interfaces and of the extension's contract, written down once
 // more: they do not come from the classes that the module calls through.
-#include "browser/operations.h"
-
 #include <algorithm>
 
 #include "binding/interfaces/cookies.h"
 #include "binding/interfaces/streams.h"
+#include "binding/text.h"
+#include "binding/utf.h"
 #include "browser/base_window.h"
 #include "browser/browser.h"
 
@@ -14,20 +14,19 @@ namespace {
 
 constexpr nsresult kStreamClosed = 0x80470002;
 
-struct CookieObject : BedObject {
-    CookieObject(Browser& browser, Cookie cookie);
-    Cookie told;
-};
+/// Whether streams are of the generation that counts in 64 bits.
+bool isNewer(const Browser& browser) { return browser.options().version >= 17; }
 
-struct CookieList : BedObject {
-    explicit CookieList(Browser& browser);
-    std::size_t next = 0;
+/// A browser's object that does nothing but tell.
+template <class T>
+struct Holding : BedObject {
+    Holding(Browser& browser, const char* name, const Interface& primary, T what)
+        : BedObject(browser, name, primary), told(std::move(what)) {}
+    T told;
 };
-
-struct Uri : BedObject {
-    Uri(Browser& browser, std::string address);
-    std::string url;
-};
+using CookieObject = Holding<Cookie>;
+using CookieList = Holding<std::size_t>;  // the number of the next
+using Uri = Holding<std::string>;
 
 /// Gives an object that nobody but the module holds.
 nsresult giveNew(const Call& call, std::uint32_t n, BedObject& object, const nsIID& iid = nsISupports::kIID) {
@@ -55,30 +54,25 @@ nsresult visit(const Call& call, const Headers& headers) {
     return NS_OK;
 }
 
-/// Gives what stands under a name; a name under which nothing stands is an error.
-template <class Map>
-nsresult setFound(const Call& call, std::uint32_t n, const Map& map, const typename Map::key_type& name) {
-    const auto found = map.find(name);
-    return found == map.end() ? NS_ERROR_NOT_AVAILABLE : call.set(n, found->second);
-}
+template <class Operation>
+struct Meant;
+/// What an operation works on is the class of its second parameter.
+template <class Operation, class T>
+struct Meant<nsresult (Operation::*)(const Call&, T&) const> {
+    using Object = T;
+};
+template <auto Run>
+using ObjectOf = typename Meant<decltype(&decltype(Run)::operator())>::Object;
 
-/// An operation of an object of class T.
-template <class T, nsresult (*Run)(const Call&, T&)>
-nsresult of(const Call& call) {
-    return Run(call, call.as<T>());
-}
-/// An operation on the object of class T that is its argument number N.
-template <class T, std::uint32_t N, nsresult (*Run)(const Call&, T&)>
+constexpr std::uint32_t kSelf = ~0u;
+/// An operation on the object that is its argument number N, or on the one that is called.
+template <auto Run, std::uint32_t N = 0>
 nsresult on(const Call& call) {
-    T* object = call.object<T>(N);
+    auto* object = N == kSelf ? &call.as<ObjectOf<Run>>() : call.object<ObjectOf<Run>>(N);
     return object == nullptr ? NS_ERROR_FAILURE : Run(call, *object);
 }
-template <nsresult (*Run)(const Call&, Channel&)>
-constexpr auto onChannel = &on<Channel, 0, Run>;
-template <nsresult (*Run)(const Call&, Page&)>
-constexpr auto onPage = &on<Page, 0, Run>;
-template <nsresult (*Run)(const Call&, Event&)>
-constexpr auto onEvent = &on<Event, 0, Run>;
+template <auto Run>
+constexpr auto of = &on<Run, kSelf>;
 
 }  // namespace
 
@@ -116,70 +110,75 @@ namespace {
 constexpr Operation kServiceManagerRows[] = {{4, &Operations::getServiceByContract}};
 constexpr Operation kObserverServiceRows[] = {{3, &Operations::addObserver}, {4, &Operations::removeObserver}};
 
-constexpr Operation kCookieManagerRows[] = {{4, [](const Call& call) {
-                                                 return giveNew(call, 0, call.browser.make<CookieList>(),
-                                                                nsISimpleEnumerator::kIID);
-                                             }}};
-constexpr Operation kEnumeratorRows[] = {
-    {3, of<CookieList,
-           [](const Call& call, CookieList& list) {
-               return call.setBoolean(0, list.next < call.browser.cookies.size());
-           }>},
-    {4, of<CookieList, [](const Call& call, CookieList& list) {
-         const auto& cookies = call.browser.cookies;
-         if (list.next >= cookies.size()) return NS_ERROR_FAILURE;
-         return giveNew(call, 0, call.browser.make<CookieObject>(cookies[list.next++]));
-     }>}};
-template <nsresult (*Run)(const Call&, CookieObject&)>
-constexpr auto ofCookie = &of<CookieObject, Run>;
 constexpr Operation kCookieRows[] = {
-    {3, ofCookie<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.name); }>},
-    {4, ofCookie<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.value); }>},
-    {5, ofCookie<[](const Call& call, CookieObject& cookie) {
+    {3, of<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.name); }>},
+    {4, of<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.value); }>},
+    {5, of<[](const Call& call, CookieObject& cookie) {
          return call.setBoolean(0, cookie.told.host.starts_with('.'));
      }>},
-    {6, ofCookie<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.host); }>},
-    {7, ofCookie<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.path); }>},
-    {8,
-     ofCookie<[](const Call& call, CookieObject& cookie) { return call.setBoolean(0, cookie.told.secure); }>},
-    {9, ofCookie<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.expires); }>}};
+    {6, of<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.host); }>},
+    {7, of<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.path); }>},
+    {8, of<[](const Call& call, CookieObject& cookie) { return call.setBoolean(0, cookie.told.secure); }>},
+    {9, of<[](const Call& call, CookieObject& cookie) { return call.set(0, cookie.told.expires); }>}};
 
-template <nsresult (*Run)(const Call&, Upload&)>
-nsresult ofUpload(const Call& call) {
-    return Run(call, call.as<UploadStream>().upload);
-}
+constexpr Interface kCookie{"cookie", nsICookie::kIIDs[0], kCookieRows};
+
+constexpr Operation kEnumeratorRows[] = {
+    {3, of<[](const Call& call, CookieList& list) {
+         return call.setBoolean(0, list.told < call.browser.cookies.size());
+     }>},
+    {4, of<[](const Call& call, CookieList& list) {
+         const auto& cookies = call.browser.cookies;
+         if (list.told >= cookies.size()) return NS_ERROR_FAILURE;
+         const int version = call.browser.options().version;
+         auto& cookie = call.browser.make<CookieObject>("cookie", kSupports, cookies[list.told++]);
+         cookie.answersTo(kCookie, nsICookie::kIIDs[version < 19 ? 0 : version < 46 ? 1 : 2]);
+         return giveNew(call, 0, cookie);
+     }>}};
+constexpr Interface kEnumerator{"enumerator", nsISimpleEnumerator::kIID, kEnumeratorRows};
+
+constexpr Operation kCookieManagerRows[] = {{4, [](const Call& call) {
+                                                 auto& list = call.browser.make<CookieList>("cookie enumerator",
+                                                                                            kSupports, 0u);
+                                                 list.answersTo(kEnumerator);
+                                                 return giveNew(call, 0, list, nsISimpleEnumerator::kIID);
+                                             }}};
+
 constexpr Operation kInputStreamRows[] = {
-    {3, ofUpload<[](const Call&, Upload& upload) {
-         upload.closed = true;
+    {3, of<[](const Call&, UploadStream& stream) {
+         stream.upload.closed = true;
          return NS_OK;
      }>},
-    {4, ofUpload<[](const Call& call, Upload& upload) {
-         if (upload.closed) return kStreamClosed;
-         const std::uint64_t left = upload.claims.value_or(upload.bytes.size() - upload.position);
-         if (call.browser.options().version >= 17) return call.set(0, left);
+    {4, of<[](const Call& call, UploadStream& stream) {
+         if (stream.upload.closed) return kStreamClosed;
+         const std::uint64_t left =
+             stream.upload.claims.value_or(stream.upload.bytes.size() - stream.upload.position);
+         if (isNewer(call.browser)) return call.set(0, left);
          return call.set(0, static_cast<std::uint32_t>(std::min<std::uint64_t>(left, 0xFFFFFFFF)));
      }>},
-    {5, ofUpload<[](const Call& call, Upload& upload) {
-         if (upload.closed) return kStreamClosed;
-         const auto count = upload.bytes.copy(call.pointer<char>(0), call.number(1), upload.position);
-         upload.position += count;
+    {5, of<[](const Call& call, UploadStream& stream) {
+         if (stream.upload.closed) return kStreamClosed;
+         const auto count =
+             stream.upload.bytes.copy(call.pointer<char>(0), call.number(1), stream.upload.position);
+         stream.upload.position += count;
          return call.set(2, static_cast<std::uint32_t>(count));
      }>}};
 constexpr Operation kSeekableRows[] = {
-    {3, ofUpload<[](const Call& call, Upload& upload) {
-         if (call.number(0) != 0 || upload.bytes.size() < call.whole(1)) return NS_ERROR_FAILURE;
-         upload.position = call.whole(1);
+    {3, of<[](const Call& call, UploadStream& stream) {
+         if (call.number(0) != 0 || stream.upload.bytes.size() < call.whole(1)) return NS_ERROR_FAILURE;
+         stream.upload.position = call.whole(1);
          return NS_OK;
      }>},
-    {4, ofUpload<[](const Call& call, Upload& upload) { return call.set(0, upload.position); }>}};
+    {4, of<[](const Call& call, UploadStream& stream) { return call.set(0, stream.upload.position); }>}};
 constexpr Operation kUploadChannelRows[] = {
-    {4, of<Channel, [](const Call& call, Channel& channel) {
-         const bool older = call.browser.options().version < 17;
-         return call.give(0, channel.upload, older ? nsIInputStream::kIID : nsIInputStream::kIID17);
+    {4, of<[](const Call& call, Channel& channel) {
+         const bool newer = isNewer(call.browser);
+         return call.give(0, channel.upload, newer ? nsIInputStream::kIID17 : nsIInputStream::kIID);
      }>}};
-constexpr Operation kUriRows[] = {
-    {5, of<Uri, [](const Call& call, Uri& uri) { return call.set(0, uri.url); }>}};
-constexpr Operation kRequestorRows[] = {{3, of<DomWindow, [](const Call& call, DomWindow& window) {
+constexpr Operation kUriRows[] = {{5, of<[](const Call& call, Uri& uri) { return call.set(0, uri.told); }>}};
+/// The one object whose own operations stand behind its nsISupports pointer.
+constexpr Interface kUri{"helperUri", nsISupports::kIID, kUriRows};
+constexpr Operation kRequestorRows[] = {{3, of<[](const Call& call, DomWindow& window) {
                                              if (*call.pointer<const nsIID>(0) == kDocCharsetIID)
                                                  return call.give(1, &window.docShell);
                                              *call.pointer<void*>(1) = nullptr;
@@ -191,140 +190,113 @@ constexpr Operation kHelperRows[] = {{3, [](const Call& call) {
                                           return tab == nullptr ? NS_ERROR_NOT_AVAILABLE : call.give(0, tab);
                                       }}};
 constexpr Operation kHelper5Rows[] = {
-    {17, onEvent<[](const Call& call, Event& event) { return call.set(1, event.type); }>},
-    {19, on<EventTarget, 1, [](const Call& call, EventTarget& target) {
+    {17, on<[](const Call& call, Event& event) { return call.set(1, event.type); }>},
+    {19, on<[](const Call& call, EventTarget& target) {
          auto* listener = call.pointer<nsISupports>(2);
          if (call.number(3) != 1) call.browser.violates("a listener is added without capture");
          call.browser.callModule(StandInCall::addRef, listener);
          target.listeners.emplace_back(call.wide(0), listener);
          return NS_OK;
+     }, 1>},
+    {49, on<[](const Call& call, Channel& channel) { return call.set(1, channel.request.method); }>},
+    {57, [](const Call&) { return NS_ERROR_NOT_AVAILABLE; }},  // no body lies in a file
+    {59, on<[](const Call& call, Channel& channel) {
+         return giveNew(call, 1, call.browser.make<Uri>("uri", kUri, channel.request.url));
      }>},
-    {49, onChannel<[](const Call& call, Channel& channel) { return call.set(1, channel.request.method); }>},
-    {57, [](const Call& call) { return setFound(call, 1, call.browser.bodyFiles, call.text(0)); }},
-    {59, onChannel<[](const Call& call, Channel& channel) {
-         return giveNew(call, 1, call.browser.make<Uri>(channel.request.url));
-     }>},
-    {60, onChannel<[](const Call& call, Channel& channel) { return call.set(1, channel.request.loadFlags); }>},
-    {61, onChannel<[](const Call& call, Channel& channel) {
+    {60, on<[](const Call& call, Channel& channel) { return call.set(1, channel.request.loadFlags); }>},
+    {61, on<[](const Call& call, Channel& channel) {
          channel.cancels.push_back(call.number(1));
          return NS_OK;
      }>},
-    {62, onChannel<[](const Call& call, Channel& channel) {
+    {62, on<[](const Call& call, Channel& channel) {
          return channel.status == 0 ? NS_ERROR_NOT_AVAILABLE : call.set(1, channel.status);
      }>},
-    {63, onChannel<[](const Call& call, Channel& channel) {
+    {63, on<[](const Call& call, Channel& channel) {
          const auto value = channel.responseHeader(call.text(1));
          return value ? call.set(2, *value) : NS_ERROR_NOT_AVAILABLE;
      }>},
-    {64, onChannel<[](const Call& call, Channel& channel) {
+    {64, on<[](const Call& call, Channel& channel) {
          if (call.number(3) != 0) call.browser.violates("a response header is merged");
          channel.written.emplace_back(call.text(1), call.text(2));
          return NS_OK;
      }>},
-    {65, onChannel<[](const Call& call, Channel& channel) { return visit(call, channel.responseHeaders); }>},
-    {66, onEvent<[](const Call& call, Event& event) {
+    {65, on<[](const Call& call, Channel& channel) { return visit(call, channel.responseHeaders); }>},
+    {66, on<[](const Call& call, Event& event) {
          return event.page == nullptr ? NS_ERROR_FAILURE : call.give(1, event.page);
      }>},
-    {67, on<EventTarget, 1, [](const Call& call, EventTarget& target) {
+    {67, on<[](const Call& call, EventTarget& target) {
          const std::pair wanted(call.wide(0), call.pointer<nsISupports>(2));
          if (std::erase(target.listeners, wanted) == 0) return NS_ERROR_FAILURE;
          call.browser.callModule(StandInCall::release, wanted.second);
          return NS_OK;
-     }>},
-    {68, onChannel<[](const Call& call, Channel& channel) { return visit(call, channel.request.headers); }>},
+     }, 1>},
+    {68, on<[](const Call& call, Channel& channel) { return visit(call, channel.request.headers); }>},
     // The event target of a top-level window, or of a document's.
     {69, [](const Call& call) {
          if (auto* window = call.object<ChromeWindow>(0)) return call.give(1, &window->target);
          auto* window = call.object<DomWindow>(0);
          return window == nullptr ? NS_ERROR_FAILURE : call.give(1, &window->target);
      }},
-    {70, onChannel<[](const Call& call, Channel& channel) { return call.give(1, channel.request.page); }>},
-    {71, onPage<[](const Call& call, Page& page) {
+    {70, on<[](const Call& call, Channel& channel) { return call.give(1, channel.request.page); }>},
+    {71, on<[](const Call& call, Page& page) {
          call.set(1, page.window);
          call.set(2, page.tab);
          return call.set(3, page.nativeWindow);
      }>},
-    {72, onPage<[](const Call& call, Page& page) {
+    {72, on<[](const Call& call, Page& page) {
          call.set(1, page.url);
          return call.set(2, page.title);
      }>},
-    {73, onPage<[](const Call& call, Page& page) {
+    {73, on<[](const Call& call, Page& page) {
          const auto found = page.boxes.find(call.wide(1));
          if (found == page.boxes.end()) return NS_ERROR_NOT_AVAILABLE;
          for (std::uint32_t i = 0; i < 4; ++i) call.set(2 + i, found->second[i]);
          return NS_OK;
      }>},
-    {74, onPage<[](const Call& call, Page& page) { return call.give(1, &page.domWindow); }>},
-    {75, onEvent<[](const Call& call, Event& event) { return call.set(1, event.selectedLinks); }>}};
+    {74, on<[](const Call& call, Page& page) { return call.give(1, &page.domWindow); }>},
+    {75, on<[](const Call& call, Event& event) { return call.set(1, event.selectedLinks); }>}};
 constexpr Operation kHelper8Rows[] = {{3, &Operations::setHost}};
-constexpr Operation kHelper9Rows[] = {{3, on<Channel, 1, [](const Call& call, Channel& channel) {
+constexpr Operation kHelper9Rows[] = {{3, on<[](const Call& call, Channel& channel) {
                                            auto* listener = call.pointer<iZABSListener>(0);
                                            if (listener == nullptr) return NS_ERROR_FAILURE;
                                            call.browser.callModule(StandInCall::addRef, listener);
                                            channel.listeners.push_back(listener);
                                            return NS_OK;
-                                       }>}};
+                                       },
+                                             1>}};
 constexpr Operation kHelper11Rows[] = {{4, &Operations::refresh},
-                                       {7, on<Page, 1, [](const Call& call, Page& page) {
-                                            return setFound(call, 2, page.attributes, call.wide(0));
-                                        }>}};
+                                       {7, on<[](const Call& call, Page& page) {
+                                            const auto found = page.attributes.find(call.wide(0));
+                                            return found == page.attributes.end() ? NS_ERROR_NOT_AVAILABLE
+                                                                                  : call.set(2, found->second);
+                                        },
+                                              1>}};
 
-template <class T>
-constexpr Interface published(const char* name, std::span<const Operation> rows, const nsIID& iid = T::kIID) {
-    return {name, {&iid, 1}, rows};
-}
+constexpr Interface kRequestor{"interfaceRequestor", nsIInterfaceRequestor::kIID, kRequestorRows};
+constexpr Interface kInputStream{"inputStream", nsIInputStream::kIID, kInputStreamRows};
+constexpr Interface kSeekable{"seekableStream", nsISeekableStream::kIID, kSeekableRows};
+constexpr Interface kUploadChannel{"uploadChannel", nsIUploadChannel::kIID, kUploadChannelRows};
 
-constexpr Interface kObserverService = published<nsIObserverService>("observerService", kObserverServiceRows);
-constexpr Interface kRequestor = published<nsIInterfaceRequestor>("interfaceRequestor", kRequestorRows);
-constexpr Interface kCookieManager = published<nsICookieManager>("cookieManager", kCookieManagerRows);
-constexpr Interface kEnumerator = published<nsISimpleEnumerator>("enumerator", kEnumeratorRows);
-constexpr Interface kCookies[] = {published<nsICookie>("cookie", kCookieRows, nsICookie::kIIDs[0]),
-                                  published<nsICookie>("cookie", kCookieRows, nsICookie::kIIDs[1]),
-                                  published<nsICookie>("cookie", kCookieRows, nsICookie::kIIDs[2])};
-constexpr Interface kInputStreams[] = {
-    published<nsIInputStream>("inputStream", kInputStreamRows),
-    published<nsIInputStream>("inputStream", kInputStreamRows, nsIInputStream::kIID17)};
-constexpr Interface kSeekables[] = {
-    published<nsISeekableStream>("seekableStream", kSeekableRows),
-    published<nsISeekableStream>("seekableStream", kSeekableRows, nsISeekableStream::kIIDBefore17)};
-constexpr Interface kUploadChannels[] = {published<nsIUploadChannel>("uploadChannel", kUploadChannelRows),
-                                         published<nsIUploadChannel17>("uploadChannel", kUploadChannelRows)};
-constexpr Interface kHelper = published<iZABHelper>("helper", kHelperRows);
-constexpr Interface kHelper5 = published<iZABHelper5>("helper5", kHelper5Rows);
-constexpr Interface kHelper8 = published<iZABHelper8>("helper8", kHelper8Rows);
-constexpr Interface kHelper9 = published<iZABHelper9>("helper9", kHelper9Rows);
-constexpr Interface kHelper11 = published<iZABHelper11>("helper11", kHelper11Rows);
-/// The one object whose own operations stand behind its nsISupports pointer.
-constexpr Interface kUri = published<nsISupports>("helperUri", kUriRows);
-
-constexpr Service kServices[] = {{nsIObserverService::kContract, &kObserverService},
-                                 {nsICookieManager::kContract, &kCookieManager},
-                                 {iZABHelper::kContract, &kHelper},
-                                 {iZABHelper5::kContract, &kHelper5},
-                                 {iZABHelper8::kContract, &kHelper8},
-                                 {iZABHelper9::kContract, &kHelper9},
-                                 {iZABHelper11::kContract, &kHelper11}};
-
-CookieObject::CookieObject(Browser& browser, Cookie cookie)
-    : BedObject(browser, "cookie"), told(std::move(cookie)) {
-    const int version = browser.options().version;
-    answersTo(kCookies[version < 19 ? 0 : version < 46 ? 1 : 2]);
-}
-
-CookieList::CookieList(Browser& browser) : BedObject(browser, "cookie enumerator") { answersTo(kEnumerator); }
-
-Uri::Uri(Browser& browser, std::string address) : BedObject(browser, "uri", kUri), url(std::move(address)) {}
+constexpr Service kServices[] = {
+    {nsIObserverService::kContract, {"observerService", nsIObserverService::kIID, kObserverServiceRows}},
+    {nsICookieManager::kContract, {"cookieManager", nsICookieManager::kIID, kCookieManagerRows}},
+    {iZABHelper::kContract, {"helper", iZABHelper::kIID, kHelperRows}},
+    {iZABHelper5::kContract, {"helper5", iZABHelper5::kIID, kHelper5Rows}},
+    {iZABHelper8::kContract, {"helper8", iZABHelper8::kIID, kHelper8Rows}},
+    {iZABHelper9::kContract, {"helper9", iZABHelper9::kIID, kHelper9Rows}},
+    {iZABHelper11::kContract, {"helper11", iZABHelper11::kIID, kHelper11Rows}}};
 
 }  // namespace
 
-const Interface kServiceManager = published<nsIServiceManager>("serviceManager", kServiceManagerRows);
+const Interface kServiceManager{"serviceManager", nsIServiceManager::kIID, kServiceManagerRows};
 
 std::span<const Service> services() { return kServices; }
 
 UploadStream::UploadStream(Browser& browser, Upload told)
     : BedObject(browser, "upload stream"), upload(std::move(told)) {
-    answersTo(kInputStreams[browser.options().version >= 17]);
-    if (upload.seekable) answersTo(kSeekables[upload.oldestSeekable]);
+    answersTo(kInputStream, isNewer(browser) ? nsIInputStream::kIID17 : nsIInputStream::kIID);
+    if (upload.seekable)
+        answersTo(kSeekable, upload.oldestSeekable ? nsISeekableStream::kIIDBefore17 : nsISeekableStream::kIID);
 }
 
 DomWindow::DomWindow(Browser& browser)
@@ -336,8 +308,26 @@ DomWindow::DomWindow(Browser& browser)
 
 Channel::Channel(Browser& browser, Request told)
     : BedObject(browser, "channel of " + told.url), request(std::move(told)) {
-    answersTo(kUploadChannels[browser.options().version >= 17]);
+    answersTo(kUploadChannel, isNewer(browser) ? nsIUploadChannel17::kIID : nsIUploadChannel::kIID);
     if (request.upload) upload = &browser.make<UploadStream>(*request.upload);
+}
+
+Page::Page(Browser& browser, std::string address, std::u16string pageTitle, std::uint64_t documentId)
+    : EventTarget(browser, "page " + address),
+      url(std::move(address)),
+      title(std::move(pageTitle)),
+      domWindow(browser.make<DomWindow>()) {
+    attributes[u"zabmzcc-ext-docid"] = utf16FromUtf8(std::to_string(documentId));
+}
+
+ChromeWindow::ChromeWindow(Browser& browser)
+    : BedObject(browser, "window"), target(browser.make<EventTarget>()) {}
+
+std::optional<std::string> Channel::responseHeader(std::string_view name) const {
+    for (const auto* headers : {&written, &responseHeaders})
+        for (const auto& [key, value] : *headers)
+            if (equalsIgnoringCase(key, name)) return value;
+    return std::nullopt;
 }
 
 }  // namespace zab::testbed

@@ -1,5 +1,3 @@
-#include "browser/runtime_library.h"
-
 #include "browser/library.h"
 
 namespace zab::testbed {

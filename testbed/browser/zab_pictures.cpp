@@ -17,7 +17,6 @@ using namespace zab::testbed;
 
 constexpr wchar_t kFace[] = L"DejaVu Sans";
 constexpr LONG kFontHeight = -12;  // pixels of a letter's square
-constexpr Area kSecondWindow{340, 320, 980, 760};
 
 /// What programs and menus of this process write in from now on. False: the file has no such font.
 bool usesFont(const char* file) {
@@ -33,37 +32,29 @@ bool usesFont(const char* file) {
     return SystemParametersInfoW(SPI_SETNONCLIENTMETRICS, sizeof(metrics), &metrics, 0) != FALSE;
 }
 
-/// The pictures that are taken, in a folder.
-class Pictures {
-  public:
-    explicit Pictures(std::string folder) : folder_(std::move(folder)) {}
+std::string g_folder;  // of the pictures
 
-    /// Whether somebody took it.
-    [[nodiscard]] bool takes(const std::string& name) const {
-        const std::string wanted = folder_ + "\\" + name + ".wanted";
-        serves([] { return false; }, std::chrono::milliseconds(500));  // everything is drawn
-        std::ofstream(wanted) << name;
-        return serves([&] { return GetFileAttributesA(wanted.c_str()) == INVALID_FILE_ATTRIBUTES; });
-    }
-    /// The same with the menu of a button open.
-    [[nodiscard]] bool takesMenu(NativeWindow button, const std::string& name) const {
-        const bool taken = !meanwhile([&] { return opensMenu(button); }).empty() && takes(name);
-        beside([&] { leavesMenu(button); });
-        return taken;
-    }
+/// Whether somebody took it.
+bool takes(const std::string& name) {
+    const std::string wanted = g_folder + "\\" + name + ".wanted";
+    serves([] { return false; }, std::chrono::milliseconds(500));  // everything is drawn
+    std::ofstream(wanted) << name;
+    return serves([&] { return GetFileAttributesA(wanted.c_str()) == INVALID_FILE_ATTRIBUTES; });
+}
 
-  private:
-    std::string folder_;
-};
+/// The same with the menu of a button open.
+bool takesMenu(NativeWindow button, const std::string& name) {
+    const bool taken = !meanwhile([&] { return opensMenu(button); }).empty() && takes(name);
+    beside([&] { leavesMenu(button); });
+    return taken;
+}
 
-/// A body that a page loads, with all of it or, for a file, with the size that its header tells.
+/// A body that a page loads; of a file the size that its header tells.
 void loads(Browser& browser, Page& page, const std::string& name, std::string_view body, const char* size) {
     auto& channel =
         browser.requests({.url = "http://films.example/" + name, .loadFlags = kEmbedded, .page = &page});
-    const bool isList = name.ends_with(".m3u8");
-    browser.answers(channel, 200,
-                    {{"Content-Type", isList ? "application/vnd.apple.mpegurl" : "video/mp4"},
-                     {"Content-Length", isList ? std::to_string(body.size()) : size}});
+    const char* type = body.empty() ? "video/mp4" : "application/vnd.apple.mpegurl";
+    browser.answers(channel, 200, {{"Content-Type", type}, {"Content-Length", size}});
     browser.receives(channel, body);
     browser.finishes(channel);
 }
@@ -80,9 +71,9 @@ void playsFilm(Browser& browser, Page& page) {
     constexpr std::string_view kSegments =
         "#EXTM3U\n#EXT-X-TARGETDURATION:2750\n#EXT-X-MAP:URI=\"map.mp4\"\n#EXTINF:2730,\n1.mp4\n"
         "#EXTINF:2742,\n2.mp4\n#EXT-X-ENDLIST\n";
-    loads(browser, page, "sea/master.m3u8", kMaster, "");
+    loads(browser, page, "sea/master.m3u8", kMaster, "406");
     for (const char* list : {"sea/1080.m3u8", "sea/en.m3u8", "sea/de.m3u8"})
-        loads(browser, page, list, kSegments, "");
+        loads(browser, page, list, kSegments, "115");
     loads(browser, page, "trailer.mp4", {}, "44040192");
 }
 
@@ -95,12 +86,7 @@ Page& opens(Browser& browser, const TopWindow& window, std::string url, std::u16
     return page;
 }
 
-void placesSecond(const TopWindow& window) {
-    SetWindowPos(reinterpret_cast<HWND>(window.handle()), HWND_TOP, kSecondWindow.left, kSecondWindow.top, 0, 0,
-                 SWP_NOSIZE);
-}
-
-bool takesAll(const Pictures& pictures) {
+bool takesAll() {
     SettingsTree settings;
     settings.setCompanions();
     TopWindow window(u"http://films.example/sea.html", u"A day at the sea");
@@ -109,14 +95,13 @@ bool takesAll(const Pictures& pictures) {
     auto& page = opens(browser, window, "http://films.example/sea.html", u"A day at the sea", 17);
     playsFilm(browser, page);
     const auto buttons = window.buttons();
-    if (buttons.size() != 1 || !pictures.takes("button") || !pictures.takesMenu(buttons.front(), "menu"))
-        return false;
+    if (buttons.size() != 1 || !takes("button") || !takesMenu(buttons.front(), "menu")) return false;
     {
         TopWindow other(u"http://films.example/shore.html", u"Along the shore");
-        placesSecond(other);
+        SetWindowPos(reinterpret_cast<HWND>(other.handle()), HWND_TOP, 340, 320, 0, 0, SWP_NOSIZE);
         auto& shore = opens(browser, other, "http://films.example/shore.html", u"Along the shore", 18);
         loads(browser, shore, "shore.mp4", {}, "262144000");
-        if (window.buttons().size() + other.buttons().size() != 2 || !pictures.takes("windows")) return false;
+        if (window.buttons().size() + other.buttons().size() != 2 || !takes("windows")) return false;
         browser.fires(u"unload", shore);
     }
     browser.mouse(u"mousedown", &page);
@@ -125,7 +110,7 @@ bool takesAll(const Pictures& pictures) {
     browser.mouse(u"mouseup", &page,
                   u"http://films.example/holiday%20pictures.zip\nhttp://films.example/map.pdf\n"
                   u"http://films.example/music.zip");
-    const bool taken = pictures.takesMenu(window.buttons().back(), "popup");
+    const bool taken = takesMenu(window.buttons().back(), "popup");
     browser.mouse(u"mousedown", &page);
     browser.fires(u"unload", page);
     return taken;
@@ -138,5 +123,6 @@ int main(int argc, char** argv) {
         std::cerr << "zab_pictures FOLDER FONT: a folder for what is wanted, and the file of DejaVu Sans\n";
         return 2;
     }
-    return takesAll(Pictures(argv[1])) ? 0 : 1;
+    g_folder = argv[1];
+    return takesAll() ? 0 : 1;
 }

@@ -13,29 +13,14 @@ constexpr std::size_t kUrlWidth = 38;
 constexpr int kLabelWidth = 32;
 
 // The elements of the extra data, by index.
-constexpr struct {
-    std::string_view name;
-    bool isSecret = false;
-} kExtra[] = {{"user agent"},
-              {"local copy"},
-              {"page title"},
-              {"type hint"},
-              {"POST content type"},
-              {"content type"},
-              {"size"},
-              {"page"},
-              {"reserved"},
-              {"page cookies", true},
-              {"page user", true},
-              {"page password", true},
-              {"second page"},
-              {"extra"},
-              {"cookies 2", true},
-              {"second user", true},
-              {"second password", true},
-              {"description"},
-              {"accept language"}};
-constexpr std::string_view kSecretArguments[] = {"cookies", "user", "password"};
+constexpr std::string_view kExtra[] = {
+    "user agent", "local copy",  "page title",      "type hint",   "POST content type", "content type", "size",
+    "page",       "reserved",    "page cookies",    "page user",   "page password",     "second page",  "extra",
+    "cookies 2",  "second user", "second password", "description", "accept language"};
+
+bool isSecret(std::string_view name) {
+    return name.find("cookies") != name.npos || name.ends_with("user") || name.ends_with("password");
+}
 
 std::string hexadecimal(std::uint32_t number) {
     std::ostringstream text;
@@ -62,9 +47,9 @@ json claim(std::vector<json>& transfers, const Row& row) {
     return line;
 }
 
-std::string verdictOn(const std::string& sha256, const Row& row) {
-    if (sha256 != row.expects("sha256")) return sha256.empty() ? "NONE" : "WRONG";
-    if (sha256.empty()) return "not fetched";
+std::string verdictOn(const std::string& file, const Row& row) {
+    if (file != row.expects("file")) return file.empty() ? "NONE" : "WRONG";
+    if (file.empty()) return "not fetched";
     const std::string lacking = row.expects("lacks");
     return lacking.empty() ? "right" : "no " + lacking;
 }
@@ -80,21 +65,19 @@ std::string shortened(const std::string& text, std::size_t width) {
     return text.substr(0, head) + "..." + text.substr(text.size() - (width - 3 - head));
 }
 
-void printArgument(std::ostream& out, std::string_view name, const json& value, bool isSecret) {
+void printArgument(std::ostream& out, std::string_view name, const json& value) {
     const std::string text = value.is_string() ? value.get<std::string>() : value.dump();
     if (value.is_null() || text.empty()) return;
-    out << "      " << std::left << std::setw(18) << name << (isSecret ? "(masked)" : shortened(text, 90))
+    out << "      " << std::left << std::setw(18) << name << (isSecret(name) ? "(masked)" : shortened(text, 90))
         << '\n';
 }
 
 void printReceived(std::ostream& out, const json& received) {
     for (const auto& [name, value] : received.items())
-        if (value.is_primitive())
-            printArgument(out, name, value, std::ranges::count(kSecretArguments, name) != 0);
+        if (value.is_primitive()) printArgument(out, name, value);
     const json extra = received.value("extraData", json::array());
-    if (!extra.is_array()) return;
-    for (std::size_t i = 0; i < std::min(extra.size(), std::size(kExtra)); ++i)
-        printArgument(out, kExtra[i].name, extra[i], kExtra[i].isSecret);
+    for (std::size_t i = 0; extra.is_array() && i < std::min(extra.size(), std::size(kExtra)); ++i)
+        printArgument(out, kExtra[i], extra[i]);
 }
 
 void printMenu(std::ostream& out, std::string_view mark, const json& entries) {
@@ -113,8 +96,6 @@ void Row::compare(const char* what, const std::string& is, const std::string& wa
 
 std::string Row::expects(const char* member) const { return textOf(expected, member); }
 
-std::string fileOf(const std::string& sha256) { return sha256.substr(0, 12); }
-
 void settle(std::vector<Row>& rows, std::vector<json> transfers) {
     for (Row& row : rows) {
         if (row.outcome != "transfer" || row.expected.is_null()) continue;
@@ -124,12 +105,12 @@ void settle(std::vector<Row>& rows, std::vector<json> transfers) {
             row.faults.push_back("the download manager got nothing");
             continue;
         }
-        const std::string sha256 = textOf(row.received.value("download", json::object()), "sha256");
+        const std::string file = textOf(row.received.value("download", json::object()), "file");
         row.flags = row.received.value("flags", 0u);
-        row.file = verdictOn(sha256, row);
+        row.file = verdictOn(file, row);
         row.compare("flags", hexadecimal(row.flags), hexadecimal(row.expected.value("flags", 0u)));
         row.compare("file name", textOf(row.received, "fileName"), row.expects("fileName"));
-        row.compare("file of the download manager", fileOf(sha256), fileOf(row.expects("sha256")));
+        row.compare("file of the download manager", file, row.expects("file"));
     }
     for (json& transfer : transfers)
         rows.push_back({.url = textOf(transfer, "url"),

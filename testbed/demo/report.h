@@ -28,9 +28,6 @@ struct Row {
     [[nodiscard]] std::string expects(const char* member) const;
 };
 
-/// What a file is called in a fault: its hash says little, so only its beginning stands there.
-std::string fileOf(const std::string& sha256);
-
 /// Gives each transfer to the row that it belongs to. One that belongs to none is a row with a fault.
 void settle(std::vector<Row>& rows, std::vector<json> transfers);
 

@@ -18,8 +18,9 @@
 #include "browser/desktop.h"
 #include "browser/hands.h"
 #include "demo/report.h"
+#include "demo/web_client.h"
+#include "site/fingerprint.h"
 #include "web/url_resolve.h"
-#include "web_client/web_client.h"
 
 namespace {
 
@@ -67,16 +68,10 @@ std::string fileNameOf(void* module) {
 
 class Program {
   public:
-    explicit Program(BrowserOptions options) : browser_(std::move(options)) {
-        browser_.startsUp();
+    explicit Program(BrowserOptions options) : browser(std::move(options)) {
+        browser.startsUp();
         std::cout << fileNameOf(nullptr) << ' ' << zab::utf8FromUtf16(programVersion()) << " with "
-                  << fileNameOf(browser_.runtime().handle()) << "\n\n";
-    }
-
-    void keeps(const json& cookies) {
-        for (const json& cookie : cookies)
-            browser_.cookies.push_back(
-                {.name = cookie.at("name"), .value = cookie.at("value"), .host = cookie.at("host")});
+                  << fileNameOf(browser.runtime().handle()) << "\n\n";
     }
 
     /// Makes an exchange, or does what the user does instead.
@@ -98,16 +93,15 @@ class Program {
     /// Every page goes away. What the module still holds then, and what no browser would survive; empty is
     /// right.
     std::string leavesAllPages() {
-        for (const auto& [id, page] : pages_) {
-            browser_.mouse(u"unload", page);
-            browser_.unloads(zab::utf16FromUtf8(std::to_string(id)));
-        }
-        std::string wrong = browser_.unbalanced();
-        for (const auto& violation : browser_.violations()) wrong += violation + "; ";
+        for (const auto& [id, page] : pages_) leaves(*page);
+        std::string wrong = browser.unbalanced();
+        for (const auto& violation : browser.violations()) wrong += violation + "; ";
         return wrong;
     }
 
     std::vector<Row> rows;
+    std::optional<TopWindow> window{};  // opens with the first page that is shown
+    Browser browser;
 
     /// What the button of a page offers, as the button library was told it.
     static json entriesOf(std::uint64_t page) {
@@ -165,11 +159,11 @@ class Program {
     /// The extension hands the page over with the cookies that it knows for it.
     void downloadsAll(const json& step) {
         const auto passed = [this](const json& text) {
-            return PassedText(browser_.runtime(), zab::utf16FromUtf8(text.get<std::string>()));
+            return PassedText(browser.runtime(), zab::utf16FromUtf8(text.get<std::string>()));
         };
         const PassedText markup = passed(step.at("downloadsAll")), url = passed(step.at("page").at("url")),
                          cookies = passed(step.at("cookies"));
-        browser_.intoModule([&] { return browser_.module().DownloadAllWithZAB(markup, url, cookies); });
+        browser.intoModule([&] { return browser.module().DownloadAllWithZAB(markup, url, cookies); });
         asTransfer(newRow("ALL", step.at("url")), step.at("url"));
     }
 
@@ -211,10 +205,10 @@ class Program {
     /// One request and its answer; gives the URL that it redirects to, or nothing.
     std::string hops(const Request& request, const WebRequest& web, const std::string& closing) {
         Row& row = newRow(request.method, request.url);
-        browser_.takesDebugLines();
-        auto* window = closing == "window" ? &browser_.opensWindow() : nullptr;
-        auto& channel = browser_.requests(request);
-        if (!closing.empty()) closes(channel, window, row);
+        browser.takesDebugLines();
+        auto* closed = closing == "window" ? &browser.opensWindow() : nullptr;
+        auto& channel = browser.requests(request);
+        if (!closing.empty()) closes(channel, closed, row);
         std::string next;
         if (channel.cancelled()) {
             if (request.url == kSentinel) {
@@ -230,16 +224,16 @@ class Program {
             }
         }
         row.compare("outcome", row.outcome, row.expects("outcome"));
-        row.reason = reasonIn(browser_.takesDebugLines());
-        browser_.finishes(channel);
+        row.reason = reasonIn(browser.takesDebugLines());
+        browser.finishes(channel);
         // The button of a page that is shown keeps it.
         if (!row.expected.is_object() || !row.expected.value("shown", false))
-            row.compare("held by the module afterwards", browser_.unbalanced(), "");
+            row.compare("held by the module afterwards", browser.unbalanced(), "");
         return next;
     }
 
     std::string answered(Channel& channel, const WebAnswer& answer, Row& row) {
-        browser_.answers(channel, answer.status, answer.headers);
+        browser.answers(channel, answer.status, answer.headers);
         const auto location = channel.responseHeader("Location");
         if (!channel.written.empty())
             for (const auto& [name, value] : answer.headers)
@@ -247,26 +241,29 @@ class Program {
         if (channel.cancelled()) asTransfer(row, channel.request.url);
         const bool moves = location && answer.status / 100 == 3;
         const std::string_view body = moves || channel.cancelled() ? "" : std::string_view(answer.body);
-        browser_.receives(channel, body, kPacketBytes);
-        row.compare("file of the browser", fileOf(body.empty() ? "" : sha256Of(body)),
-                    fileOf(row.expects("browserSha256")));
+        browser.receives(channel, body, kPacketBytes);
+        row.compare("file of the browser", body.empty() ? "" : zab::site::fingerprintOf(body),
+                    row.expects("browserFile"));
         return moves && !channel.cancelled() ? zab::resolveUrl(channel.request.url, *location) : "";
     }
 
+    void leaves(Page& page) {
+        browser.mouse(u"unload", &page);
+        browser.unloads(page.attributes.at(u"zabmzcc-ext-docid"));
+    }
+
     /// The page goes away before the answer, and with it what the load belongs to.
-    void closes(Channel& channel, ChromeWindow* window, Row& row) {
+    void closes(Channel& channel, ChromeWindow* closed, Row& row) {
         if (Page* page = std::exchange(channel.request.page, nullptr)) {
-            const auto known = std::ranges::find(pages_, page, [](const auto& entry) { return entry.second; });
-            browser_.mouse(u"unload", page);
-            browser_.unloads(zab::utf16FromUtf8(std::to_string(known->first)));
+            leaves(*page);
+            std::erase_if(pages_, [&](const auto& entry) { return entry.second == page; });
             Browser::dropsPage(*page);
-            pages_.erase(known);
         }
-        if (window == nullptr) return;
-        browser_.closesWindow(*window);
-        row.compare("listeners on the closed window", std::to_string(window->target.listeners.size()), "0");
-        window->target.letGo();
-        window->letGo();
+        if (closed == nullptr) return;
+        browser.closesWindow(*closed);
+        row.compare("listeners on the closed window", std::to_string(closed->target.listeners.size()), "0");
+        closed->target.letGo();
+        closed->letGo();
     }
 
     Page* pageOf(const json& exchange) {
@@ -274,21 +271,15 @@ class Program {
         if (told == exchange.end()) return nullptr;
         const auto id = told->value("id", std::uint64_t{0});
         auto& page = pages_[id];
-        if (page == nullptr) page = &browser_.opensPage({}, {}, id);
+        if (page == nullptr) page = &browser.opensPage({}, {}, id);
         page->url = told->value("url", "");
         page->title = zab::utf16FromUtf8(told->value("title", ""));
-        if (told->value("shown", false)) page->nativeWindow = window().handle();
+        if (!told->value("shown", false)) return page;
+        if (!window) window.emplace();
+        page->nativeWindow = window->handle();
         return page;
     }
 
-    /// Opens with the first page that is shown.
-    TopWindow& window() {
-        if (!window_) window_.emplace();
-        return *window_;
-    }
-
-    std::optional<TopWindow> window_;
-    Browser browser_;
     std::map<std::uint64_t, Page*> pages_;  // by document ID
     json toCome_;                           // what is expected of this step still; null: nobody knows
 };
@@ -301,15 +292,20 @@ void laysOut(SettingsTree& tree, const json& settings, const std::filesystem::pa
                           : tree.set(path, value.get<std::uint32_t>());
 }
 
-/// The download manager writes a line when a download has ended, so the last ones may be late.
-std::vector<json> awaitTransfers(const std::filesystem::path& path, std::ptrdiff_t count) {
-    for (int tries = 0;; ++tries) {
-        std::vector<json> lines;
-        std::ifstream file(path, std::ios::binary);
-        for (std::string line; std::getline(file, line) && !file.eof();) lines.push_back(json::parse(line));
-        if (std::ssize(lines) >= count || tries == 200) return lines;
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+/// What the download manager noted, with what it leads to when it is downloaded.
+std::vector<json> transfersIn(const std::filesystem::path& path) {
+    std::vector<json> lines;
+    std::ifstream file(path, std::ios::binary);
+    for (std::string text; std::getline(file, text);) {
+        json& line = lines.emplace_back(json::parse(text));
+        g_secondsLeft = kPatienceSeconds;
+        try {
+            line["download"]["file"] = zab::site::fingerprintOf(downloadOf(line));
+        } catch (const std::exception& error) {
+            line["error"] = error.what();
+        }
     }
+    return lines;
 }
 
 /// Whether everything came as it is expected.
@@ -321,16 +317,15 @@ bool run(const BrowserOptions& options, const std::filesystem::path& listFile, b
     std::filesystem::remove(transfers);
     if (list.contains("settings")) laysOut(settings.emplace(), list["settings"], transfers);
     Program program(options);
-    program.keeps(list.value("cookies", json::array()));
+    for (const json& cookie : list.value("cookies", json::array()))
+        program.browser.cookies.push_back(
+            {.name = cookie.at("name"), .value = cookie.at("value"), .host = cookie.at("host")});
     for (const auto& step : list.at("exchanges")) program.plays(step);
     std::vector<PageOffer> offers;
     for (const auto& offer : list.value("offers", json::array()))
         offers.push_back({offer.at("title"), Program::entriesOf(offer.at("page")), offer.at("entries")});
     const std::string wrong = program.leavesAllPages();
-    if (settings) {
-        const auto taken = std::ranges::count(program.rows, "transfer", &Row::outcome);
-        settle(program.rows, awaitTransfers(transfers, taken));
-    }
+    if (settings) settle(program.rows, transfersIn(transfers));
     bool isExpected = printTable(std::cout, program.rows, verbose);
     isExpected &= printOffers(std::cout, offers);
     if (!wrong.empty()) std::cout << "NO  at the end: " << wrong << '\n';

@@ -10,6 +10,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -80,6 +81,13 @@ struct Desk {
 
     /// One call of what Windows would do: whether it fails. Named for what is asked ("setting Extensions").
     std::function<bool(const std::string& step)> fails = [](const std::string&) { return false; };
+
+    template <class Value>
+    [[nodiscard]] std::optional<Value> setting(const std::string& path) const {
+        const auto found = settings.find(path);
+        const auto* value = found == settings.end() ? nullptr : std::get_if<Value>(&found->second);
+        return value != nullptr ? std::optional(*value) : std::nullopt;
+    }
 
     WindowHandle opensWindow(DeskWindow window) {
         windows.emplace(++lastWindow, std::move(window));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 #include <optional>
+#include <span>
 
 #include "binding/browser_text_win32.h"
 #include "binding/browser_version.h"
@@ -32,28 +33,14 @@ namespace {
 Desk* g_desk = nullptr;
 
 /// Whether the memory that the module asks for cannot be had.
-bool memoryFails() {
-    if (g_desk == nullptr || !g_desk->memoryMayFail) return false;
-    return g_desk->fails("malloc");
-}
+bool memoryFails() { return g_desk != nullptr && g_desk->memoryMayFail && g_desk->fails("malloc"); }
 
 std::optional<std::string> textAt(const std::string& path) {
-    if (desk().fails("setting " + path)) return std::nullopt;
-    const auto found = desk().settings.find(path);
-    const auto* text = found == desk().settings.end() ? nullptr : std::get_if<std::string>(&found->second);
-    return text != nullptr ? std::optional(*text) : std::nullopt;
+    return desk().fails("setting " + path) ? std::nullopt : desk().setting<std::string>(path);
 }
 
 std::optional<std::uint32_t> numberAt(const std::string& path) {
-    if (desk().fails("setting " + path)) return std::nullopt;
-    const auto found = desk().settings.find(path);
-    const auto* number = found == desk().settings.end() ? nullptr : std::get_if<std::uint32_t>(&found->second);
-    return number != nullptr ? std::optional(*number) : std::nullopt;
-}
-
-bool hasKey(const std::string& path) {
-    return std::ranges::any_of(desk().settings,
-                               [&](const auto& row) { return row.first.starts_with(path + "\\"); });
+    return desk().fails("setting " + path) ? std::nullopt : desk().setting<std::uint32_t>(path);
 }
 
 constexpr const char* kIntegration = "ZABBI\\zab_scenarios\\int";
@@ -90,7 +77,6 @@ extern "C" __attribute__((visibility("default"))) void ZabDesk_Sit(Desk* desk) {
 }
 
 }  // namespace testbed
-
 }  // namespace zab
 
 /// Of this library alone; what it gives is freed like any other memory of the process.
@@ -154,11 +140,11 @@ std::uint32_t GetPanelViewFlag() noexcept {
 std::optional<std::string> extensionList() { return textAt("Extensions"); }
 std::optional<std::string> exePathNarrow() { return textAt("ExePath"); }
 std::optional<std::u16string> exePath() {
-    const auto path = textAt("ExePath");
+    const auto path = exePathNarrow();
     return path ? std::optional(utf16FromUtf8(*path)) : std::nullopt;
 }
 CExceptionServersList readExceptionServers(const TextValue& value) {
-    return CExceptionServersList(textAt(value.name).value_or(std::string{}));
+    return CExceptionServersList(textAt(value.name).value_or(""));
 }
 
 const MessageTexts& messageTexts() {
@@ -202,10 +188,9 @@ Keys keysDown() {
     return held;
 }
 
-bool isSet(const char* name) { return numberAt(std::string("SpecialKeys\\") + name).value_or(0) != 0; }
+bool isSet(const std::string& name) { return numberAt("SpecialKeys\\" + name).value_or(0) != 0; }
 
-template <std::size_t N>
-Keys configured(const KeySetting (&settings)[N]) {
+Keys configured(std::span<const KeySetting> settings) {
     Keys keys = 0;
     for (const auto& setting : settings)
         if (isSet(setting.name)) keys |= setting.key;
@@ -259,11 +244,10 @@ void postClose(WindowHandle window) noexcept {
     guarded([&] { desk().posted.emplace_back([window] { desk().destroys(window); }); });
 }
 void postMove(WindowHandle button, const PixelRect& rect) noexcept {
-    guarded([&] {
-        desk().posted.emplace_back([=] {
-            if (isOpen(button)) desk().windows[button].rect = rect;
-        });
-    });
+    const auto move = [=] {
+        if (isOpen(button)) desk().windows[button].rect = rect;
+    };
+    guarded([&] { desk().posted.emplace_back(move); });
 }
 std::optional<WindowFacts> windowFactsOf(WindowHandle browserWindow) noexcept {
     return guarded(std::optional<WindowFacts>{}, [&]() -> std::optional<WindowFacts> {
@@ -326,8 +310,9 @@ bool sendEntry(WindowHandle controller, std::unique_ptr<MediaEntry> entry) noexc
 
 EntryFate entryFate(std::string_view pageUrl, std::string_view extension, std::uint64_t size) {
     PanelValues values;
-    values.keyOpen = testbed::hasKey(testbed::kPanel);
     const std::string key = std::string(testbed::kPanel) + "\\";
+    values.keyOpen =
+        std::ranges::any_of(desk().settings, [&](const auto& row) { return row.first.starts_with(key); });
     values.everyType = numberAt(key + "!ALL!") == 1u;
     if (const auto name = panelValueName(extension); values.keyOpen && name && !values.everyType) {
         values.type = numberAt(key + *name);

@@ -25,13 +25,12 @@ namespace {
 using testbed::desk;
 
 testbed::Told toldOf(const TransferRecord& record, BrowserAccess& access) {
-    const bool posts = !record.postBody.empty();
     const ExtraDataSource source{.userAgent = record.userAgent,
                                  .bodyFile = {},
                                  .pageTitle = record.pageTitle,
                                  .typeHint = record.typeHint,
                                  .postContentType = record.postContentType,
-                                 .postGiven = posts,
+                                 .postGiven = !record.postBody.empty(),
                                  .contentType = record.contentType,
                                  .sizeBytes = record.sizeBytes,
                                  .pageUrl = record.pageUrl,

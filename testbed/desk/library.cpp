@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <set>
+#include <span>
 #include <stdexcept>
 
 #include "browser/library.h"
@@ -20,29 +21,20 @@ class LibraryState {
         dlinfo(library, RTLD_DI_LINKMAP, &map);
         base_ = map->l_addr;
         dl_iterate_phdr(&addSegments, this);
-        for (const auto& part : parts_)
-            for (auto* word = part.begin; word != part.end; ++word) atStart_.push_back(read(word));
     }
 
     /// Makes it as it was; what it pointed to stays known, as a library's that is never unloaded.
     void restore() {
-        auto saved = atStart_.begin();
-        for (const auto& part : parts_) {
-            for (auto* word = part.begin; word != part.end; ++word, ++saved) {
-                if (const auto now = read(word); now != *saved) {
-                    if (isAddress(now)) former_.insert(now);
-                    write(word, *saved);
-                }
-            }
+        for (const auto& [word, saved] : atStart_) {
+            const auto now = read(word);
+            if (now == saved) continue;
+            if (isAddress(now)) former_.insert(now);
+            write(word, saved);
         }
     }
 
   private:
     using Word = std::uintptr_t;
-    struct Part {
-        Word* begin;
-        Word* end;
-    };
 
     /// Whether a word may point into a heap; counters of a fuzz program's coverage do not.
     static bool isAddress(Word word) { return word % sizeof(Word) == 0 && word >> 47 == 0; }
@@ -55,24 +47,23 @@ class LibraryState {
         auto& self = *static_cast<LibraryState*>(state);
         if (info->dlpi_addr != self.base_) return 0;
         constexpr Word kPage = 4096;
+        const std::span parts(info->dlpi_phdr, info->dlpi_phnum);
         Word readOnlyEnd = 0;
-        for (int i = 0; i < info->dlpi_phnum; ++i)
-            if (const auto& part = info->dlpi_phdr[i]; part.p_type == PT_GNU_RELRO)
+        for (const auto& part : parts)
+            if (part.p_type == PT_GNU_RELRO)
                 readOnlyEnd = (self.base_ + part.p_vaddr + part.p_memsz) / kPage * kPage;
-        for (int i = 0; i < info->dlpi_phnum; ++i) {
-            const auto& part = info->dlpi_phdr[i];
+        for (const auto& part : parts) {
             if (part.p_type != PT_LOAD || (part.p_flags & PF_W) == 0) continue;
             const Word begin = std::max(self.base_ + part.p_vaddr, readOnlyEnd);
             const Word end = self.base_ + part.p_vaddr + part.p_memsz;
-            self.parts_.push_back(
-                {reinterpret_cast<Word*>((begin + 7) / 8 * 8), reinterpret_cast<Word*>(end / 8 * 8)});
+            for (Word at = (begin + 7) / 8 * 8; at + 8 <= end; at += 8)
+                self.atStart_.emplace_back(reinterpret_cast<Word*>(at), read(reinterpret_cast<Word*>(at)));
         }
         return 1;
     }
 
     ElfW(Addr) base_ = 0;
-    std::vector<Part> parts_;
-    std::vector<Word> atStart_;
+    std::vector<std::pair<Word*, Word>> atStart_;
     std::set<Word> former_;
 };
 
@@ -121,8 +112,8 @@ void* exportedBy(void* library, const char* name) {
     return address;
 }
 
-std::shared_ptr<void> hidesExports(void* library, const std::vector<std::string>& names) {
-    hiddenNames() = {names.begin(), names.end()};
+std::shared_ptr<void> hidesExports(void* library, const std::set<std::string>& names) {
+    hiddenNames() = names;
     return {library, [](void*) { hiddenNames().clear(); }};
 }
 

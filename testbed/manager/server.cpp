@@ -1,24 +1,35 @@
-// The stand-in download manager: takes transfers through COM, writes down what it received, and downloads it.
+// The stand-in download manager: takes transfers through COM and writes down what it received.
 //
 //     zab_manager --register | --unregister    once per machine (Wine prefix)
-//     zab_manager -Embedding                   as COM starts it; serves until no object has been alive and no
-//                                              download running for a few seconds
+//     zab_manager -Embedding                   as COM starts it; serves until no object has been alive for a
+//     few
+//                                              seconds
+//
+// One JSON line per transfer: everything that the call brought, nothing interpreted. Texts are UTF-8; an absent
+// text is null, an empty one "". Keys: url, referrer, cookies, postData, user, password, reserved, fileName,
+// flags, extraData (an array of texts, or the VARIANT's type when it is no array of texts), reservedVariant
+// (its type), and "died" when the manager ended with the call.
+#include <fcntl.h>
+#include <io.h>
+
 #include <atomic>
 #include <cstdio>
-#include <memory>
+#include <filesystem>
+#include <nlohmann/json.hpp>
 #include <string>
-#include <thread>
 #include <utility>
 
-#include "behaviour.h"
-#include "binding/browser_text_win32.h"
-#include "download.h"
+#include "binding/utf.h"
+#include "binding/wide_win32.h"
+#include "browser/desktop.h"
+#include "browser/library.h"
 // Made from link_transmitter.idl; needs windows.h.
 #include "link_transmitter.h"
-#include "transfer_log.h"
 
 namespace zab::testbed {
 namespace {
+
+using Json = nlohmann::ordered_json;
 
 constexpr DWORD kIdleMs = 10000;
 constexpr const wchar_t* kStopEvent = L"ZabTestbedManagerStop";
@@ -26,31 +37,50 @@ constexpr const char* kSettings = "Software\\ZabrionHub";
 constexpr const char* kClassKey = "Software\\Classes\\CLSID\\{E4FA915A-95CC-44FA-9B27-31110C42290E}";
 constexpr GUID kTypeLibrary{0x1996D87C, 0x3D68, 0x4C8A, {0xBA, 0xDF, 0xB4, 0x51, 0xE2, 0x9C, 0xCC, 0x33}};
 
-/// Objects alive and downloads under way: while there are any, the process stays.
-std::atomic<long> g_busy{0};
+/// Objects alive: while there are any, the process stays.
+std::atomic<long> g_objects{0};
 
 DWORD g_registration = 0;
 
-struct Busy {
-    Busy() { ++g_busy; }
-    ~Busy() { --g_busy; }
-    Busy(const Busy&) = delete;
-    Busy& operator=(const Busy&) = delete;
+/// What a test wants: values under the download manager's key, read anew for each call, because COM starts the
+/// process and nobody can give it arguments.
+struct Behaviour {
+    static DWORD number(const char* name) { return SettingsTree::number(name).value_or(0); }
+
+    std::string logFile = SettingsTree::text("TestbedLog").value_or(programFolder() + "zab_manager.jsonl");
+    DWORD hangMs = number("TestbedHangMs");  // how long a call takes
+    DWORD diesAt = number("TestbedDie");  // the process ends during the call with this number, which is logged
+    HRESULT answer = static_cast<HRESULT>(number("TestbedAnswer"));  // of a call
+    bool isMute = number("TestbedMute") != 0;                        // never registers its class
 };
 
-/// Behind the call: downloads, then writes the line of the transfer.
-void finish(const Behaviour& behaviour, nlohmann::ordered_json line) {
-    try {
-        line["download"] = download(line);
-    } catch (const std::exception& error) {
-        line["error"] = error.what();
-    }
-    appendLine(behaviour.logFile, line);
+Json jsonOf(BSTR text) {
+    if (text == nullptr) return nullptr;
+    return utf8FromUtf16({utf16(text), SysStringLen(text)});
+}
+
+/// Texts of a VT_ARRAY | VT_BSTR, else the type's number.
+Json jsonOf(const VARIANT& value) {
+    BSTR* elements = nullptr;
+    if (value.vt != (VT_ARRAY | VT_BSTR)) return value.vt;
+    if (FAILED(SafeArrayAccessData(value.parray, reinterpret_cast<void**>(&elements)))) return "not readable";
+    Json texts = Json::array();
+    for (ULONG i = 0; i < value.parray->rgsabound[0].cElements; ++i) texts.push_back(jsonOf(elements[i]));
+    SafeArrayUnaccessData(value.parray);
+    return texts;
+}
+
+/// Appends one whole line with one write, so that a reader never sees half of it.
+void appendLine(const std::string& file, const Json& line) {
+    const std::string text = line.dump() + "\n";
+    const int log = _open(file.c_str(), _O_WRONLY | _O_APPEND | _O_CREAT | _O_BINARY, 0600);
+    _write(log, text.data(), static_cast<unsigned>(text.size()));
+    _close(log);
 }
 
 class Transmitter final : public ILinkTransmitter {
   public:
-    explicit Transmitter(std::unique_ptr<Busy> busy) : busy_(std::move(busy)) {}
+    Transmitter() { ++g_objects; }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
         const bool known = iid == __uuidof(ILinkTransmitter) || iid == __uuidof(IUnknown);
@@ -71,42 +101,33 @@ class Transmitter final : public ILinkTransmitter {
                                             BSTR password, BSTR reserved, BSTR fileName, LONG flags,
                                             VARIANT* extraData, VARIANT* reservedVariant) override {
         const Behaviour behaviour;
-        nlohmann::ordered_json line = {{"url", jsonOf(url)},
-                                       {"referrer", jsonOf(referrer)},
-                                       {"cookies", jsonOf(cookies)},
-                                       {"postData", jsonOf(postData)},
-                                       {"user", jsonOf(user)},
-                                       {"password", jsonOf(password)},
-                                       {"reserved", jsonOf(reserved)},
-                                       {"fileName", jsonOf(fileName)},
-                                       {"flags", static_cast<std::uint32_t>(flags)},
-                                       {"extraData", jsonOf(extraData)},
-                                       {"reservedVariant", jsonOf(reservedVariant)}};
+        Json line = {{"url", jsonOf(url)},
+                     {"referrer", jsonOf(referrer)},
+                     {"cookies", jsonOf(cookies)},
+                     {"postData", jsonOf(postData)},
+                     {"user", jsonOf(user)},
+                     {"password", jsonOf(password)},
+                     {"reserved", jsonOf(reserved)},
+                     {"fileName", jsonOf(fileName)},
+                     {"flags", static_cast<std::uint32_t>(flags)},
+                     {"extraData", jsonOf(*extraData)},
+                     {"reservedVariant", jsonOf(*reservedVariant)}};
         Sleep(behaviour.hangMs);
         const DWORD left = behaviour.diesAt - 1;
         if (behaviour.diesAt > 1)
             RegSetKeyValueA(HKEY_CURRENT_USER, kSettings, "TestbedDie", REG_DWORD, &left, 4);
-        if (behaviour.diesAt == 1) {
-            line["died"] = true;
-            appendLine(behaviour.logFile, line);
-            // Wine does not notice the end of a registered server and would go on asking the dead one.
-            CoRevokeClassObject(g_registration);
-            TerminateProcess(GetCurrentProcess(), 1);
-        }
-        if (!behaviour.downloads) {
-            appendLine(behaviour.logFile, line);  // at once: the lines stand in the order of the calls
-            return behaviour.answer;
-        }
-        std::thread([behaviour, line = std::move(line), busy = std::make_unique<Busy>()] {
-            finish(behaviour, line);
-        }).detach();
-        return behaviour.answer;
+        if (behaviour.diesAt == 1) line["died"] = true;
+        appendLine(behaviour.logFile, line);
+        if (behaviour.diesAt != 1) return behaviour.answer;
+        // Wine does not notice the end of a registered server and would go on asking the dead one.
+        CoRevokeClassObject(g_registration);
+        TerminateProcess(GetCurrentProcess(), 1);
+        return E_FAIL;
     }
 
   private:
-    ~Transmitter() = default;
+    ~Transmitter() { --g_objects; }
 
-    std::unique_ptr<Busy> busy_;  // none: does not keep the process
     std::atomic<ULONG> references_{1};
 };
 
@@ -124,7 +145,7 @@ class Factory final : public IClassFactory {
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** result) override {
         *result = nullptr;
         if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-        auto* const object = new Transmitter(std::make_unique<Busy>());
+        auto* const object = new Transmitter;
         const HRESULT status = object->QueryInterface(iid, result);
         object->Release();
         return status;
@@ -132,22 +153,20 @@ class Factory final : public IClassFactory {
     HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 };
 
-/// Marshals an object once and leaves it so for the life of the process.
-void keepMarshalled(IUnknown& object, REFIID iid) {
-    IStream* stream = nullptr;
-    if (FAILED(CreateStreamOnHGlobal(nullptr, TRUE, &stream))) return;
-    CoMarshalInterface(stream, iid, &object, MSHCTX_LOCAL, nullptr, MSHLFLAGS_TABLESTRONG);
-    // The stream is part of what stays: releasing the marshalled data would undo the whole.
-}
-
 /// Wine takes an interface off its list of served interfaces with the last object that has it, and may wait for
 /// ever when the call before it, answered already, is just being put away: the two look at one counter without
-/// a lock. So one object of each interface is never given up.
+/// a lock. So one object of each interface is never given up: it is marshalled once and left so for the life of
+/// the process.
 void keepInterfacesServed(IClassFactory& factory) {
-    auto* const served = new Transmitter(nullptr);  // for the life of the process, which it does not prolong
-    keepMarshalled(factory, IID_IClassFactory);
-    keepMarshalled(*served, __uuidof(ILinkTransmitter));
-    keepMarshalled(*served, IID_IUnknown);
+    auto* const served = new Transmitter;
+    --g_objects;  // it does not prolong the life of the process
+    const std::pair<IUnknown*, IID> all[] = {
+        {&factory, IID_IClassFactory}, {served, __uuidof(ILinkTransmitter)}, {served, IID_IUnknown}};
+    for (const auto& [object, iid] : all) {
+        IStream* stream = nullptr;  // part of what stays: releasing the marshalled data would undo the whole
+        if (SUCCEEDED(CreateStreamOnHGlobal(nullptr, TRUE, &stream)))
+            CoMarshalInterface(stream, iid, object, MSHCTX_LOCAL, nullptr, MSHLFLAGS_TABLESTRONG);
+    }
 }
 
 /// Asks a running server to leave and waits until it has.
@@ -175,11 +194,11 @@ int serve() {
     const HANDLE stop = CreateEventW(nullptr, TRUE, FALSE, kStopEvent);
     constexpr DWORD kStepMs = 100;
     for (DWORD idleMs = 0; idleMs < kIdleMs && WaitForSingleObject(stop, kStepMs) == WAIT_TIMEOUT;)
-        idleMs = g_busy == 0 ? idleMs + kStepMs : 0;
+        idleMs = g_objects == 0 ? idleMs + kStepMs : 0;
     CoRevokeClassObject(g_registration);
     constexpr DWORD kGraceMs = 500;  // for who found the class just before
     do Sleep(kGraceMs);
-    while (g_busy != 0);
+    while (g_objects != 0);
     CoUninitialize();
     return 0;
 }
@@ -187,13 +206,13 @@ int serve() {
 /// Writes what COM needs to start this program and to carry calls to it.
 int registerServer() {
     stopServer();  // one of an earlier run may be about to leave, and would still be found
-    const std::string program = programPath(), command = "\"" + program + "\"";
+    const std::string program = programFolder() + "zab_manager.exe", command = "\"" + program + "\"";
     const LSTATUS status =
         RegSetKeyValueA(HKEY_LOCAL_MACHINE, (std::string(kClassKey) + "\\LocalServer32").c_str(), nullptr,
                         REG_SZ, command.c_str(), static_cast<DWORD>(command.size() + 1));
     ITypeLib* library = nullptr;
     if (status != ERROR_SUCCESS ||
-        FAILED(LoadTypeLibEx(wide(utf16FromAnsi(program)), REGKIND_REGISTER, &library)))
+        FAILED(LoadTypeLibEx(std::filesystem::path(program).c_str(), REGKIND_REGISTER, &library)))
         return 1;
     library->Release();
     return 0;

@@ -1,9 +1,9 @@
-#include "exchanges.h"
+#include "resources.h"
 
 #include <cstdint>
 #include <stdexcept>
 
-#include "content.h"
+#include "fingerprint.h"
 #include "media.h"
 
 namespace zab::site {
@@ -18,7 +18,8 @@ constexpr std::string_view kExceptedHost = kMediaHost;
 constexpr std::string_view kForm = "name=A+visitor&kind=zip&note=%E2%82%AC";
 constexpr std::size_t kOversizedForm = 50001;
 
-enum class Outcome { browser, transfer, cancel };
+// Outcomes.
+constexpr std::string_view kBrowser = "browser", kTransfer = "transfer", kCancel = "cancel";
 enum Load : std::uint32_t { top = 0x90000, frame = 0x10000, embedded = 0 };  // flags of the channel
 enum class Sends { plain, session, basic, form, oversizedForm, range, acceptsGzip };
 
@@ -29,7 +30,7 @@ constexpr std::uint32_t kOrdinary = 8, kNamed = 0x1008, kEarly = 0x804, kWithout
 
 struct Exchange {
     std::string_view target;  // of the site; or a whole URL that is only followed
-    Outcome outcome;
+    std::string_view outcome;
     std::string_view why;
     std::uint32_t flags = 0;
     std::string_view fileName = {};
@@ -59,22 +60,19 @@ struct Exchange {
 };
 
 constexpr Exchange stays(std::string_view target, std::string_view why, Load load = top) {
-    return {.target = target, .outcome = Outcome::browser, .why = why, .load = load};
+    return {.target = target, .outcome = kBrowser, .why = why, .load = load};
 }
 constexpr Exchange taken(std::string_view target, std::string_view why, Load load = top) {
-    return {.target = target, .outcome = Outcome::transfer, .why = why, .flags = kOrdinary, .load = load};
+    return {.target = target, .outcome = kTransfer, .why = why, .flags = kOrdinary, .load = load};
 }
 constexpr Exchange named(std::string_view target, std::string_view fileName, std::string_view why) {
     return taken(target, why).flagged(kNamed).named(fileName);
 }
 constexpr Exchange plays(const MediaPage& page, std::string_view target, std::string_view why,
                          std::string_view host = kSiteHost) {
-    return {.target = target,
-            .outcome = Outcome::browser,
-            .why = why,
-            .load = embedded,
-            .host = host,
-            .page = &page};
+    Exchange row = stays(target, why, embedded).at(host);
+    row.page = &page;
+    return row;
 }
 
 // UTF-8 names travel as narrow text of the ANSI code page (1252), so each of their bytes arrives as one
@@ -124,7 +122,7 @@ const Exchange kExchanges[] = {
     stays("/moved/307", "moved for now"),
     taken("/moved/here.zip?307", "where 307 leads").followed(),
     taken("/moved/ftp", "a redirect to an FTP archive").flagged(kEarly),
-    Exchange{kSentinel, Outcome::cancel, "the browser's side of it ends"}.followed(),
+    Exchange{kSentinel, kCancel, "the browser's side of it ends"}.followed(),
     stays("/moved/ftp-text", "a redirect to an FTP file that is not in the list"),
     stays("ftp://127.0.0.1/pub/readme.txt", "where it leads").followed(),
 
@@ -240,7 +238,7 @@ json requestOf(const Exchange& row, int port) {
         request["page"] = pageOf(row.page->id, row.page->title, true, port);
     else if (row.load != top || !row.closes.empty())
         request["page"] = pageOf(pageId, "The test site", false, port);
-    if (row.host != kSiteHost && row.host != kMediaHost) request["connect"] = serverOf(kSiteHost, port);
+    if (serverOf(row.host, port) == row.host) request["connect"] = serverOf(kSiteHost, port);
     return request;
 }
 
@@ -259,28 +257,27 @@ std::string bodyOf(const Exchange& row, int port, std::string_view form) {
         .body;
 }
 
-std::string managerSha256(const Exchange& row, int port) {
-    if (row.outcome != Outcome::transfer || !resourceOf(row.target).location.empty()) return {};
+/// Fingerprint of what the download manager gets.
+std::string managerFile(const Exchange& row, int port) {
+    if (row.outcome != kTransfer || !resourceOf(row.target).location.empty()) return {};
     // A form that was not captured cannot be sent again: the file is the answer to a request without it.
-    return sha256Of(bodyOf(row, port, row.sends == Sends::oversizedForm ? "" : formOf(row.sends)));
+    return fingerprintOf(bodyOf(row, port, row.sends == Sends::oversizedForm ? "" : formOf(row.sends)));
 }
 
-std::string browserSha256(const Exchange& row, int port) {
-    if (row.outcome != Outcome::browser || !isOfSite(row)) return {};
-    const std::string body = bodyOf(row, port, formOf(row.sends));
-    if (body.empty()) return {};
-    return sha256Of(resourceOf(row.target).gzip ? gzipOf(body) : body);
+std::string browserFile(const Exchange& row, int port) {
+    const std::string body =
+        row.outcome == kBrowser && isOfSite(row) ? bodyOf(row, port, formOf(row.sends)) : "";
+    return body.empty() ? "" : fingerprintOf(resourceOf(row.target).gzip ? gzipOf(body) : body);
 }
 
 json expectedOf(const Exchange& row, int port) {
-    constexpr std::string_view kOutcomes[] = {"browser", "transfer", "cancel"};
     return {{"url", urlOf(row, port)},
-            {"outcome", kOutcomes[static_cast<std::size_t>(row.outcome)]},
+            {"outcome", row.outcome},
             {"flags", row.flags},
             {"fileName", row.fileName},
-            {"sha256", managerSha256(row, port)},
+            {"file", managerFile(row, port)},
             {"lacks", row.sends == Sends::oversizedForm ? "form" : ""},
-            {"browserSha256", browserSha256(row, port)},
+            {"browserFile", browserFile(row, port)},
             {"shown", row.page != nullptr},
             {"why", row.why}};
 }
@@ -299,7 +296,7 @@ json stepOf(const Act& act, int port) {
              {{{"url", url},
                {"outcome", "transfer"},
                {"flags", 0},
-               {"sha256", sha256Of(bytes)},
+               {"file", fingerprintOf(bytes)},
                {"shown", true},
                {"why", act.why}}}}};
 }

@@ -1,18 +1,16 @@
 // zab_site: an HTTP site on 127.0.0.1 whose every answer is known beforehand.
 //
-//   zab_site [--port N] [--list FILE]
+//   zab_site [LIST]
 //
-// Serves until it is ended; the first line of output is the port (0, the default, takes a free one). FILE then
-// holds what a browser asks of it, and what must come of that.
+// Serves until it is ended; the first line of output is the port. The file LIST then holds what a browser asks
+// of it, and what must come of that.
 
 #include <httplib.h>
 
-#include <CLI/CLI.hpp>
 #include <fstream>
 #include <iostream>
 
-#include "content.h"
-#include "exchanges.h"
+#include "resources.h"
 
 namespace {
 
@@ -22,7 +20,6 @@ void answer(const httplib::Request& request, httplib::Response& response) {
     const Resource* resource = findResource(request.target);
     if (!resource) {
         response.status = 404;
-        response.set_content("The site holds nothing of this name.\n", "text/plain");
         return;
     }
     Reply reply =
@@ -52,25 +49,15 @@ void answer(const httplib::Request& request, httplib::Response& response) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app("An HTTP site on 127.0.0.1 whose every answer is known beforehand.");
-    int port = 0;
-    std::string list;
-    app.add_option("--port", port, "port to serve on; 0 takes a free one")->check(CLI::Range(0, 65535));
-    app.add_option("--list", list,
-                   "file that is to hold the exchanges of the site, with what must come of them");
-    CLI11_PARSE(app, argc, argv);
     httplib::Server server;
     server.Get(".*", answer);
     server.Post(".*", answer);
-    if (port == 0)
-        port = server.bind_to_any_port("127.0.0.1");
-    else if (!server.bind_to_port("127.0.0.1", port))
-        port = -1;
+    const int port = server.bind_to_any_port("127.0.0.1");
     if (port < 0) {
-        std::cerr << "zab_site: the port cannot be had\n";
+        std::cerr << "zab_site: no port can be had\n";
         return 2;
     }
-    if (!list.empty()) std::ofstream(list) << exchangeList(port).dump(1);
+    if (argc > 1) std::ofstream(argv[1]) << exchangeList(port).dump(1);
     std::cout << port << std::endl;
     return server.listen_after_bind() ? 0 : 2;
 }

@@ -1,7 +1,13 @@
 #include "resources.h"
 
-#include <iterator>
+#include <zlib.h>
+
+#include <algorithm>
+#include <cstring>
+#include <random>
 #include <span>
+#include <stdexcept>
+#include <utility>
 
 #include "media.h"
 
@@ -10,11 +16,7 @@ namespace {
 
 // A picture of one transparent pixel (GIF89a).
 constexpr std::string_view kPixel{
-    "GIF89a\x01\x00\x01\x00\x80\x00\x00\xff\xff\xff\x00\x00\x00!\xf9\x04\x01\x00\x00\x00\x00,"
-    "\x00\x00\x00\x00\x01\x00"
-    "\x01\x00\x00\x02\x02"
-    "D\x01\x00;",
-    43};
+    "GIF89a\1\0\1\0\200\0\0\377\377\377\0\0\0!\371\4\1\0\0\0\0,\0\0\0\0\1\0\1\0\0\2\2D\1\0;", 43};
 
 constexpr std::string_view kHtml = "text/html; charset=utf-8";
 constexpr std::string_view kZip = "application/zip";
@@ -83,12 +85,8 @@ constexpr Resource kResources[] = {
     sentAs("attachment; filename=plain.zip", "/attach/unquoted"),
     sentAs("attachment; filename=first.zip; size=4000", "/attach/parameters"),
     sentAs("attachment; filename=\"=?UTF-8?B?w5xiZXIuemlw?=\"", "/attach/encoded-word"),
-    sentAs("attachment; filename=\"Gr\xc3\xb6\xc3\x9f"
-           "e.zip\"",
-           "/attach/utf-8"),
-    sentAs("attachment; filename=\"Gr\xf6\xdf"
-           "e.zip\"",
-           "/attach/latin-1"),
+    sentAs("attachment; filename=\"Gr\303\266\303\237e.zip\"", "/attach/utf-8"),
+    sentAs("attachment; filename=\"Gr\366\337e.zip\"", "/attach/latin-1"),
     sentAs("attachment; filename*=UTF-8''%C3%9Cber%20uns.zip", "/attach/extended"),
     sentAs("attachment; FILENAME=\"upper.zip\"", "/attach/upper-case"),
     sentAs("inline; filename=\"inline.zip\"", "/attach/inline"),
@@ -118,13 +116,41 @@ constexpr Resource kResources[] = {
     {.target = "/range/archive.zip", .type = kZip, .size = 5000},
 };
 
-constexpr bool noTargetTwice() {
-    for (auto row = std::begin(kResources); row != std::end(kResources); ++row)
-        for (auto later = row + 1; later != std::end(kResources); ++later)
-            if (row->target == later->target) return false;
-    return true;
+static_assert(std::ranges::none_of(kResources, [](const Resource& row) {
+    return std::ranges::count(kResources, row.target, &Resource::target) > 1;
+}));
+
+constexpr std::string_view kAnyBrowser = "Mozilla/5.0 (";
+
+// Bytes that do not compress and depend on every byte of the seed; the same with every library.
+std::string generated(std::string_view seed, std::size_t size) {
+    std::seed_seq sequence(seed.begin(), seed.end());
+    std::mt19937 engine(sequence);
+    std::string bytes(size, '\0');
+    for (char& byte : bytes) byte = static_cast<char>(engine() >> 24);
+    return bytes;
 }
-static_assert(noTargetTwice());
+
+// Names what the request lacks, so that a wrong file tells at once what was lost on the way; empty when nothing
+// is.
+std::string_view missing(Guard guard, const Visit& visit) {
+    switch (guard) {
+        case Guard::none: return {};
+        case Guard::session:
+            if (visit.header("Cookie").find(kSessionCookie) == std::string::npos)
+                return "the cookie of the session";
+            if (visit.header("Referer") != "http://" + visit.header("Host") + std::string(kSessionPage))
+                return "the referrer";
+            return visit.header("User-Agent").starts_with(kAnyBrowser) ? "" : "a browser's user agent";
+        case Guard::viewer:
+            return visit.header("Cookie") == kViewerCookie ? "" : "this host's own cookie, alone";
+        case Guard::basic: return visit.header("Authorization") == kBasicAuthorization ? "" : "the credentials";
+        case Guard::form:
+            if (visit.formBody.empty()) return "the form";
+            return visit.header("Content-Type").empty() ? "the form's content type" : "";
+    }
+    return {};
+}
 
 }  // namespace
 
@@ -133,6 +159,44 @@ const Resource* findResource(std::string_view target) noexcept {
         for (const Resource& row : table)
             if (row.target == target) return &row;
     return nullptr;
+}
+
+std::string withOrigins(std::string_view text, std::string_view port) {
+    std::string whole(text);
+    for (const auto& [mark, host] : {std::pair{"{site}", kSiteHost}, {"{media}", kMediaHost}})
+        for (auto at = whole.find(mark); at != whole.npos; at = whole.find(mark, at))
+            whole.replace(at, std::strlen(mark), "http://" + std::string(host) + ":" + std::string(port));
+    return whole;
+}
+
+Reply replyTo(const Resource& resource, const Visit& visit) {
+    if (!resource.location.empty()) return {resource.status, {}};
+    if (const std::string_view lost = missing(resource.guard, visit); !lost.empty())
+        return {resource.guard == Guard::basic ? 401 : resource.status,
+                "This request came without " + std::string(lost) + ".\n"};
+    if (resource.target == "/") return {resource.status, startPage()};
+    if (!resource.text.empty()) {
+        const std::string host = visit.header("Host");
+        return {resource.status, withOrigins(resource.text, host.substr(host.find(':') + 1))};
+    }
+    std::string seed(resource.target);
+    if (resource.guard == Guard::form)
+        seed.append(1, '\n').append(visit.header("Content-Type")).append(1, '\n').append(visit.formBody);
+    return {resource.status, generated(seed, resource.size)};
+}
+
+std::string gzipOf(std::string_view bytes) {
+    // The deflated block stands in zlib's wrapper (2 bytes before it, 4 behind) and goes into that of gzip.
+    const auto* plain = reinterpret_cast<const Bytef*>(bytes.data());
+    uLongf size = compressBound(bytes.size());
+    std::string packed(size, '\0'), member("\x1f\x8b\x08\0\0\0\0\0\2\xff", 10);
+    if (compress(reinterpret_cast<Bytef*>(packed.data()), &size, plain, bytes.size()) != Z_OK)
+        throw std::runtime_error("zlib does not pack");
+    member.append(packed, 2, size - 6);
+    const auto length = static_cast<uInt>(bytes.size());
+    for (const auto word : {static_cast<uInt>(crc32(0, plain, length)), length})
+        for (int bit = 0; bit < 32; bit += 8) member += static_cast<char>(word >> bit);
+    return member;
 }
 
 }  // namespace zab::site

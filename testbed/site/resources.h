@@ -1,10 +1,13 @@
-// What the loopback site holds: one row per resource, found by the target of its request line.
+// What the loopback site holds: one row per resource, found by the target of its request line; and what it
+// answers to a request: pure, so that the server and the list of expectations cannot disagree.
 //
 // Bodies are made from the target alone, so every run, on every machine, serves the same bytes under the same
 // hash. Texts are bytes as they go over the wire (a header may hold raw UTF-8 or Latin-1 on purpose).
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 
@@ -41,5 +44,40 @@ inline constexpr std::string_view kFormType = "application/x-www-form-urlencoded
 
 /// The row of a request target, or null.
 const Resource* findResource(std::string_view target) noexcept;
+
+struct Visit {
+    std::function<std::string(const char* name)> header;  // of the request, as it came; empty without one
+    std::string_view formBody = {};
+};
+
+struct Reply {
+    int status = 200;
+    std::string body;  // before any Content-Encoding
+};
+
+Reply replyTo(const Resource& resource, const Visit& visit);
+
+/// Addresses of this site in a text: "{site}" and "{media}" stand for the origins of its two names.
+std::string withOrigins(std::string_view text, std::string_view port);
+
+/// One gzip member (RFC 1952).
+std::string gzipOf(std::string_view bytes);
+
+// What a browser asks of the site, and what must come of it: one row per exchange, in the order that they are
+// made. The expectations hold under the settings that stand there too. As JSON, the list is what the stand-in
+// browser reads (testbed/demo/exchange_list.md); each exchange carries an "expected" array with one object per
+// hop.
+
+/// {"settings": {name: value}, "cookies": [...], "exchanges": [...],
+/// "offers": [...]}. Each "expected" object holds `url`, `outcome`
+/// ("browser", "transfer" or "cancel"), `flags` (of the transfer), `fileName` (as the download manager is told
+/// it), `file` (fingerprint of what the download manager must get; "" where nothing can be fetched), `lacks`
+/// (what that file is made without, because no transfer can carry it; "" for nothing), `browserFile` (of what
+/// the browser reads; "" when it reads no body), `shown` (whether its page is shown, and may be held by the
+/// module for its button) and `why`.
+nlohmann::json exchangeList(int port);
+
+/// The page at "/": a link to everything that a click can reach.
+std::string startPage();
 
 }  // namespace zab::site

@@ -23,8 +23,7 @@ class Day {
   public:
     /// `faultShare`: how many of the steps meet a fault, of 1.
     Day(std::uint32_t seed, double faultShare) : random_(seed), faultShare_(faultShare) {
-        settings_.setCompanions();
-        settings_.set("Extensions", kExtensions[0]);
+        settings_.setCompanions().set("Extensions", kExtensions[0]);
         settings_.set("SpecialKeys\\UseKeyToForce", 1u).set("SpecialKeys\\CtrlF", 1u);
         browser_.startsUp();
         browser_.cookies = {{.name = "theme", .value = "dark", .host = "127.0.0.1"}};
@@ -67,12 +66,7 @@ class Day {
     [[nodiscard]] std::uint64_t transfers() const { return transfers_; }
 
   private:
-    struct Open {
-        Page* page;
-        std::u16string id;
-    };
-
-    static constexpr std::size_t kMostPages = 8;
+    static constexpr std::size_t kMostPages = 8, kMostWindows = 3;
     static constexpr std::uint32_t kDeepestFault = 10;  // of as many calls as two has to this power
     static constexpr nsresult kNothingDone = 1;         // a success that is none
     static constexpr const char* kExtensions[] = {"zip rar 7z gz exe msi", "iso mp4", "", "zip"};
@@ -81,7 +75,8 @@ class Day {
 
     std::uint32_t below(std::size_t n) { return static_cast<std::uint32_t>(random_() % n); }
     bool chance(double share) { return random_() < share * 4294967296.0; }
-    Open& anyPage() { return pages_[below(pages_.size())]; }
+    Page& anyPage() { return *pages_[below(pages_.size())]; }
+    static std::u16string idOf(const Page& page) { return page.attributes.at(u"zabmzcc-ext-docid"); }
 
     /// Early calls fail as often as late ones, and memory as often as all else.
     void armsFault() {
@@ -99,29 +94,27 @@ class Day {
         if (dice < 950) return choosesMedia();
         if (dice < 960) return pages_.size() < kMostPages ? opensPage() : closesPage();
         if (dice < 970) return closesPage();
-        if (dice < 985) return browser_.selectsTab(anyPage().id);
+        if (dice < 985) return browser_.selectsTab(idOf(anyPage()));
         if (dice < 990) return changesSettings();
         if (dice < 995) return drags();
-        opensOrClosesWindow();
+        if (windows_.size() >= kMostWindows) return closesWindow();
+        windows_.push_back(&browser_.opensWindow());
     }
 
     void opensPage() {
-        const auto number = ++lastId_;
-        auto& page = browser_.opensPage("http://127.0.0.1:8080/", u"Page", number);
+        auto& page = browser_.opensPage("http://127.0.0.1:8080/");
         page.nativeWindow = top_.handle();
         page.boxes[u"appcontent"] = {10, 40, 400, 300};
-        std::u16string id;
-        for (const char digit : std::to_string(number)) id += static_cast<char16_t>(digit);
-        pages_.push_back({&page, id});
-        browser_.selectsTab(id);
+        pages_.push_back(&page);
+        browser_.selectsTab(idOf(page));
     }
 
     void closesPage() {
-        const Open closed = anyPage();
-        std::erase_if(pages_, [&](const Open& open) { return open.page == closed.page; });
-        browser_.fires(u"unload", *closed.page);
-        browser_.unloads(closed.id);
-        Browser::dropsPage(*closed.page);
+        Page& page = anyPage();
+        std::erase(pages_, &page);
+        browser_.fires(u"unload", page);
+        browser_.unloads(idOf(page));
+        Browser::dropsPage(page);
     }
 
     /// The policy is asked first; what it rejects is not requested.
@@ -129,18 +122,18 @@ class Day {
         const auto& exchange = recorded_[below(recorded_.size())];
         const HeldKeys keys(chance(0.05) ? std::vector<std::uint8_t>{kControl} : std::vector<std::uint8_t>{});
         const bool isPage = (exchange.loadFlags & kTopLevelLoad) != 0;
-        const Open& page = anyPage();
+        Page& page = anyPage();
         if (isRejected(isPage ? policy_types::kDocument : policy_types::kMedia, exchange.url, page))
             return settles(exchange.url, true);
-        ends(play(browser_, exchange, page.page));
+        ends(play(browser_, exchange, &page));
     }
 
-    bool isRejected(std::uint32_t type, const std::string& address, const Open& page) {
-        const PassedText url(browser_.runtime(), address), origin(browser_.runtime(), page.page->url);
-        const PassedText id(browser_.runtime(), page.id);
+    bool isRejected(std::uint32_t type, const std::string& address, Page& page) {
+        const PassedText url(browser_.runtime(), address), origin(browser_.runtime(), page.url),
+            id(browser_.runtime(), idOf(page));
         return static_cast<std::int32_t>(browser_.intoModule([&] {
                    return static_cast<std::uint64_t>(
-                       browser_.module().ShouldLoad2(type, url, origin, page.page->asSupports(), url, id));
+                       browser_.module().ShouldLoad2(type, url, origin, page.asSupports(), url, id));
                })) == kPolicyReject;
     }
 
@@ -168,14 +161,14 @@ class Day {
         const std::string type = kTypes[below(std::size(kTypes))];
         auto& channel = browser_.requests({.url = "http://films.example/" + std::to_string(below(50)) + ".bin",
                                            .loadFlags = kEmbedded,
-                                           .page = anyPage().page});
+                                           .page = &anyPage()});
         browser_.answers(channel, 200, {{"Content-Type", type}});
         browser_.receives(channel, "#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=1\nhigh.m3u8\n");
         ends(channel);
     }
 
     void choosesMedia() {
-        const PassedText id(browser_.runtime(), anyPage().id);
+        const PassedText id(browser_.runtime(), idOf(anyPage()));
         const auto& module = browser_.module();
         const auto choose = chance(0.5) ? module.DownloadLastFLVwithZAB : module.DownloadLast10FLVwithZAB;
         browser_.intoModule([&] { return choose(id); });
@@ -187,13 +180,8 @@ class Day {
     }
 
     void drags() {
-        browser_.mouse(u"mousedown", anyPage().page);
-        browser_.mouse(u"mouseup", anyPage().page);
-    }
-
-    void opensOrClosesWindow() {
-        if (windows_.size() >= 3) return closesWindow();
-        windows_.push_back(&browser_.opensWindow());
+        browser_.mouse(u"mousedown", &anyPage());
+        browser_.mouse(u"mouseup", &anyPage());
     }
 
     void closesWindow() {
@@ -212,9 +200,9 @@ class Day {
     HookedSystem system_{browser_};
     ImportHook heap_{browser_, kHeap};
     std::vector<zabprobe::Exchange> recorded_ = recordedExchanges("");
-    std::vector<Open> pages_;
+    std::vector<Page*> pages_;
     std::vector<ChromeWindow*> windows_;
-    std::uint64_t lastId_ = 100, navigations_ = 0, faults_ = 0, transfers_ = 0;
+    std::uint64_t navigations_ = 0, faults_ = 0, transfers_ = 0;
     std::vector<std::string> wrongs_;
 };
 

@@ -1,6 +1,5 @@
-#include "web_client/web_client.h"
+#include "demo/web_client.h"
 
-#include <algorithm>
 #include <sstream>
 #include <stdexcept>
 
@@ -8,14 +7,15 @@
 #include "binding/owner.h"
 #include "binding/utf.h"
 #include "binding/wide_win32.h"
-// These need the types of the header above.
-#include <bcrypt.h>
+#include "web/encoding.h"
+#include "web/url_resolve.h"
+// It needs the types of the header above.
 #include <winhttp.h>
 
-namespace zab::testbed {
+namespace zab::demo {
 namespace {
 
-constexpr int kTimeoutMs = 10'000;
+using nlohmann::json;
 
 struct HttpTraits {
     using Raw = HINTERNET;
@@ -73,7 +73,6 @@ WebAnswer fetch(const WebRequest& request) {
     }
 
     const HttpHandle session(WinHttpOpen(nullptr, WINHTTP_ACCESS_TYPE_NO_PROXY, nullptr, nullptr, 0));
-    WinHttpSetTimeouts(session.get(), kTimeoutMs, kTimeoutMs, kTimeoutMs, kTimeoutMs);
     const HttpHandle connection(WinHttpConnect(session.get(), host.c_str(), port, 0));
     // Path and query, which stand behind it, go out as they are.
     const HttpHandle asked(WinHttpOpenRequest(
@@ -102,20 +101,76 @@ WebAnswer fetch(const WebRequest& request) {
     return answer;
 }
 
-std::string sha256Of(std::string_view bytes) {
-    BCRYPT_ALG_HANDLE algorithm = nullptr;
-    BCRYPT_HASH_HANDLE hash = nullptr;
-    UCHAR digest[32]{};
-    BCryptOpenAlgorithmProvider(&algorithm, BCRYPT_SHA256_ALGORITHM, nullptr, 0);
-    BCryptCreateHash(algorithm, &hash, nullptr, 0, nullptr, 0, 0);
-    BCryptHashData(hash, reinterpret_cast<UCHAR*>(const_cast<char*>(bytes.data())),
-                   static_cast<ULONG>(bytes.size()), 0);
-    BCryptFinishHash(hash, digest, sizeof(digest), 0);
-    BCryptDestroyHash(hash);
-    BCryptCloseAlgorithmProvider(algorithm, 0);
-    std::string digits;
-    for (const UCHAR byte : digest) digits += {"0123456789abcdef"[byte >> 4], "0123456789abcdef"[byte & 15]};
-    return digits;
+// What a transfer leads to.
+
+namespace {
+
+constexpr std::string_view kHlsSchemes[] = {"hlstozab://", "hls2tozab://"};  // the second: with sound apart
+constexpr std::size_t kUserAgent = 0, kPostType = 4, kSecondUrl = 12;        // of the extra data
+
+/// Empty when it is absent.
+std::string textOf(const json& value) { return value.is_string() ? value.get<std::string>() : std::string(); }
+
+std::string extraOf(const json& transfer, std::size_t element) {
+    const json& extra = transfer.at("extraData");
+    return extra.is_array() && element < extra.size() ? textOf(extra[element]) : std::string();
 }
 
-}  // namespace zab::testbed
+/// Bytes as the browser's side had them: in the ANSI code page.
+std::string bytesOf(const json& value) { return ansiFromUtf16(utf16FromUtf8(textOf(value))); }
+
+WebRequest requestOf(const json& transfer) {
+    WebRequest request{.url = textOf(transfer.at("url")), .followsRedirects = true};
+    const auto add = [&](const char* name, const std::string& value) {
+        if (!value.empty()) request.headers.emplace_back(name, value);
+    };
+    add("User-Agent", extraOf(transfer, kUserAgent));
+    add("Referer", textOf(transfer.at("referrer")));
+    add("Cookie", textOf(transfer.at("cookies")));
+    if (const std::string user = bytesOf(transfer.at("user")); !user.empty())
+        add("Authorization", "Basic " + Base64Encode(user + ":" + bytesOf(transfer.at("password"))));
+    if (!transfer.at("postData").is_null()) {
+        request.method = "POST";
+        request.body = bytesOf(transfer.at("postData"));
+        add("Content-Type", extraOf(transfer, kPostType));
+    }
+    return request;
+}
+
+/// The addresses of the files that an HLS media playlist names: its initialisation map and its segments.
+void addPartsOf(WebRequest playlist, std::vector<std::string>& parts) {
+    constexpr std::string_view kMap = "#EXT-X-MAP:URI=\"";
+    std::istringstream lines(fetch(playlist).body);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with(kMap)) line = line.substr(kMap.size(), line.rfind('"') - kMap.size());
+        if (!line.empty() && line.front() != '#') parts.push_back(resolveUrl(playlist.url, line));
+    }
+}
+
+/// The addresses of the files that make up the download.
+std::vector<std::string> partsOf(WebRequest request, const std::string& secondUrl) {
+    std::vector<std::string> parts;
+    for (const auto scheme : kHlsSchemes) {
+        if (!request.url.starts_with(scheme)) continue;
+        request.url.erase(0, scheme.size());
+        addPartsOf(request, parts);
+        request.url = secondUrl;
+        if (!secondUrl.empty()) addPartsOf(request, parts);
+        return parts;
+    }
+    return {request.url};
+}
+
+}  // namespace
+
+std::string downloadOf(const json& transfer) {
+    WebRequest request = requestOf(transfer);
+    std::string whole;
+    for (const std::string& part : partsOf(request, extraOf(transfer, kSecondUrl))) {
+        request.url = part;
+        whole += fetch(request).body;
+    }
+    return whole;
+}
+
+}  // namespace zab::demo

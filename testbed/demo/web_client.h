@@ -1,13 +1,15 @@
-// Plain HTTP for the stand-ins: one request at a time, without cookies or logins of its own.
+// Plain HTTP for the demo: one request at a time, without cookies or logins of its own; and the files that a
+// transfer leads to, which prove that it carries enough to get them.
 #pragma once
 
 #include <cstdint>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-namespace zab::testbed {
+namespace zab::demo {
 
 /// Texts are UTF-8, bodies bytes.
 struct WebRequest {
@@ -29,7 +31,9 @@ struct WebAnswer {
 /// Throws std::runtime_error when the address is not of HTTP, or the answer cannot be read to its end.
 WebAnswer fetch(const WebRequest& request);
 
-/// Lower-case hexadecimal digits.
-std::string sha256Of(std::string_view bytes);
+/// Downloads what a line of the download manager's log tells of. Follows
+/// redirects. The segments of an HLS link are fetched in order and joined, those of its sound behind them.
+/// Throws as fetch() does.
+std::string downloadOf(const nlohmann::json& transfer);
 
-}  // namespace zab::testbed
+}  // namespace zab::demo
