@@ -20,7 +20,7 @@ TEST(Vimeo, ListsProgressiveMp4) {
         {R"([{"url":"u","mime":"video/mp4"}])", "", "a key is missing"},
         {R"([{"url":"u","quality":1 ,"mime":"video/mp4"}])", "", "a blank before the comma ends it"},
         {R"([{"mime":"video/mp4","quality":1,"url":"u" x}])", "u 1;", "what was read before the end counts"},
-        {R"([{"a":{"url":"u","quality":1,"mime":"video/mp4"}}])", "u 1;", "the inner one of two objects"},
+        {"[{url:o,quality:1,mime:video/mp4,a:{url:u,quality:1,mime:video/mp4}}]", "u 1;", "the inner object"},
         {R"([{"mime":"video/mp4","quality":1,"url":"u}"}])", "", "a brace ends the object, quoted or not"},
         {R"([{}],"x":[{"url":"v","quality":2,"mime":"video/mp4"}])", "", "the array ends"},
         {R"([{"url":"u","quality":1,"mime":"video/mp4")", "u 1;", "no end: the rest is read"},
