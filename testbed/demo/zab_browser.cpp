@@ -28,8 +28,7 @@ using namespace zab::demo;
 using namespace zab::testbed;
 
 constexpr int kUnexpected = 1, kBadInput = 2, kTooLong = 3;
-constexpr int kPatienceSeconds = 60;
-constexpr int kMostHops = 20;
+constexpr int kPatienceSeconds = 60, kMostHops = 20;
 constexpr std::size_t kPacketBytes = 1400;
 constexpr std::uint32_t kReplacesLoad = 0x40000;
 // The browser's own request to this address ends a redirect that was taken over.

@@ -193,9 +193,7 @@ std::string serverOf(std::string_view host, int port) {
     return server;
 }
 
-std::string originOf(std::string_view host, int port) {
-    return std::string("http://").append(serverOf(host, port));
-}
+std::string originOf(std::string_view host, int port) { return "http://" + serverOf(host, port); }
 
 std::string urlOf(const Exchange& row, int port) {
     return (isOfSite(row) ? originOf(row.host, port) : "") + std::string(row.target);
