@@ -18,7 +18,7 @@ TEST(DataFile, SaysWhatItsLinesSay) {
         {"listen.skip=a\r\nlisten.skip=b\r\n", "0 a b|", "names may repeat; CR LF ends a line too"},
         {"youtube.pairing=1\nyoutube.pairing=2\n", "2|", "of a single value the last one"},
         {"youtube.pairing=3\n", "0|", "out of range: as if absent"},
-        {"youtube.pairing=1\nyoutube.pairing=x\nyoutube.pairing=12\n", "1|", "no such value"},
+        {"youtube.pairing=2\nyoutube.pairing=x\nyoutube.pairing=12\n", "2|", "no such value"},
         {"#listen.skip=a\nlisten.skip=a#b\n", "0 a#b|", "a comment begins a line only"},
         {"new.name=1\nnothing\n=x\nlisten.skip=\nListen.Skip=a\n", "0|", "nothing that is known"},
         {" listen.skip = a \n", "0 a|", "white space around name and value"},

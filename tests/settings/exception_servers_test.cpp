@@ -19,6 +19,7 @@ TEST(ExceptionServers, ListAUrlByItsHost) {
         {{"a*c*e", "http://abcde/"}, true, "pieces in order"},
         {{"a*e*c", "http://abcde/"}, false, "pieces out of order"},
         {{"ab*b", "http://ab/"}, false, "a piece cannot use what the prefix used"},
+        {{"*b*b", "http://ab/"}, false, "nor what a piece before it used"},
         {{"*", "http://any/"}, true, "a star alone"},
         {{"x.com\t*.y.com\r z.com", "http://z.com/"}, true, "space, tab and CR separate"},
         {{"x.com\nz.com", "http://z.com/"}, false, "a line feed does not"},
