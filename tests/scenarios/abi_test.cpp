@@ -30,6 +30,7 @@ class ObserverOfVersion : public ::testing::TestWithParam<int> {};
 
 TEST_P(ObserverOfVersion, WorksThroughEachOfItsBasesAndIsOneObject) {
     SettingsTree settings;
+    settings.set("Extensions", "zip");
     SoundBrowser browser({.version = GetParam()});
     browser.startsUp();
     nsIObserver* observer = browser.observers().front();

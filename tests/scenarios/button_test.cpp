@@ -11,7 +11,10 @@ namespace {
 
 using Labels = std::vector<std::u16string>;
 
-using Buttons = ScreenScenario;
+class Buttons : public ScreenScenario {
+  protected:
+    Buttons() { browser.clicks("http://site.example/"); }  // until a request comes, the module has no lists
+};
 
 TEST_F(Buttons, APageOfFiveEntriesHasAButtonThatFollowsItAndHandsThemOver) {
     auto& page = opensPage(17);
