@@ -6,6 +6,7 @@
 #include <iterator>
 #include <utility>
 
+#include "binding/never_destroyed.h"
 #include "browser/base_window.h"
 #include "browser/library.h"
 
@@ -59,8 +60,8 @@ Browser::~Browser() {
     runtime_.setHost(nullptr);
     // The copy of the module stays loaded and may still point at what it holds: the objects outlive the
     // browser.
-    static auto& graveyard = *new std::vector<std::unique_ptr<BedObject>>;
-    std::ranges::move(objects_, std::back_inserter(graveyard));
+    static NeverDestroyed<std::vector<std::unique_ptr<BedObject>>> graveyard;
+    std::ranges::move(objects_, std::back_inserter(graveyard.get()));
 }
 
 // What happens.
@@ -148,7 +149,7 @@ void Browser::endsListening(BedObject& object) {
 }
 
 void Browser::endsResponses() {
-    // By number: the end of a body may make the module ask for new objects.
+    // The end of a body may make the module ask for new objects. NOLINTNEXTLINE(modernize-loop-convert)
     for (std::size_t i = 0; i < objects_.size(); ++i)
         if (auto* channel = dynamic_cast<Channel*>(objects_[i].get())) releasesListeners(*channel);
 }
@@ -168,7 +169,7 @@ void Browser::mouse(std::u16string type, Page* page, std::u16string selectedLink
     event.letGo();
 }
 
-void Browser::fires(std::u16string type, Page& page) {
+void Browser::fires(const std::u16string& type, Page& page) {
     auto& event = make<Event>(type, &page);
     auto listeners = page.domWindow.target.listeners;
     if (type == u"unload") listeners.insert(listeners.end(), page.listeners.begin(), page.listeners.end());
@@ -203,6 +204,7 @@ void Browser::notifies(const char* topic, BedObject* subject) {
 }
 
 void Browser::sweeps() {
+    // Letting go may make new objects. NOLINTNEXTLINE(modernize-loop-convert)
     for (std::size_t i = 0; i < objects_.size(); ++i)
         if (objects_[i]->dead()) endsListening(*objects_[i]);
     std::erase_if(objects_, [](const auto& object) { return object->dead(); });

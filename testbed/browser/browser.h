@@ -72,7 +72,7 @@ class Browser {
     void mouse(std::u16string type, Page* page = nullptr, std::u16string selectedLinks = {});
     /// An event of a page reaches those who listen: "unload" at its window and its document, others at its
     /// window.
-    void fires(std::u16string type, Page& page);
+    void fires(const std::u16string& type, Page& page);
     void selectsTab(std::u16string_view documentId) { tells(exports_.OnTabSelect, documentId); }
     void reportsSelectedTab(std::u16string_view documentId) { tells(exports_.OnGetSelectedTabID, documentId); }
     /// The extension's own word that a document goes away; its "unload" event is mouse(u"unload", &page).

@@ -15,6 +15,7 @@ class DebugLines {
   public:
     /// `claimDebugger`: the process tells whoever asks that a debugger watches it.
     explicit DebugLines(bool claimDebugger);
+    // Not trivially under Windows. NOLINTNEXTLINE(performance-trivially-destructible)
     ~DebugLines();
     DebugLines(const DebugLines&) = delete;
     DebugLines& operator=(const DebugLines&) = delete;

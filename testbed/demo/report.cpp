@@ -112,12 +112,12 @@ void settle(std::vector<Row>& rows, std::vector<json> transfers) {
         row.compare("file name", textOf(row.received, "fileName"), row.expects("fileName"));
         row.compare("file of the download manager", file, row.expects("file"));
     }
-    for (json& transfer : transfers)
+    for (const json& transfer : transfers)
         rows.push_back({.url = textOf(transfer, "url"),
                         .outcome = "transfer",
                         .flags = transfer.value("flags", 0u),
                         .faults = {"a transfer that belongs to no cancelled exchange"},
-                        .received = std::move(transfer)});
+                        .received = transfer});
 }
 
 bool printTable(std::ostream& out, const std::vector<Row>& rows, bool verbose) {

@@ -50,7 +50,7 @@ std::vector<std::pair<std::string, std::string>> headersOf(HINTERNET request) {
 }
 
 std::string bodyOf(HINTERNET request) {
-    std::string all, piece(64 * 1024, '\0');
+    std::string all, piece(1 << 16, '\0');
     for (DWORD got = 0;; all.append(piece, 0, got)) {
         require(WinHttpReadData(request, piece.data(), static_cast<DWORD>(piece.size()), &got), "body");
         if (got == 0) return all;
@@ -83,7 +83,7 @@ WebAnswer fetch(const WebRequest& request) {
                     (request.followsRedirects ? 0 : WINHTTP_DISABLE_REDIRECTS);
     WinHttpSetOption(asked.get(), WINHTTP_OPTION_DISABLE_FEATURE, &ownWays, sizeof(ownWays));
     for (const auto& [name, value] : request.headers) {
-        const std::u16string line = utf16FromUtf8(name + ": " + value);
+        const std::u16string line = utf16FromUtf8(name).append(u": ").append(utf16FromUtf8(value));
         WinHttpAddRequestHeaders(asked.get(), wide(line), static_cast<DWORD>(line.size()),
                                  WINHTTP_ADDREQ_FLAG_ADD | WINHTTP_ADDREQ_FLAG_REPLACE);
     }

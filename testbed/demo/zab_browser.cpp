@@ -333,7 +333,7 @@ bool run(const BrowserOptions& options, const std::filesystem::path& listFile, b
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     CLI::App app("The module at work: every exchange of a list in one table.");
     BrowserOptions options{.runtime = "", .freshCopy = false};
     std::string list;
@@ -344,13 +344,11 @@ int main(int argc, char** argv) {
                  "also what the download manager received (cookies and credentials masked)");
     CLI11_PARSE(app, argc, argv);
     endWhenAnExchangeHangs();
-    try {
-        const auto version = programVersion();
-        // Without a version resource it shows the oldest generation of interfaces.
-        options.version = version.empty() ? zab::kUnknownBrowserVersion : zab::majorOfFileVersion(version);
-        return run(options, std::filesystem::absolute(list), verbose) ? 0 : kUnexpected;
-    } catch (const std::exception& error) {
-        std::cerr << "zab_browser: " << error.what() << '\n';
-        return kBadInput;
-    }
+    const auto version = programVersion();
+    // Without a version resource it shows the oldest generation of interfaces.
+    options.version = version.empty() ? zab::kUnknownBrowserVersion : zab::majorOfFileVersion(version);
+    return run(options, std::filesystem::absolute(list), verbose) ? 0 : kUnexpected;
+} catch (const std::exception& error) {
+    std::fprintf(stderr, "zab_browser: %s\n", error.what());
+    return kBadInput;
 }

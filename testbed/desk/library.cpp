@@ -6,6 +6,7 @@
 #include <span>
 #include <stdexcept>
 
+#include "binding/never_destroyed.h"
 #include "browser/library.h"
 #include "desk/desk.h"
 
@@ -75,8 +76,8 @@ std::set<std::string>& hiddenNames() {
 }  // namespace
 
 Desk& desk() noexcept {
-    static auto& only = *new Desk;
-    return only;
+    static NeverDestroyed<Desk> only;
+    return only.get();
 }
 
 bool isLoaded(const std::string&) { return false; }

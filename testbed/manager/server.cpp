@@ -1,9 +1,8 @@
 // The stand-in download manager: takes transfers through COM and writes down what it received.
 //
 //     zab_manager --register | --unregister    once per machine (Wine prefix)
-//     zab_manager -Embedding                   as COM starts it; serves until no object has been alive for a
-//     few
-//                                              seconds
+//     zab_manager -Embedding                   as COM starts it; serves until no object has been alive
+//                                              for a few seconds
 //
 // One JSON line per transfer: everything that the call brought, nothing interpreted. Texts are UTF-8; an absent
 // text is null, an empty one "". Keys: url, referrer, cookies, postData, user, password, reserved, fileName,
@@ -158,7 +157,7 @@ class Factory final : public IClassFactory {
 /// a lock. So one object of each interface is never given up: it is marshalled once and left so for the life of
 /// the process.
 void keepInterfacesServed(IClassFactory& factory) {
-    auto* const served = new Transmitter;
+    static auto* const served = new Transmitter;
     --g_objects;  // it does not prolong the life of the process
     const std::pair<IUnknown*, IID> all[] = {
         {&factory, IID_IClassFactory}, {served, __uuidof(ILinkTransmitter)}, {served, IID_IUnknown}};

@@ -121,8 +121,9 @@ ENTRY nsresult NS_GetServiceManager(nsIServiceManager** out) {
 ENTRY nsresult NS_GetComponentManager(nsISupports**) { return refused("NS_GetComponentManager"); }
 ENTRY void NS_Free(void*) { refused("NS_Free"); }
 
-// The entry points, once for both families.
+// The entry points, once for both families. Types cannot stand in parentheses.
 // clang-format off
+// NOLINTBEGIN(bugprone-macro-parentheses)
 #define FAMILY(P, Text, Char)                                                                                    \
 ENTRY nsresult NS_##P##ContainerInit(Text* text) {                                                               \
     return entered("NS_" #P "ContainerInit", [&] { return init2<Char>(text, nullptr, 0, 0); }); }                \
@@ -139,6 +140,7 @@ ENTRY nsresult NS_##P##SetDataRange(Text* text, uint32_t offset, uint32_t cut, c
                                     uint32_t length) {                                                           \
     return entered("NS_" #P "SetDataRange", [&] { return splice(text, offset, cut, data, length); }); }          \
 ENTRY nsresult NS_##P##Copy(Text*, const Text*) { return refused("NS_" #P "Copy"); }
+// NOLINTEND(bugprone-macro-parentheses)
 // clang-format on
 
 FAMILY(String, Wide, char16_t)

@@ -48,16 +48,16 @@ void answer(const httplib::Request& request, httplib::Response& response) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
     httplib::Server server;
     server.Get(".*", answer);
     server.Post(".*", answer);
     const int port = server.bind_to_any_port("127.0.0.1");
-    if (port < 0) {
-        std::cerr << "zab_site: no port can be had\n";
-        return 2;
-    }
+    if (port < 0) throw std::runtime_error("no port can be had");
     if (argc > 1) std::ofstream(argv[1]) << exchangeList(port).dump(1);
     std::cout << port << std::endl;
     return server.listen_after_bind() ? 0 : 2;
+} catch (const std::exception& error) {
+    std::fprintf(stderr, "zab_site: %s\n", error.what());
+    return 2;
 }
