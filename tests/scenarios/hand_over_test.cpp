@@ -121,7 +121,7 @@ TEST_F(HandOver, OfAForcedNavigationIsMadeOnce) {
     constexpr std::uint32_t kObject = 5;
     constexpr std::int32_t kAccept = 1, kReject = -1;
     const std::string url = "http://site.example/view?id=1";
-    const HeldKeys keys({kControl});
+    std::optional<HeldKeys> keys(std::in_place, std::vector<std::uint8_t>{kControl});
     EXPECT_EQ(browser.asksPolicy(kImage, "http://site.example/i.png", kPage), kAccept);
     browser.takesDebugLines();
     EXPECT_EQ(browser.asksPolicy(kObject, "http://site.example/a.swf", kPage), kAccept);
@@ -139,6 +139,11 @@ TEST_F(HandOver, OfAForcedNavigationIsMadeOnce) {
     EXPECT_EQ(manager.received(1)["url"], url);
     EXPECT_EQ(manager.received(2)["url"], url);
     EXPECT_EQ(manager.received(3)["url"], "http://site.example/last") << "and nothing came in between";
+
+    EXPECT_EQ(browser.asksPolicy(kDocument, url, kPage), kReject);
+    keys.reset();
+    EXPECT_EQ(browser.asksPolicy(kDocument, url, kPage), kAccept);
+    EXPECT_FALSE(browser.requests({.url = url}).cancelled()) << "asked for anew, without the key";
 }
 
 TEST_F(HandOver, OfAForcedNavigationThatFailsIsTriedOnceAndToldOnce) {

@@ -48,6 +48,7 @@ TEST_F(Links, ABatchArrivesInPageOrder) {
         const json told = manager.received(static_cast<std::size_t>(i));
         ASSERT_EQ(told["url"], (i == 0 ? "http://cdn.example/" : "http://site.example/b/") + std::to_string(i));
         ASSERT_EQ(told["flags"], 0);
+        ASSERT_EQ(told["extraData"][7], kPage);
         ASSERT_EQ(told["cookies"], i == 0 ? json() : json("session=1")) << "of the page, for its own host";
     }
 }
