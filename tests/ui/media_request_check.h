@@ -30,12 +30,8 @@ inline zab::Bytes bytesOf(std::string_view text) {
 }
 
 inline void checkMediaRequest(zab::Bytes payload) {
-    constexpr std::size_t kLongest = 65535 / 2;  // what an item can hold
     const zab::MediaRequest request = zab::decodeMediaRequest(payload);
-    for (const auto field : kRequestFields) {
-        const std::u16string& text = request.*field;
-        must(text.size() <= kLongest && text.find(u'\0') == std::u16string::npos);
-    }
+    for (const auto field : kRequestFields) must((request.*field).find(u'\0') == std::u16string::npos);
 }
 
 }  // namespace zabtest

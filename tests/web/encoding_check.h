@@ -13,14 +13,10 @@ namespace zabtest {
 inline void checkEncoding(std::string_view bytes) {
     must(zab::Base64Decode(zab::Base64Encode(bytes)) == bytes);
     const std::string decoded = zab::Base64Decode(bytes);
-    must(decoded.size() <= bytes.size() / 4 * 3 + 2);
     must(bytes.starts_with(zab::Base64Encode(decoded).substr(0, decoded.size() / 3 * 4)) || bytes[0] == ' ' ||
          bytes[0] == '\t');
 
     if (const auto login = zab::ParseBasicCredentials(bytes)) {
-        must(login->user.find(':') == std::string::npos);
-        must((login->user + login->password).find('\0') == std::string::npos);
-        must(login->user.size() + login->password.size() < bytes.size());
         const auto again =
             zab::ParseBasicCredentials("Basic " + zab::Base64Encode(login->user + ':' + login->password));
         must(again && again->user == login->user && again->password == login->password);

@@ -1,7 +1,6 @@
 // What holds for every body that the DASH parser may meet; shared by the property test and the fuzz target.
 #pragma once
 
-#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -23,9 +22,6 @@ inline std::string dashRecords(std::string_view body, std::string_view before = 
 }
 
 inline void checkDash(std::string_view body) {
-    zab::CYoutubeDashXMLParser parser;
-    parser.parse(body);
-    must(parser.representations.size() <= static_cast<std::size_t>(std::count(body.begin(), body.end(), '<')));
     must(dashRecords(body) ==
          dashRecords(body, "<Representation id=1><BaseURL>b</BaseURL><SegmentList>s</SegmentList>"));
 }
