@@ -7,39 +7,25 @@ namespace {
 
 using enum ChoiceOrigin;
 
-MediaEntry entry(std::string link, std::uint32_t height = 0) {
-    MediaEntry result;
-    result.link = std::move(link);
-    result.extra = std::to_string(height);
-    result.height = height;
-    return result;
-}
-
-OBJECTREQUESTSARRAY_ITEM object(std::string url, std::uint64_t document) {
-    OBJECTREQUESTSARRAY_ITEM item;
-    item.url = std::move(url);
-    item.documentId = document;
-    item.pageUrl = "page";
-    item.description = "description";
-    item.cookies = "cookies";
-    item.referrer = "referrer";
-    item.userAgent = "agent";
-    item.authorization = "Basic dTpw";
-    return item;
-}
-
 /// Page 7 offers four entries and requested objects; in page 8 links are selected.
 struct Lists {
     Lists() {
         auto& media = pages.open({{nullptr, 7}, "", 0, 77}).media;
-        media.offer(entry("hlstozab://a", 360));
-        media.offer(entry("low.mp4", 240));
-        media.offer(entry("hlstozab://a", 720));
-        MediaEntry kept = entry("kept.mp4", 1080);
-        kept.inMenu = false;
-        media.offer(kept);
-        for (const std::uint64_t document : {9, 7}) requests.examined.add(object("o.mp4", document));
-        for (const char* url : {"http://cdn/file.mp3", "low.mp4"}) requests.requested.add(object(url, 7));
+        media.offer({.link = "hlstozab://a", .extra = "360", .height = 360});
+        media.offer({.link = "low.mp4", .extra = "240", .height = 240});
+        media.offer({.link = "hlstozab://a", .extra = "720", .height = 720});
+        media.offer({.link = "kept.mp4", .extra = "1080", .height = 1080, .inMenu = false});
+        for (const std::uint64_t document : {9, 7})
+            requests.examined.add({.url = "o.mp4",
+                                   .pageUrl = "page",
+                                   .referrer = "referrer",
+                                   .cookies = "cookies",
+                                   .userAgent = "agent",
+                                   .authorization = "Basic dTpw",
+                                   .description = "description",
+                                   .documentId = document});
+        for (const char* url : {"http://cdn/file.mp3", "low.mp4"})
+            requests.requested.add({.url = url, .documentId = 7});
     }
     RequestLists requests;
     MediaPages pages;
@@ -81,9 +67,7 @@ TEST(MediaChoice, NamesEntriesThenWhatThePageRequested) {
         {u"o.mp4", u"7", processController, 77, "o.mp4 ; ", "a request"},
         {u"o.mp4", u"8", pageController, 0, "", "another page's"},
         {u"o.mp4", u"", pageController, 0, "", "no page told: not any page's"},
-        {u"x/[[IMPORT]]/cdn/file.mp3", u"7", pageController, 77, "http://cdn/file.mp3 ; ",
-         "known by what is behind"},
-        {u"o.mp4/[[DYNAMIC]]/2", u"7", pageController, 77, "o.mp4 ; ", "and before a marker"},
+        {u"x/[[IMPORT]]/cdn/file.mp3", u"7", pageController, 77, "http://cdn/file.mp3 ; ", "by a marker"},
         {u"", u"7", pageController, 77, "", "nothing asked for"},
     };
     for (const auto& row : rows) {
@@ -101,17 +85,18 @@ TEST(MediaChoice, NamesEntriesThenWhatThePageRequested) {
 }
 
 TEST(MediaChoice, GoesOutWhole) {
-    MediaEntry whole = entry("link");
-    whole.secondUrl = "second";
-    whole.description = "Film 720p";
-    whole.extension = "FLV";
-    whole.size = 5'000'000'000;
-    whole.page = {7, "page", "title", "referrer", "cookies", "agent", "namedBy"};
+    const MediaEntry whole{.link = "link",
+                           .secondUrl = "second",
+                           .extra = "0",
+                           .description = "Film 720p",
+                           .extension = "FLV",
+                           .size = 5'000'000'000,
+                           .page = {7, "page", "title", "referrer", "cookies", "agent", "namedBy"}};
     EXPECT_EQ(textsOf(transferOf(whole)),
               "link|second|0|Film 720p|FLV|page|title|referrer|cookies|namedBy|agent|||");
     EXPECT_EQ(transferOf(whole).sizeBytes, whole.size);
     EXPECT_EQ(transferOf(whole).flags, 0u);
-    const MediaEntry page[] = {entry("old"), entry("middle"), whole};
+    const MediaEntry page[] = {{.link = "old"}, {.link = "middle"}, whole};
     const auto newest = newestTransfers(page, 2);
     ASSERT_EQ(newest.size(), 2u);
     EXPECT_EQ(newest[0].typeHint, "flv");

@@ -8,18 +8,6 @@ namespace {
 
 using namespace zab;
 
-MediaEntry entry(std::string link, std::string description, std::uint32_t height = 0, std::uint32_t bitrate = 0,
-                 std::uint64_t size = 0, std::uint32_t duration = 0) {
-    MediaEntry made;
-    made.link = std::move(link);
-    made.description = std::move(description);
-    made.height = height;
-    made.bitrate = bitrate;
-    made.size = size;
-    made.duration = duration;
-    return made;
-}
-
 std::string shown(const Menu& menu) {
     std::string text;
     for (std::size_t i = 0; i < menu.labels.size(); ++i)
@@ -52,19 +40,15 @@ TEST(MenuLabels, TellSizesAndDurationsInWords) {
 }
 
 TEST(MenuLabels, StandBestFirstAndNameEachEntryOnce) {
-    MediaEntry sound = entry("http://h/s.mp3", "s.mp3", 0, 320'000);
-    sound.kind = EntryKind::audio;
-    MediaEntry second = entry("http://h/l", "360p", 0, 0, 0, 61);
-    second.secondUrl = "http://h/other";
     const std::vector<MediaEntry> entries = {
-        sound,
-        entry("http://h/l", "360p MP4"),
-        second,
-        entry("http://h/a", "1080p HD, high bitrate MP4", 0, 0, 1572864, 65),
-        entry("http://h/b", "", 1080, 1),
-        entry("http://h/c", "Ultra HD MP4"),
-        entry("http://h/d", "x720p p 720px clip", 0, 0, 9),
-        entry("http://h/l", "360p MP4"),
+        {.link = "http://h/s.mp3", .description = "s.mp3", .kind = EntryKind::audio, .bitrate = 320'000},
+        {.link = "http://h/l", .description = "360p MP4"},
+        {.link = "http://h/l", .secondUrl = "http://h/other", .description = "360p", .duration = 61},
+        {.link = "http://h/a", .description = "1080p HD, high bitrate MP4", .size = 1572864, .duration = 65},
+        {.link = "http://h/b", .height = 1080, .bitrate = 1},
+        {.link = "http://h/c", .description = "Ultra HD MP4"},
+        {.link = "http://h/d", .description = "x720p p 720px clip", .size = 9},
+        {.link = "http://h/l", .description = "360p MP4"},
     };
     EXPECT_EQ(shown(mediaMenu(entries, MessageTexts{}, utf16FromUtf8)),
               "Ultra HD MP4 -> http://h/c\n"
@@ -85,18 +69,24 @@ TEST(MenuLabels, StandBestFirstAndNameEachEntryOnce) {
 }
 
 TEST(MenuLabels, AreOneLineOfPlainTextWithWhatAStreamIs) {
+    const std::string longest = std::string(159, 'x') + "\xF0\x9F\x98\x80";
     std::vector<MediaEntry> entries = {
-        entry("hlstozab://m", " Tom &\r\n Jerry\t", 720, 1000, 0, 60),
-        entry("hlstozab://l", "480p bitrate  900", 480, 900'000), entry("hlstozab://n", "sized", 0, 1000, 9),
-        entry("hlstozab://s", "slow", 0, 999),
-        entry("c", std::string(159, 'x') + "\xF0\x9F\x98\x80" + std::string(9, 'x'))};
+        {.link = "hlstozab://m",
+         .description = " Tom &\r\n Jerry\t",
+         .duration = 60,
+         .height = 720,
+         .bitrate = 1000},
+        {.link = "hlstozab://l", .description = "480p bitrate  900", .height = 480, .bitrate = 900'000},
+        {.link = "hlstozab://n", .description = "sized", .size = 9, .bitrate = 1000},
+        {.link = "hlstozab://s", .description = "slow", .bitrate = 999},
+        {.link = "c", .description = longest + std::string(9, 'x')}};
     for (auto& made : entries) made.extension = "ts";
     EXPECT_EQ(shown(mediaMenu(entries, MessageTexts{}, utf16FromUtf8)),
               "Tom && Jerry, 720p TS, 1 kbit/s 1 min 0 sec -> hlstozab://m\n"
               "480p bitrate 900, TS -> hlstozab://l\n"
               "sized, TS, 9 Bytes -> hlstozab://n\n"
               "slow, TS -> hlstozab://s\n" +
-                  std::string(159, 'x') + "\xF0\x9F\x98\x80\xE2\x80\xA6 -> c\nDownload all -> !ALL!\n");
+                  longest + "\xE2\x80\xA6 -> c\nDownload all -> !ALL!\n");
 }
 
 }  // namespace

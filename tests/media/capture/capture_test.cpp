@@ -151,7 +151,7 @@ TEST(Capture, OffersWhatABodyDescribesWhereverItIsCut) {
          "136 shows the same as 22, 140 is sound"},
         {youtubeVideoInfo, "url_encoded_fmt_stream_map=url%3Dvideoplayback%26itag%3D22",
          "ytatozab://videoplayback | 720p HD MP4 | mp4\n", "a reply"},
-        {youtubeWatchPage, watchPage(stream(22), stream(137)), kFilm22, "a picture needs its sound"},
+        {youtubeWatchPage, watchPage(stream(22) + "," + stream(140), stream(137)), kFilm22, "adaptive sound"},
         {youtubeWatchPage, watchPage(stream(5), stream(140)),
          "ytatozab://" + kPlayback + "5 | 240p FLV | flv\n", "a whole film has its sound"},
         {hdsFragment, box("afra", "") + box("mdat", tag(9) + tag(8)), kFragments, "plain tags"},
@@ -189,52 +189,38 @@ TEST(Capture, OffersWhatABodyDescribesWhereverItIsCut) {
               "dhs2tozab://http://h/_Seg%ld-Frag%ld | Page | flv\n");
 }
 
-TEST(CaptureItself, IsAMediaFile) {
+TEST(CaptureItself, IsAMediaFileOrAStreamThatNoCatalogueKnows) {
+    using enum zab::Outcome;
+    const std::string part = "http://g.googlevideo.com/videoplayback?id=1&itag=",
+                      ranged = part + "22&range=1-2",
+                      offered = "ytatozab://" + part + "22 | 720p HD MP4 | mp4\n",
+                      song = "http://h/a%C3%A4.MP3?x#f | a\u00e4.MP3 | mp3 | audio | size 7\n",
+                      film = "http://h/a.FLV | n.mp4 | flv\n";
     const struct {
         zab::CaptureContext context;
-        const char* entries;
-        const char* why;
-    } rows[] = {
-        {{"http://h/a%C3%A4.MP3?range=1&x#f", "", "", "MP3", 7},
-         "http://h/a%C3%A4.MP3?x#f | a\u00e4.MP3 | mp3 | audio | size 7\n",
-         "by its address, without range"},
-        {{"http://h/a.FLV", "video/mp4", "utf-8''n.mp4", "mp4", -1},
-         "http://h/a.FLV | n.mp4 | flv\n",
-         "a name that its server gave, without its mark"},
-        {{"http://h/a", "VIDEO/X-FLV", "", "", 0}, "http://h/a | a | flv\n", "by its type"},
-    };
-    zab::Decision decision;
-    decision.status = 200;
-    decision.offer = true;
-    for (const auto& row : rows) {
-        zab::LocalPage page;
-        EXPECT_EQ(shown(captureResponse(decision, 0, row.context, page)), row.entries) << row.why;
-    }
-}
-
-TEST(CaptureItself, IsAStreamWhenNoCatalogueKnowsIt) {
-    const std::string part = "http://g.googlevideo.com/videoplayback?id=1&itag=",
-                      offered = "ytatozab://" + part + "22 | 720p HD MP4 | mp4\n";
-    const struct {
-        std::string url, catalogue;  // a stream that the page's holds
-        bool marks;                  // as one that the browser plays
+        bool isFile;
+        std::string catalogue;  // a stream that the page's holds
+        bool marks;             // as one that the browser plays
         std::string entries;
         const char* why;
         std::uint32_t loadFlags = 0;
-        zab::Outcome outcome = zab::Outcome::browser;
+        zab::Outcome outcome = browser;
         std::uint32_t status = 200;
     } rows[] = {
-        {part + "22&range=1-2", "", false, offered, "no stream is known"},
-        {part + "22&range=1-2", part + "22&range=1-2", true, "", "known by its address"},
-        {part + "22&range=1-2", part + "22&range=8-9", true, "", "known by its stream"},
-        {part + "22&range=1-2", part + "18", false, "", "a video that is known"},
-        {part + "22&range=1-2", "http://g.googlevideo.com/videoplayback?id=2", false, offered, "another is"},
-        {part + "137", "", false, "", "picture without sound"},
-        {part + "43", "", false, "ytatozab://" + part + "43 | 360p WEBM | webm\n", "WebM too"},
-        {"http://h/a.mp3", "", false, "", "neither a file nor a part"},
-        {part + "22", "", false, "", "a page of its own", 0x80000},
-        {part + "22", "", false, "", "its body is read", 0, zab::Outcome::listen},
-        {part + "22", "", false, "", "an error", 0, zab::Outcome::browser, 404},
+        {{ranged}, false, "", false, offered, "no stream is known"},
+        {{ranged}, false, ranged, true, "", "known by its address"},
+        {{ranged}, false, part + "22&range=8-9", true, "", "known by its stream"},
+        {{ranged}, false, part + "18", false, "", "a video that is known"},
+        {{ranged}, false, "http://g.googlevideo.com/videoplayback?id=2", false, offered, "another is"},
+        {{part + "137"}, false, "", false, "", "picture without sound"},
+        {{part + "43"}, false, "", false, "ytatozab://" + part + "43 | 360p WEBM | webm\n", "WebM too"},
+        {{"http://h/a.mp3"}, false, "", false, "", "neither a file nor a part"},
+        {{part + "22"}, false, "", false, "", "a page of its own", 0x80000},
+        {{part + "22"}, false, "", false, "", "its body is read", 0, listen},
+        {{part + "22"}, false, "", false, "", "an error", 0, browser, 404},
+        {{"http://h/a%C3%A4.MP3?range=1&x#f", "", "", "MP3", 7}, true, "", false, song, "by its address"},
+        {{"http://h/a.FLV", "video/mp4", "utf-8''n.mp4", "mp4", -1}, true, "", false, film, "by its server"},
+        {{"http://h/a", "VIDEO/X-FLV"}, true, "", false, "http://h/a | a | flv\n", "by its type"},
     };
     for (const auto& row : rows) {
         zab::LocalPage page;
@@ -247,8 +233,8 @@ TEST(CaptureItself, IsAStreamWhenNoCatalogueKnowsIt) {
         zab::Decision decision;
         decision.outcome = row.outcome;
         decision.status = row.status;
-        EXPECT_EQ(shown(captureResponse(decision, row.loadFlags, contextFor(row.url), page)), row.entries)
-            << row.why;
+        decision.offer = row.isFile;
+        EXPECT_EQ(shown(captureResponse(decision, row.loadFlags, row.context, page)), row.entries) << row.why;
         EXPECT_EQ(page.media().catalogues()[1]->entries()[0].used != 0, row.marks) << row.why;
     }
 }
@@ -325,28 +311,21 @@ TEST(CaptureWithCompanions, DescribesWhatTheyTell) {
     }
 }
 
-zab::MediaEntry entryAt(std::string link) {
-    zab::MediaEntry entry;
-    entry.link = std::move(link);
-    return entry;
-}
-
 TEST(CaptureRun, TakesABoundedNumberOfOffers) {
     zab::LocalPage page;
     const auto context = contextFor(kUrl);
     zab::CaptureRun run(context, page);
-    for (std::size_t i = 0; i < zab::CaptureRun::kMostOffers; ++i) EXPECT_TRUE(run.offer(entryAt("http://h/")));
-    EXPECT_FALSE(run.offer(entryAt("http://h/")));
+    for (std::size_t i = 0; i < zab::CaptureRun::kMostOffers; ++i)
+        EXPECT_TRUE(run.offer({.link = "http://h/"}));
+    EXPECT_FALSE(run.offer({.link = "http://h/"}));
 }
 
 // Whatever came and went: the entry that fills the page to its last byte is held, and one byte more is not.
 TEST(OfferedMedia, IsFullWhenItIs) {
     zab::OfferedMedia media;
     const auto offers = [&](const char* link, bool isBare = false, const char* text = "") {
-        auto entry = entryAt(link);
-        entry.isBarePlaylist = isBare;
-        entry.secondUrl = entry.extra = entry.extension = text;
-        media.offer(std::move(entry));
+        media.offer(
+            {.link = link, .secondUrl = text, .extra = text, .extension = text, .isBarePlaylist = isBare});
     };
     offers("http://h/gone");
     EXPECT_EQ(media.takeEntries().size(), 1u);
@@ -364,8 +343,7 @@ TEST(OfferedMedia, IsFullWhenItIs) {
         weight += entry.link.size() + entry.secondUrl.size() + entry.extra.size() + entry.extension.size();
     EXPECT_EQ(media.entries().size(), 3u) << "each stream once";
     for (const std::size_t tooMuch : {std::size_t{1}, std::size_t{0}}) {
-        auto last = entryAt("http://last/");
-        last.page = {0, "u", "t", "r", "c", "a", "n"};
+        zab::MediaEntry last{.link = "http://last/", .page = {0, "u", "t", "r", "c", "a", "n"}};
         last.description.assign(zab::OfferedMedia::kMostEntryBytes - weight - last.link.size() - 6 + tooMuch,
                                 'd');
         media.offer(std::move(last));
@@ -375,23 +353,20 @@ TEST(OfferedMedia, IsFullWhenItIs) {
 
 TEST(OfferedMedia, LearnsAboutWhatItHoldsAlsoWhenItIsFull) {
     zab::OfferedMedia page;
-    page.offer(entryAt("hlstozab://"));
+    page.offer({.link = "hlstozab://"});
     EXPECT_TRUE(page.entries().empty()) << "no address behind the scheme";
     for (std::size_t i = 0; i <= zab::OfferedMedia::kMostEntries; ++i)
-        page.offer(entryAt("http://h/" + std::to_string(i)));
+        page.offer({.link = "http://h/" + std::to_string(i)});
     EXPECT_EQ(page.entries().size(), zab::OfferedMedia::kMostEntries) << "a full page drops the new one";
     for (const std::uint32_t told : {5u, 6u}) {
-        auto entry = entryAt("http://h/0");
-        entry.size = entry.duration = entry.width = entry.height = told;
-        page.offer(std::move(entry));
+        page.offer({.link = "http://h/0", .size = told, .duration = told, .width = told, .height = told});
         EXPECT_EQ(shown(page.entries().front()),
                   "http://h/0 |  |  | size 5 | duration 5 | width 5 | height 5\n")
             << "what is known stays";
     }
 
     zab::OfferedMedia large;
-    auto film = entryAt("hlstozab://http://h/v");
-    film.isBarePlaylist = true;
+    zab::MediaEntry film{.link = "hlstozab://http://h/v", .isBarePlaylist = true};
     large.offer(film);
     film.isBarePlaylist = false;
     film.extra.assign(zab::OfferedMedia::kMostEntryBytes - film.link.size() + 1, 'u');
@@ -409,7 +384,7 @@ TEST(MediaPages, HoldTheNewestAndForgetByEitherName) {
     const auto open = [&](std::uint64_t id) -> zab::OfferedMedia& {
         return pages.open({{id == 3 ? object : nullptr, id}, ""}).media;
     };
-    for (std::uint64_t id = 1; id <= zab::MediaPages::kMostPages; ++id) open(id).offer(entryAt("http://h/"));
+    for (std::uint64_t id = 1; id <= zab::MediaPages::kMostPages; ++id) open(id).offer({.link = "http://h/"});
     EXPECT_FALSE(open(1).entries().empty()) << "the same record";
     open(1'000'000);
     EXPECT_EQ(pages.find(1), nullptr);

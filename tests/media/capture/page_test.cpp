@@ -118,6 +118,8 @@ TEST_F(CapturePages, AnEntryAsksAsItsPageDid) {
     EXPECT_EQ(told["extraData"][17], "hd") << "described as its first entry";
     page->attributes[u"zabmzcc-ext-docid"] = u"19";
     browser.mouse(u"unload", page);
+    page->attributes[u"zabmzcc-ext-docid"] = u"17";
+    getsFile("b.mp4");
     EXPECT_EQ(chooses(), nullptr) << "known by its object too";
 }
 

@@ -1,11 +1,10 @@
 // What a page knows of its streams: sequences of responses, and the menu that they leave.
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
 #include "media/capture/capture_check.h"
 #include "media/capture/handlers/handlers.h"
+#include "readings.h"
 
 namespace {
 
@@ -59,11 +58,13 @@ std::string film(std::string_view facts) {
 TEST(Streams, AreOfferedAsAUserWouldListThem) {
     const std::string known = film("ts | second http://h/en.m3u8"),
                       learnt = film("mp4 | second http://h/en.m3u8 | duration 9") + kSound;
-    const struct {
-        std::vector<std::pair<const char*, std::string_view>> responses;
-        std::string menu;
-        const char* why;
-    } rows[] = {
+    using Responses = std::vector<std::pair<const char*, std::string_view>>;
+    const auto menuOf = [](const Responses& responses) {
+        Site site;
+        for (const auto& [name, body] : responses) site.gets(std::string("http://h/") + name, body);
+        return site.menu();
+    };
+    const zabtest::ReadingOf<std::string, Responses> rows[] = {
         {{{"m", kMaster}}, known + kSound, "each quality once, each further language once, no subtitles"},
         {{{"m", kMaster}, {"text.m3u8", kText}, {"de-low.m3u8", kFmp4}},
          known + kSound,
@@ -90,11 +91,7 @@ TEST(Streams, AreOfferedAsAUserWouldListThem) {
          "dhs2tozab://http://h/aSeg%ld-Frag%ld?1 | a | flv\ndhs2tozab://http://h/bSeg%ld-Frag%ld | b | flv\n",
          "a stream, not each fragment of it"},
     };
-    for (const auto& row : rows) {
-        Site site;
-        for (const auto& [name, body] : row.responses) site.gets(std::string("http://h/") + name, body);
-        EXPECT_EQ(site.menu(), row.menu) << row.why;
-    }
+    zabtest::expectReadings(menuOf, rows);
 }
 
 TEST(Streams, PartsAreNoFiles) {
