@@ -5,16 +5,12 @@
 namespace zab {
 namespace {
 
-TEST(FrontPages, AreTheLastThatLoadUntilOneIsTold) {
+TEST(FrontPages, AreTheLastThatLoadUntilOneIsToldOrSeen) {
     FrontPages fronts;
     fronts.loading(17, 1);
     fronts.loading(18, 1);
     EXPECT_FALSE(fronts.isFront(17, 1));
     EXPECT_TRUE(fronts.isFront(18, 1));
-}
-
-TEST(FrontPages, AGuessIsPutRightWhenThePageIsSeen) {
-    FrontPages fronts;
     fronts.select(17, 1, false);
     fronts.select(20, 1, true);
     EXPECT_FALSE(fronts.isFront(17, 1));

@@ -1,7 +1,5 @@
 #include "web/encoding.h"
 
-#include <gtest/gtest.h>
-
 #include "readings.h"
 
 using namespace zab;
@@ -9,16 +7,10 @@ using namespace zabtest;
 
 namespace {
 
-TEST(Base64, WritesWhatRfc4648Writes) {
-    const Reading rows[] = {
-        {"foob", "Zm9vYg==", "one byte at the end"},
-        {"fooba", "Zm9vYmE=", "two"},
-        {"\xFB\xEF\xFF", "++//", "the last of the alphabet"},
-    };
-    expectReadings(Base64Encode, rows);
-}
-
-TEST(Base64, ReadingEndsAtTheFirstForeignByte) {
+TEST(Base64, IsThatOfRfc4648AndEndsAtTheFirstForeignByte) {
+    EXPECT_EQ(Base64Encode("foob"), "Zm9vYg==");
+    EXPECT_EQ(Base64Encode("fooba"), "Zm9vYmE=");
+    EXPECT_EQ(Base64Encode("\xFB\xEF\xFF"), "++//") << "the last of the alphabet";
     const Reading rows[] = {
         {" \t Zm9v", "foo", "leading blanks"},
         {"Zg", "f", "padding may be missing"},

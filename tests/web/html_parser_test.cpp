@@ -1,7 +1,5 @@
 #include "web/html_parser.h"
 
-#include <gtest/gtest.h>
-
 #include <ctime>
 #include <map>
 #include <string>
@@ -92,19 +90,13 @@ TEST(HtmlTokens, OfHiddenPartsDoNotCount) {
     expectReadings(linksOf, rows);
 }
 
-TEST(HtmlLinks, AreResolvedAgainstTheBase) {
+TEST(HtmlLinks, AreAddressesOfDownloadsEachOnce) {
     const Reading rows[] = {
         {"<base target=x><base href=sub/><base href=http://n/><a href=a>", "L sub/a;", "the first href"},
         {"<a href=a>A</a><a href=http://o/a></a><base href=http://o/>", "L http://o/a [A];", "links before it"},
         {"<base href=javascript:x><a href=a>", "L a;", "no base without a host"},
         {"<template><base href=http://o/></template><a href=a>", "L a;", "none in a template"},
         {"<a href=#x><base href=http://o/p/q>", "L http://o/p/q#x;", "with a base, a fragment leads elsewhere"},
-    };
-    expectReadings(linksOf, rows);
-}
-
-TEST(HtmlLinks, AreDownloadsEachOnce) {
-    const Reading rows[] = {
         {"<a href='java\nscript:x'><a href=data:,x><a href=MMS://h/3>", "L mms://h/3;", "schemes of the web"},
         {"<a href=HTTP://%48.Ex:080><a href=//h.ex/#x><a href=ftp://h.ex:21/>", "L http://h.ex/;L ftp://h.ex/;",
          "one spelling, one link"},

@@ -1,7 +1,5 @@
 // Text out of JSON and XML.
 
-#include <gtest/gtest.h>
-
 #include "readings.h"
 #include "web/json_text.h"
 #include "web/xml_text.h"

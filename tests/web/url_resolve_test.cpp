@@ -1,17 +1,17 @@
 #include "web/url_resolve.h"
 
-#include <gtest/gtest.h>
-
-#include "binding/text.h"
 #include "readings.h"
 
 namespace {
 
 using namespace zabtest;
 
-TEST(UrlResolve, FollowsTheExamplesOfTheStandard) {
-    const auto read = [](std::string_view reference) {
-        return zab::resolveUrl("http://a/b/c/d;p?q", reference);
+TEST(UrlResolve, FollowsTheStandardAlsoWhereItsExamplesEnd) {
+    // A base and a reference, or a reference to the base of the examples.
+    const auto read = [](std::string_view text) {
+        const auto at = text.find(' ');
+        return at == text.npos ? zab::resolveUrl("http://a/b/c/d;p?q", text)
+                               : zab::resolveUrl(text.substr(0, at), text.substr(at + 1));
     };
     const Reading rows[] = {
         {"g:h", "g:h", "RFC 3986 section 5.4.1"},
@@ -23,16 +23,6 @@ TEST(UrlResolve, FollowsTheExamplesOfTheStandard) {
         {"..", "http://a/b/", ""},
         {"./g/.", "http://a/b/c/g/", ""},
         {"http:g", "http:g", ""},
-    };
-    expectReadings(read, rows);
-}
-
-TEST(UrlResolve, KeepsWhatTheExamplesLeaveOut) {
-    const auto read = [](std::string_view both) {
-        const std::string_view base = zab::upTo(both, ' ');
-        return zab::resolveUrl(base, both.substr(base.size() + 1));
-    };
-    const Reading rows[] = {
         {"http://a g", "http://a/g", "a host without a path gets one"},
         {"http://a/b//c ../g", "http://a/b/g", "an empty segment is a segment"},
         {"http://a/b g//..//h", "http://a/g//h", "empty segments stay"},

@@ -1,7 +1,5 @@
 #include "web/url.h"
 
-#include <gtest/gtest.h>
-
 #include "readings.h"
 #include "web/web_address.h"
 

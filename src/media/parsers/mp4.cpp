@@ -33,7 +33,7 @@ constexpr TrackHeaderLayout kTrackHeader32{84, 36, 76, 80};
 constexpr TrackHeaderLayout kTrackHeader64{96, 48, 88, 92};
 
 // Deliberate: the layout of version 0 is taken for every "mvhd", and a payload of 16 bytes is enough although
-// the duration ends at byte 20. Held by Mp4.ReadsTheMovieHeader.
+// the duration ends at byte 20. Held by Mp4.ReadsTimesAndHeightOfAMovie.
 void readMovieHeader(Bytes buffer, const Box& header, CMp4DashReader& reader) noexcept {
     constexpr std::uint64_t kLeastSize = 16;
     if (header.size < kLeastSize) return;

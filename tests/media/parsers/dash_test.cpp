@@ -1,7 +1,5 @@
 #include "media/parsers/dash.h"
 
-#include <gtest/gtest.h>
-
 #include "media/parsers/dash_check.h"
 #include "readings.h"
 
@@ -42,20 +40,6 @@ TEST(Dash, ReadsCompleteRepresentations) {
         {"<Representation id=1>B\0S"s, "", "text ends at its first NUL"},
     };
     expectReadings(read, rows);
-}
-
-TEST(Dash, PicksAudioOutOfAllRecordsInOrder) {
-    zab::CYoutubeDashXMLParser parser;
-    std::string body;
-    for (const char* itag : {"303", "139", "140", "251"})
-        body.append("<Representation id=")
-            .append(itag)
-            .append("><BaseURL>u</BaseURL><SegmentList>s</SegmentList>");
-    ASSERT_TRUE(parser.parse(body));
-    EXPECT_EQ(parser.pickAudioFor(137), &parser.representations[2]);
-    EXPECT_EQ(parser.pickAudioFor(303), &parser.representations[3]);
-    ASSERT_TRUE(parser.parse(body.substr(0, body.find("id=139"))));
-    EXPECT_EQ(parser.pickAudioFor(137), nullptr) << "no audio record";
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "media/parsers/facebook.h"
 
-#include <gtest/gtest.h>
-
 #include "media/parsers/site_checks.h"
 #include "readings.h"
 
@@ -10,7 +8,8 @@ using namespace zabtest;
 
 namespace {
 
-TEST(Facebook, TakesTheAddressesOfEachBlock) {
+TEST(Facebook, TakesAddressesAndDurationOfEachBlock) {
+    const std::string block = "videoData:sd_src:'b' ";
     const Reading rows[] = {
         {R"(videoData:[{hd_src:"a",sd_src:"b"}])", "hd a 0;sd b 0;", "high definition first"},
         {R"(videoData: sd_src: 	'"b')", "sd \"b 0;", "one address, white space; the same quote closes"},
@@ -22,21 +21,14 @@ TEST(Facebook, TakesTheAddressesOfEachBlock) {
         {R"(sd_src:"b" videoData:)", "", "a block takes what is ahead"},
         {R"(videoData:sd_src:"b)", "", "no closing quote"},
         {R"(videoData:sd_src:"h:\/\/x\u0025\u0026\\/")", R"(sd h://x%\u0026\/ 0;)", "two escapes, one pass"},
+        {block + R"(dash_manifest mediaPresentationDuration=\"PT9S\")", "sd b 9;",
+         "behind backslash, quote and ="},
+        {block + R"(mediaPresentationDuration="PT9S" dash_manifest)", "sd b 0;", "before the manifest"},
+        {block + R"(dash_manifest videoData: mediaPresentationDuration="PT9S")", "sd b 0;",
+         "of the next block"},
+        {block + R"(dash_manifest mediaPresentationDuration= "PT9S")", "sd b 0;", "a blank is not skipped"},
     };
     expectReadings(facebookEntries, rows);
-}
-
-TEST(Facebook, TakesTheDurationFromTheManifestOfTheBlock) {
-    const auto read = [](const std::string& behind) {
-        return facebookEntries("videoData:sd_src:'b'" + behind);
-    };
-    const Reading rows[] = {
-        {R"( dash_manifest mediaPresentationDuration=\"PT9S\")", "sd b 9;", "behind backslash, quote and ="},
-        {R"( mediaPresentationDuration="PT9S" dash_manifest)", "sd b 0;", "before the manifest"},
-        {R"( dash_manifest videoData: mediaPresentationDuration="PT9S")", "sd b 0;", "of the next block"},
-        {R"( dash_manifest mediaPresentationDuration= "PT9S")", "sd b 0;", "a blank is not skipped"},
-    };
-    expectReadings(read, rows);
 }
 
 TEST(IsoDuration, IsWholeSecondsOrZero) {

@@ -1,7 +1,5 @@
 #include "media/parsers/hds.h"
 
-#include <gtest/gtest.h>
-
 #include <bit>
 #include <limits>
 
@@ -24,15 +22,6 @@ std::string heightsOf(const std::string& body) {
     return all;
 }
 
-TEST(Hds, TheLastRenditionOfEachHeightWins) {
-    const Reading rows[] = {
-        {"<media url=a height=1 ><media url=b height=2 ><media url=c height=1 >", "a 1 hidden;b 2;c 1;",
-         "earlier"},
-        {"<media url=a ><media url=b height='' >", "a  hidden;b  hidden;", "without a height it is hidden"},
-    };
-    expectReadings(heightsOf, rows);
-}
-
 std::string amfNumber(double value) {
     const auto bits = std::bit_cast<std::uint64_t>(value);
     std::string bytes;
@@ -40,7 +29,7 @@ std::string amfNumber(double value) {
     return bytes;
 }
 
-TEST(Hds, ReadsAHeightFromMetadata) {
+TEST(Hds, ShowsTheLastRenditionOfEachHeight) {
     const std::string key = "\x06height", typed = key + '\0';
     const double notANumber = std::numeric_limits<double>::quiet_NaN();
     const auto ofMetadata = [](const std::string& data) {
@@ -56,14 +45,17 @@ TEST(Hds, ReadsAHeightFromMetadata) {
     };
     expectReadings(ofMetadata, rows);
     const std::string base64 = zab::Base64Encode("ab" + typed + amfNumber(480));
-    const Reading places[] = {
+    const Reading renditions[] = {
+        {"<media url=a height=1 ><media url=b height=2 ><media url=c height=1 >", "a 1 hidden;b 2;c 1;",
+         "earlier"},
+        {"<media url=a ><media url=b height='' >", "a  hidden;b  hidden;", "without a height it is hidden"},
         {"<media url=u height=1 ><metadata>" + base64 + "</metadata>", "u 1;", "an attribute comes first"},
         {"<media url=u ><metadata>" + base64 + "<x></metadata>", "u 480;", "ends at a foreign byte"},
         {"<media url=u /><metadata>" + base64 + "</metadata>", "u  hidden;", "closed in its start tag"},
         {"<media url=u ><metadata>x</metadata><metadata>" + base64 + "</metadata>", "u  hidden;", "the first"},
         {"<media ><media url=v ><MetaData>" + base64 + "</metadata >", " 480 hidden;v 480;", "open: the next"},
     };
-    expectReadings(heightsOf, places);
+    expectReadings(heightsOf, renditions);
 }
 
 TEST(Hds, LinksBootstraps) {

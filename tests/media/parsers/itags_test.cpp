@@ -1,7 +1,5 @@
 #include "media/parsers/itags.h"
 
-#include <gtest/gtest.h>
-
 #include <functional>
 #include <sstream>
 #include <vector>
@@ -73,7 +71,7 @@ std::uint32_t picked(std::uint32_t video, const std::vector<std::uint32_t>& list
     return chosen == nullptr ? 0 : *chosen;
 }
 
-TEST(AudioPairing, ContentsTheseVideos) {
+TEST(AudioPairing, FollowsListOrderAndStopsWhenContent) {
     const auto pairedWith = [](std::uint32_t audio, const std::vector<std::uint32_t>& list) {
         std::string videos;
         for (std::uint32_t video = 0; video < 400; ++video)
@@ -83,9 +81,6 @@ TEST(AudioPairing, ContentsTheseVideos) {
     EXPECT_EQ(pairedWith(141, {141, 140}), "135 136 137 138 264 266 298 299 ");
     EXPECT_EQ(pairedWith(140, {140, 141}), "133 134 160 ");
     EXPECT_EQ(pairedWith(251, {140, 251}), "303 308 313 315 ");
-}
-
-TEST(AudioPairing, FollowsListOrderAndStopsWhenContent) {
     EXPECT_EQ(picked(303, {140, 250, 251, 141}), 251u) << "the best Opus ends it";
     EXPECT_EQ(picked(303, {250, 249, 140}), 250u) << "249 and AAC do not replace 250";
     EXPECT_EQ(picked(303, {140, 249, 141}), 249u) << "Opus replaces AAC";

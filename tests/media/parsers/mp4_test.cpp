@@ -1,7 +1,5 @@
 #include "media/parsers/mp4.h"
 
-#include <gtest/gtest.h>
-
 #include "readings.h"
 
 namespace {
@@ -40,8 +38,6 @@ std::string readingOf(std::string_view file) {
            reader.secondsText();
 }
 
-std::string movieReadingOf(std::string_view children) { return readingOf(box("moov", children)); }
-
 TEST(Mp4, FindsTheMovieBox) {
     const std::string movie = box("moov", mvhd(10, 55));
     const std::string longMovie = u32(1) + "moov" + big(16 + mvhd(10, 55).size(), 8) + mvhd(10, 55);
@@ -59,8 +55,8 @@ TEST(Mp4, FindsTheMovieBox) {
     expectReadings(readingOf, rows);
 }
 
-TEST(Mp4, ReadsTheMovieHeader) {
-    const std::string shortHeader = box("mvhd", zeros(12) + u32(10));
+TEST(Mp4, ReadsTimesAndHeightOfAMovie) {
+    const std::string shortHeader = box("mvhd", zeros(12) + u32(10)), video = trak(tkhd(0, 1280, 720));
     const Reading rows[] = {
         {mvhd(10, 0), "- 10 0 0 0 ", "a timescale alone is not usable"},
         {mvhd(0, 10), "- 0 10 0 0 ", "nor is a duration"},
@@ -70,32 +66,19 @@ TEST(Mp4, ReadsTheMovieHeader) {
         {box("mvhd", zeros(15)), "- 0 0 0 0 ", "15 bytes are not enough"},
         {u32(0) + "free" + mvhd(10, 20), "- 0 0 0 0 ", "no child of size 0"},
         {u32(900) + "free" + mvhd(10, 20), "- 0 0 0 0 ", "no child beyond its parent"},
-    };
-    expectReadings(movieReadingOf, rows);
-}
-
-TEST(Mp4, ReadsThePictureHeight) {
-    const std::string video = trak(tkhd(0, 1280, 720));
-    const Reading rows[] = {
         {trak(tkhd(0, 1280, 1080, 1)), "0 0 0 1080 ", "a header with 64-bit times"},
         {video + trak(tkhd(0x100, 0, 0)), "0 0 0 720 ", "a track without a picture changes nothing"},
         {trak(tkhd(0x101, 640, 360)), "- 0 0 0 0 ", "volume one and a fraction"},
         {trak(tkhd(0x100, 640, 360)) + trak(tkhd(0x201, 640, 361)), "0 0 0 361 ", "without, and two with one"},
         {trak(box("tkhd", zeros(83))), "- 0 0 0 0 ", "too short for version 0"},
         {trak(box("tkhd", tkhd(0, 640, 360, 1).substr(8, 95))), "- 0 0 0 0 ", "too short for another"},
-    };
-    expectReadings(movieReadingOf, rows);
-}
-
-TEST(Mp4, ReadsTheFragmentDuration) {
-    const Reading rows[] = {
         {mvhd(1000, 5) + mehd(0, u32(90000)), "1000 5 90000 0 90", "before the movie's own duration"},
         {mvhd(0, 0) + mehd(0, u32(90000)), "0 0 90000 0 90", "timescale 0: 1000"},
         {mehd(1, u32(1) + u32(4000)), "0 0 4000 0 4", "flags count like a version"},
         {mehd(0, "") + u32(4000), "0 0 4000 0 4", "no size is checked: the field behind the box"},
         {box("mvex", box("trex", u32(0) + u32(4000))), "- 0 0 0 0 ", "another box"},
     };
-    expectReadings(movieReadingOf, rows);
+    expectReadings([](const std::string& children) { return readingOf(box("moov", children)); }, rows);
 }
 
 }  // namespace

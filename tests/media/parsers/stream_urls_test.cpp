@@ -1,7 +1,5 @@
 #include "media/parsers/stream_urls.h"
 
-#include <gtest/gtest.h>
-
 #include "binding/text.h"
 #include "binding/utf.h"
 #include "readings.h"

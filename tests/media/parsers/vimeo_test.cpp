@@ -1,7 +1,5 @@
 #include "media/parsers/vimeo.h"
 
-#include <gtest/gtest.h>
-
 #include "media/parsers/site_checks.h"
 #include "readings.h"
 

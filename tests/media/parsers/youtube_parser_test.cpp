@@ -1,7 +1,5 @@
 #include "media/parsers/youtube_parser.h"
 
-#include <gtest/gtest.h>
-
 #include <utility>
 
 #include "media/parsers/site_checks.h"
@@ -36,6 +34,13 @@ TEST(YoutubeStreamMap, IsReadPieceByPiece) {
     };
     expectReadings(read, rows);
     EXPECT_EQ(youtubePage(R"("adaptive_fmts":"url=videoplayback")"), "") << "not without the other map";
+    EXPECT_EQ(
+        youtubeReply("url_encoded_fmt_stream_map=itag%3D22%26url%3Dvideoplayback%253Fa%26sig%3DS%252C%2Curl"
+                     "%3Dvideoplayback&adaptive_fmts=url%3Dvideoplayback%253Fv%26itag%3D136&x=1"),
+        "22 videoplayback?a&signature=S%2C;0 videoplayback;136+videoplayback?v!;")
+        << "decoded once, URLs twice";
+    EXPECT_EQ(youtubeReply("url_encoded_fmt_stream_map=url%3Dvideoplayback%00%26itag%3D5"), "0 videoplayback;")
+        << "NUL ends it";
 }
 
 TEST(YoutubeStreamingData, IsReadUrlByUrl) {
@@ -63,17 +68,6 @@ TEST(YoutubeStreamingData, IsReadUrlByUrl) {
         {R"("httpvideoplayback" \"streamingData\":)", "0 httpvideoplayback;", "the next where there are none"},
     };
     expectReadings(read, rows);
-}
-
-TEST(YoutubeReply, IsReadParameterByParameter) {
-    const Reading rows[] = {
-        {"url_encoded_fmt_stream_map=itag%3D22%26url%3Dvideoplayback%253Fa%26sig%3DS%252C%2Curl%"
-         "3Dvideoplayback&"
-         "adaptive_fmts=url%3Dvideoplayback%253Fv%26itag%3D136&x=1",
-         "22 videoplayback?a&signature=S%2C;0 videoplayback;136+videoplayback?v!;", "decoded once, URLs twice"},
-        {"url_encoded_fmt_stream_map=url%3Dvideoplayback%00%26itag%3D5", "0 videoplayback;", "NUL ends it"},
-    };
-    expectReadings(youtubeReply, rows);
 }
 
 TEST(YoutubeTitle, IsUndoneAsItWasWritten) {
@@ -123,15 +117,6 @@ TEST(YoutubeCatalogue, FindsTheEntryOfALaterRequest) {
         {"http://h/v?id=1&rn=1", "stream 18* stream id", "no itag: the first"},
     };
     expectReadings(read, rows);
-}
-
-TEST(YoutubeCatalogue, PairsAudioFromAdaptiveEntriesOnly) {
-    CYoutubeParser parser;
-    parser.addEntry(u"a", 140, false);
-    parser.addEntry(u"b", 140, true);
-    std::uint32_t itag = 0;
-    std::u16string url;
-    EXPECT_TRUE(parser.pickAudioFor(133, itag, url) && itag == 140 && url == u"b");
 }
 
 TEST(YoutubeCatalogue, LooksUpACapturedUrl) {
