@@ -95,7 +95,6 @@ TEST(MediaChoice, GoesOutWhole) {
     EXPECT_EQ(textsOf(transferOf(whole)),
               "link|second|0|Film 720p|FLV|page|title|referrer|cookies|namedBy|agent|||");
     EXPECT_EQ(transferOf(whole).sizeBytes, whole.size);
-    EXPECT_EQ(transferOf(whole).flags, 0u);
     const MediaEntry page[] = {{.link = "old"}, {.link = "middle"}, whole};
     const auto newest = newestTransfers(page, 2);
     ASSERT_EQ(newest.size(), 2u);
@@ -116,10 +115,6 @@ TEST(MediaChoice, GoesOutWhole) {
     EXPECT_EQ(textsOf(chosenMedia(request, pageController, lists.all).transfer(0)),
               "o.mp4|||caf\xC3\xA9|flv|page||from|c=told||agent|u|p|")
         << "whose cookies travel is not for the asker to say";
-    request.mediaUrl = u"1.zip";
-    request.pageIdentity = u"8";
-    EXPECT_EQ(textsOf(chosenMedia(request, processController, lists.all).transfer(0)),
-              "1.zip|||||list||list||||||");
 }
 
 TEST(MediaChoice, AudioIsTold) {

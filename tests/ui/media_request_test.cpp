@@ -7,19 +7,18 @@ namespace zab {
 namespace {
 
 using namespace std::string_literals;
-using zabtest::bytesOf;
-using zabtest::requestItem;
+using namespace zabtest;
 
 TEST(MediaRequest, IsReadFromItsItems) {
     // The fields in the order of the record, each ended by a bar.
     const auto read = [](const std::string& payload) {
         const MediaRequest request = decodeMediaRequest(bytesOf(payload));
         std::u16string texts;
-        for (const auto field : zabtest::kRequestFields) texts += request.*field + u'|';
+        for (const auto field : kRequestFields) texts += request.*field + u'|';
         return utf8FromUtf16(texts);
     };
     const std::string url = requestItem(30, u"u");
-    const zabtest::Reading rows[] = {
+    const Reading rows[] = {
         {"", "|||||||flv|", "nothing: the extension has a default"},
         {requestItem(3, u"mp3") + requestItem(36, u"d") + requestItem(35, u"r") + requestItem(34, u"c") +
              requestItem(33, u"s") + requestItem(32, u"17") + requestItem(31, u"p") + url,
@@ -32,7 +31,7 @@ TEST(MediaRequest, IsReadFromItsItems) {
         {"\x20\x03\0\0"s + "1\0007"s + url, "u||||||1|flv|", "half a character more, and the next item"},
         {requestItem(32, {u"17\0008", 4}) + url, "u||||||17|flv|", "up to its NUL"},
     };
-    zabtest::expectReadings(read, rows);
+    expectReadings(read, rows);
 }
 
 TEST(MediaRequest, MarkersStandForOtherAddresses) {
@@ -41,7 +40,7 @@ TEST(MediaRequest, MarkersStandForOtherAddresses) {
         for (const std::string& address : addressesOf(url)) addresses += address + ' ';
         return addresses;
     };
-    const zabtest::Reading rows[] = {
+    const Reading rows[] = {
         {"x/[[import]]/a", "x/[[import]]/a ", "as it stands"},
         {"x/[[IMPORT]]/h/a", "x/[[IMPORT]]/h/a http://h/a ", "behind a marker"},
         {"x/[[DYNAMIC]]/2", "x/[[DYNAMIC]]/2 x ", "before a marker"},
@@ -49,7 +48,7 @@ TEST(MediaRequest, MarkersStandForOtherAddresses) {
          "x/[[IMPORT]]/h/a/[[DYNAMIC]]/2 http://h/a/[[DYNAMIC]]/2 x/[[IMPORT]]/h/a ", "each alone"},
         {"/[[IMPORT]]/h/a", "/[[IMPORT]]/h/a http://h/a ", "nothing before it"},
     };
-    zabtest::expectReadings(read, rows);
+    expectReadings(read, rows);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "binding/text.h"
 #include "binding/utf.h"
 #include "media/capture/capture_check.h"
 #include "media/capture/handlers/handlers.h"
@@ -11,7 +10,6 @@
 namespace {
 
 using namespace std::string_literals;
-using namespace std::string_view_literals;
 using zab::BodyCollector;
 using zab::MediaKind;
 using zabtest::captureWhole;

@@ -75,7 +75,7 @@ TEST(Hls, OnlyABareUriLineLetsAPendingTagCountAgain) {
     expectReadings(read, rows);
 }
 
-TEST(Hls, ReadsVariants) {
+TEST(Hls, ReadsVariantsAndRenditions) {
     const auto read = [](const std::string& list) {
         return parsed(zabtest::variantsOf)("#EXT-X-STREAM-INF:" + list);
     };
@@ -93,9 +93,6 @@ TEST(Hls, ReadsVariants) {
         {"BANDWIDTH=1\nEXT-X-ENDLIST", "EXT-X-ENDLIST|0|1|||||;", "the end-list mark is a URI here"},
     };
     expectReadings(read, rows);
-}
-
-TEST(Hls, ReadsRenditions) {
     EXPECT_EQ(
         parsed(renditionsOf)(
             "#EXT-X-MEDIA:TYPE=AUDIO,GROUP-ID=\"g\",LANGUAGE=\"en\",NAME=\"E, x\",DEFAULT=YES,AUTOSELECT=NO,"
