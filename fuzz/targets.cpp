@@ -12,7 +12,6 @@
 #include "media/parsers/tag_scanner_check.h"
 #include "scenarios/any_order.h"
 #include "settings/data_file_check.h"
-#include "settings/exception_list_check.h"
 #include "settings/language_file_check.h"
 #include "ui/media_request_check.h"
 #include "web/encoding_check.h"
@@ -44,7 +43,6 @@ constexpr Target kTargets[] = {
     {"data_file", onBytes<checkDataFile>},
     {"decide", checkDecide},
     {"encoding", checkEncoding},
-    {"exception_list", checkExceptionList},
     {"facebook", checkSite<facebookEntries>},
     {"har", checkExchanges},
     {"hds", checkHds},

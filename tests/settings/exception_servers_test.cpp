@@ -21,7 +21,7 @@ TEST(ExceptionServers, ListAUrlByItsHost) {
         {{"ab*b", "http://ab/"}, false, "a piece cannot use what the prefix used"},
         {{"*b*b", "http://ab/"}, false, "nor what a piece before it used"},
         {{"*", "http://any/"}, true, "a star alone"},
-        {{"x.com\t*.y.com\r z.com", "http://z.com/"}, true, "space, tab and CR separate"},
+        {{" x.com\t*.y.com\r z.com\r", "http://z.com/"}, true, "space, tab and CR separate"},
         {{"x.com\nz.com", "http://z.com/"}, false, "a line feed does not"},
         {{"", "http://z.com/"}, false, "an empty list"},
         {{"*", "example.com/x"}, false, "a URL without a colon"},
