@@ -1,4 +1,5 @@
 // What real windows alone show: messages of strangers, and a thread that starts slowly.
+#include "binding/wide_win32.h"
 #include "companions/button_library/choice_record.h"
 #include "scenarios/import_hook.h"
 #include "scenarios/scenario.h"

@@ -16,12 +16,6 @@ namespace {
 
 using nlohmann::json;
 
-TransferRecord recordOf(std::string url) {
-    TransferRecord record;
-    record.url = std::move(url);
-    return record;
-}
-
 /// Text of the message box that opens, which is then answered with `button`; empty without a box.
 std::string answerBox(int button) {
     return utf8FromUtf16(testbed::answerMessageBox(button).value_or(testbed::ShownBox{}).text);
@@ -29,11 +23,12 @@ std::string answerBox(int button) {
 
 class Transfer : public ::testing::Test {
   protected:
+    Transfer() { EXPECT_TRUE(manager.isRegistered(true)); }
+
     testing::ManagerProcess manager;
 };
 
 TEST_F(Transfer, CarriesEveryTextToItsPlace) {
-    ASSERT_TRUE(manager.isRegistered(true));
     passwords().remember("http://page.example/", {"pu", "pp"});
     passwords().remember("http://second.example/", {"su", "sp"});
     TransferRecord record;
@@ -76,9 +71,8 @@ TEST_F(Transfer, CarriesEveryTextToItsPlace) {
 }
 
 TEST_F(Transfer, TellsAbsentFromEmptyAndIsMadeWhateverTheManagerAnswers) {
-    ASSERT_TRUE(manager.isRegistered(true));
-    manager.set("TestbedAnswer", DWORD{0x80004005});
-    ASSERT_EQ(sendToDownloadManager(recordOf("#fragment")), TransferResult::made);
+    manager.set("TestbedAnswer", 0x80004005);
+    ASSERT_EQ(sendToDownloadManager({.url = "#fragment"}), TransferResult::made);
     const json line = manager.received(0);
     ASSERT_TRUE(line.is_object());
     EXPECT_EQ(line.at("url"), "") << "a fragment alone is an empty address, and sent";
@@ -90,26 +84,24 @@ TEST_F(Transfer, TellsAbsentFromEmptyAndIsMadeWhateverTheManagerAnswers) {
 }
 
 TEST_F(Transfer, ToAManagerThatDiesIsNotMadeAndTheSessionFindsTheNextOne) {
-    ASSERT_TRUE(manager.isRegistered(true));
-    manager.set("ExePath", "C:\\ZAB\\ZABMan.exe");
-    manager.set("TestbedDie", DWORD{1});
+    manager.set("TestbedDie", 1u);
     TransferSession session;
-    EXPECT_EQ(session.send(recordOf("http://h.example/1")), TransferResult::notMade);
+    EXPECT_EQ(session.send({.url = "http://h.example/1"}), TransferResult::notMade);
     EXPECT_TRUE(answerBox(IDOK).starts_with("Cannot transfer the download to ZAB\r\nError 0x8"));
-    manager.set("TestbedDie", DWORD{0});
+    manager.set("TestbedDie", 0u);
     for (const char* url : {"http://h.example/2", "http://h.example/3"})
-        EXPECT_EQ(session.send(recordOf(url)), TransferResult::made);
+        EXPECT_EQ(session.send({.url = url}), TransferResult::made);
     EXPECT_EQ(manager.received(2).value("url", ""), "http://h.example/3");
 }
 
 TEST_F(Transfer, ToAManagerThatRunsElevatedIsToldAsThat) {
     ASSERT_TRUE(manager.isRegistered(false));
-    const std::string exe = "C:\\ZAB\\ZABMan.exe";
-    manager.set("ExePath", exe);
-    manager.set(exe.c_str(), "RUNASADMIN", manager.kLayers);
-    EXPECT_EQ(sendToDownloadManager(recordOf("http://h.example/")), TransferResult::notMade);
+    constexpr const char* kLayers = "Software\\Microsoft\\Windows NT\\CurrentVersion\\AppCompatFlags\\Layers";
+    RegSetKeyValueA(HKEY_CURRENT_USER, kLayers, testbed::SettingsTree::kProgram, REG_SZ, "RUNASADMIN", 11);
+    EXPECT_EQ(sendToDownloadManager({.url = "http://h.example/"}), TransferResult::notMade);
     EXPECT_TRUE(
         answerBox(IDOK).starts_with("Firefox cannot transfer file download to Zabrion because you have"));
+    RegDeleteKeyValueA(HKEY_CURRENT_USER, kLayers, testbed::SettingsTree::kProgram);
 }
 
 TEST_F(Transfer, WithoutAnAddressNobodyIsTold) {
@@ -122,10 +114,10 @@ TEST_F(Transfer, LeavesComAsItWasOnTheThread) {
     for (const bool registered : {true, false}) {
         ASSERT_TRUE(manager.isRegistered(registered));
         std::thread([&] {
-            sendToDownloadManager(recordOf("http://h.example/"));
+            sendToDownloadManager({.url = "http://h.example/"});
             EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK)
                 << "nothing is left of its apartment";
-            EXPECT_EQ(sendToDownloadManager(recordOf("http://h.example/")),
+            EXPECT_EQ(sendToDownloadManager({.url = "http://h.example/"}),
                       registered ? TransferResult::made : TransferResult::notMade);
             EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_FALSE)
                 << "still in the mode that it had";
@@ -133,7 +125,7 @@ TEST_F(Transfer, LeavesComAsItWasOnTheThread) {
             CoUninitialize();
         }).join();
     }
-    EXPECT_NE(answerBox(IDNO), "");
+    EXPECT_NE(answerBox(IDOK), "");
 }
 
 TEST(LocalCopy, IsOfferedOnlyWithExactlyTheExpectedSize) {
