@@ -57,6 +57,10 @@ TEST(CatchList, FileNameTest) {
                          acceptsFileName(name, NumberedParts::refused, list));
     };
     expectReadings(accepted, rows);
+    CatchList list(settings);
+    EXPECT_TRUE(list.holds("rar"));
+    settings.extensionList = "zip";
+    EXPECT_FALSE(list.holds("zip")) << "read once for a decision";
 }
 
 }  // namespace

@@ -13,20 +13,16 @@ namespace {
 struct Response {
     std::string_view url, type;
     std::int64_t length = 0;
+    std::uint32_t loadFlags = 0, status = 200, panelView = 1;
 };
 
-KindFacts factsOf(const Response& response, std::uint32_t loadFlags = 0) {
-    const auto& [url, type, length] = response;
-    return {url,
-            hostOf(url),
-            behindHost(url),
-            pathOf(url),
-            type,
-            extensionOf(lastSegmentOf(url)),
-            ClassifyMimeType(type),
-            length,
-            200,
-            loadFlags};
+MediaKind kindOf(const Response& response) {
+    const auto& [url, type, length, loadFlags, status, panelView] = response;
+    GivenSettings settings;
+    settings.panelView = panelView;
+    return mediaKindOf({url, hostOf(url), behindHost(url), pathOf(url), type, extensionOf(lastSegmentOf(url)),
+                        ClassifyMimeType(type), length, status, loadFlags},
+                       settings);
 }
 
 TEST(Kinds, FirstRowThatAppliesDecides) {
@@ -73,27 +69,13 @@ TEST(Kinds, FirstRowThatAppliesDecides) {
         {{"http://h/a", "image/svg+xml", 1}, "", "a picture, though it is XML"},
         {{"http://r1.googlevideo.com/videoplayback?x&itag=18", "video/mp4", 1}, "", "a stream of a catalogue"},
         {{"http://h/videoplayback?itag=18", "video/mp4", 1}, "sniff", "on another host"},
+        {{"http://h/a.pls", "text/html; charset=x", 9, kTopLevelLoad}, "page", "before the link text"},
+        {{"http://h/a.pls", "text/html", 9, kTopLevelLoad, 200, 0}, "link text", "the panel is off"},
+        {{"http://h/a.pls", "text/html", 9, kTopLevelLoad, 206}, "link text", "a part of a page"},
+        {{"http://h/a.pls", "text/html", 9, kDocumentLoad}, "link text", "a frame"},
+        {{"http://player.vimeo.com/video/1", "text/html", 9, kTopLevelLoad}, "Vimeo player", "of a player"},
     };
-    const auto read = [](const Response& response) {
-        return mediaKindName(mediaKindOf(factsOf(response), GivenSettings{}));
-    };
-    zabtest::expectReadings(read, rows);
-}
-
-TEST(Kinds, APageIsOneOnlyWhenNothingElseWantsIt) {
-    GivenSettings settings;
-    KindFacts page = factsOf({"http://h/a.pls", "text/html; charset=x", 9}, kTopLevelLoad);
-    EXPECT_EQ(mediaKindOf(page, settings), MediaKind::page) << "before the link text";
-    const auto player = factsOf({"http://player.vimeo.com/video/1", "text/html"}, kTopLevelLoad);
-    EXPECT_EQ(mediaKindOf(player, settings), MediaKind::vimeoPlayer);
-    settings.panelView = 0;
-    EXPECT_EQ(mediaKindOf(page, settings), MediaKind::linkText) << "the panel is off";
-    settings.panelView = 1;
-    page.status = 206;
-    EXPECT_EQ(mediaKindOf(page, settings), MediaKind::linkText) << "a part of one is none";
-    page.status = 200;
-    page.loadFlags = kDocumentLoad;
-    EXPECT_EQ(mediaKindOf(page, settings), MediaKind::linkText) << "nor is a frame";
+    zabtest::expectReadings([](const auto& response) { return mediaKindName(kindOf(response)); }, rows);
 }
 
 TEST(Kinds, TheNameOfAnHdsFragment) {
