@@ -36,11 +36,9 @@ struct Machine final : RestoreSystem {
 };
 
 TEST(RestoreDamagedSettings, FindsTheBackupAndTellsTheUserOnlyThen) {
-    struct Given {
-        std::string_view change;  // a letter each, see below
-        const char* folders;      // those that exist, with a backup in each but where a sign says no
-    };
-    const zabtest::ReadingOf<std::string, Given> rows[] = {
+    // Changes, a letter each, see below; the folders that exist, with a backup in each but where a sign says
+    // no.
+    const zabtest::ReadingOf<std::string, std::pair<std::string_view, std::string>> rows[] = {
         {{"b", "R:\\ZHCache W:\\ZHCache\\ann"}, " restore R:\\ZHCache\\settings.bak told", "roaming first"},
         {{"", "-R:\\ZHCache W:\\ZHCache\\ann"}, "", "a roaming folder without a backup rules out the other"},
         {{"", "W:\\ZHCache\\ann W:\\ZHCache"}, " restore W:\\ZHCache\\ann\\settings.bak told", "of the user"},
@@ -55,8 +53,8 @@ TEST(RestoreDamagedSettings, FindsTheBackupAndTellsTheUserOnlyThen) {
          "the other family: no roaming folder, no user, a hive beside the users'"},
         {{"nh", "W:\\ZHCache"}, " load W:\\ZHCache\\settings.bak delete told", "a hive that does not load"},
     };
-    const auto acts = [](const Given& given) {
-        const auto changes = [&given](char letter) { return given.change.find(letter) != given.change.npos; };
+    const auto acts = [](const auto& given) {
+        const auto changes = [&given](char letter) { return given.first.find(letter) != given.first.npos; };
         Machine machine;
         machine.nt = !changes('n');
         machine.hiveLoads = !changes('h');
@@ -65,7 +63,7 @@ TEST(RestoreDamagedSettings, FindsTheBackupAndTellsTheUserOnlyThen) {
         if (changes('u')) machine.user.reset();
         if (changes('w')) machine.windows.reset();
         if (changes('s')) machine.paths.insert("C:\\Program Files\\Spyware Cleaner");
-        std::istringstream folders(given.folders);
+        std::istringstream folders(given.second);
         for (std::string folder; folders >> folder;) {
             const bool bare = folder.starts_with('-');
             machine.paths.insert(folder.substr(bare));

@@ -1,6 +1,7 @@
 // The settings on a real registry, real change signals, real files and a real keyboard state.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 #include <thread>
 
@@ -24,11 +25,7 @@ namespace {
 /// The settings of an installed download manager, and a folder for files.
 class Settings : public testing::Test {
   protected:
-    Settings() {
-        char temp[MAX_PATH];
-        folder = std::string(temp, GetTempPathA(MAX_PATH, temp)) + "zab settings test\\";
-        CreateDirectoryA(folder.c_str(), nullptr);
-    }
+    Settings() { std::filesystem::create_directories(folder + "Languages"); }
     ~Settings() override { closeSharedState(); }
 
     static void writeRaw(const char* name, DWORD type, const std::string& data) {
@@ -37,7 +34,7 @@ class Settings : public testing::Test {
     }
 
     testbed::SettingsTree settings;
-    std::string folder;
+    const std::string folder = (std::filesystem::temp_directory_path() / "zab settings test\\").string();
 };
 
 TEST_F(Settings, ReadsAreTypedAndBounded) {
@@ -167,7 +164,6 @@ TEST_F(Settings, TheDataFileIsReadAgainAtEachChange) {
 }
 
 TEST_F(Settings, LanguageFilesOfTheChosenLanguageAreOverlaid) {
-    CreateDirectoryA((folder + "Languages").c_str(), nullptr);
     const std::pair<const char*, const char*> files[] = {
         {"zab_de.lng", "\xEF\xBB\xBFlang=0407\r\n20850=Video\r\n20851=T\xC3\xB6ne\r\n"},
         {"zab_fr.lng", "lang=040c\r\n20851=son\r\n"},
@@ -195,31 +191,23 @@ TEST_F(Settings, LanguageFilesOfTheChosenLanguageAreOverlaid) {
 TEST_F(Settings, NameTheKeysThatSteer) {
     MSG message;
     PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE);  // a thread with a keyboard state of its own
-    const struct {
-        std::string use, name;
-        std::uint8_t code;
-        bool (*steers)() noexcept;
-    } rows[] = {
-        {"UseKeyToPrevent", "AltP", VK_MENU, IsPreventKeyDown},
-        {"UseKeyToPrevent", "ShiftP", VK_SHIFT, IsPreventKeyDown},
-        {"UseKeyToPrevent", "CtrlP", VK_CONTROL, IsPreventKeyDown},
-        {"UseKeyToPrevent", "DelP", VK_DELETE, IsPreventKeyDown},
-        {"UseKeyToForce", "AltF", VK_MENU, IsForceKeyDown},
-        {"UseKeyToForce", "ShiftF", VK_SHIFT, IsForceKeyDown},
-        {"UseKeyToForce", "CtrlF", VK_CONTROL, IsForceKeyDown},
-        {"UseKeyToForce", "InsF", VK_INSERT, IsForceKeyDown},
+    const std::pair<std::string, std::uint8_t> keys[] = {
+        {"AltP", VK_MENU}, {"ShiftP", VK_SHIFT}, {"CtrlP", VK_CONTROL}, {"DelP", VK_DELETE},
+        {"AltF", VK_MENU}, {"ShiftF", VK_SHIFT}, {"CtrlF", VK_CONTROL}, {"InsF", VK_INSERT},
     };
-    for (const auto& [use, name, code, steers] : rows) {
-        const std::string usePath = "SpecialKeys\\" + use, namePath = "SpecialKeys\\" + name;
-        settings.set(namePath, 1u);
+    for (const auto& [name, code] : keys) {
+        const bool prevents = name.ends_with('P');
+        const auto steers = prevents ? IsPreventKeyDown : IsForceKeyDown;
+        const std::string use = prevents ? "SpecialKeys\\UseKeyToPrevent" : "SpecialKeys\\UseKeyToForce";
+        settings.set("SpecialKeys\\" + name, 1u);
         {
             const testbed::HeldKeys held({code});
             EXPECT_FALSE(steers()) << "no key is enabled";
-            settings.set(usePath, 2u);
+            settings.set(use, 2u);
             EXPECT_TRUE(steers()) << name;
         }
         EXPECT_FALSE(steers()) << name << " is not held";
-        settings.set(usePath, 0u).set(namePath, 0u);
+        settings.set(use, 0u).set("SpecialKeys\\" + name, 0u);
     }
     settings.set("SpecialKeys\\UseKeyToForce", 1u).set("SpecialKeys\\InsF", 1u);
     const testbed::HeldKeys held({VK_INSERT, 'A'});

@@ -2,20 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include "readings.h"
+
 namespace zab {
 namespace {
 
 TEST(AsciiHost, IsAsItTravels) {
-    const struct {
-        std::string host;
-        std::optional<std::string> ascii;
-        const char* why;
-    } rows[] = {
+    const zabtest::ReadingOf<std::optional<std::string>> rows[] = {
         {"B\u00FCcher.example", "xn--bcher-kva.example", "letters outside ASCII, in small letters"},
         {std::string(64, 'a') + "\u00E4.example", std::nullopt, "a label too long for the DNS"},
         {std::string(300, 'a'), std::nullopt, "a name too long for the DNS"},
     };
-    for (const auto& row : rows) EXPECT_EQ(asciiHostOf(row.host), row.ascii) << row.why;
+    zabtest::expectReadings(asciiHostOf, rows);
 }
 
 }  // namespace

@@ -13,14 +13,11 @@ TEST(FailureReport, SaysWhatWentWrongInItsOwnWords) {
     texts.replace(20905, "failed \xC3\xA9");
     texts.replace(20906, "privileges");
     texts.replace(20907, "browser");
-    struct Given {
-        std::uint32_t status;
-        const char* layer;
-    };
     const std::string notRegistered =
         "failed \xC3\xA9\r\n\r\nThe required ZAB components are not registered/found. Please reinstall Zabrion "
         "with Administrator rights";
-    const zabtest::ReadingOf<std::string, Given> rows[] = {
+    // given the status, and the layers of the program
+    const zabtest::ReadingOf<std::string, std::pair<std::uint32_t, std::string>> rows[] = {
         {{0x80040154, "RUNASADMIN"}, "elevated", "that text and nothing else"},
         {{0x80080005, "~ RUNASADMIN"}, "elevated", "one word of several"},
         {{0x80080005, "NORUNASADMIN RUNASADMINS"}, "failed \xC3\xA9\r\nError 0x80080005", "other words"},
@@ -31,8 +28,9 @@ TEST(FailureReport, SaysWhatWentWrongInItsOwnWords) {
         {{0x8002801D, ""}, notRegistered, "a library that is not registered"},
         {{0x80040154, ""}, notRegistered, "a class that is not"},
     };
-    const auto told = [&texts](const Given& given) {
-        const auto box = failureBoxFor(given.status, {"", given.layer}, texts);  // an empty path is a path
+    const auto told = [&texts](const auto& given) {
+        const auto& [status, layer] = given;
+        const auto box = failureBoxFor(status, {"", layer}, texts);  // an empty path is a path
         EXPECT_EQ(box.kind, FailureBox::Kind::information) << box.text;
         return box.text;
     };

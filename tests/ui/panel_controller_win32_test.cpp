@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 
+#include "browser/top_window.h"
 #include "page/media_pages.h"
 #include "settings/shared_list_lock.h"
 #include "ui/panel_messages.h"
@@ -16,33 +18,21 @@ namespace {
 
 using namespace panel_messages;
 
-std::string textOf(HWND window, int(WINAPI* read)(HWND, char*, int)) {
-    char text[200]{};
-    read(window, text, sizeof text);
-    return text;
-}
-
 class Panel : public ::testing::Test {
   protected:
     Panel() {
         createSharedListMutex();
-        browserWindow = makeWindow();
-        controller = windowOf(pageController(handleOf(browserWindow)));
+        controller = windowOf(pageController(browserWindow.handle()));
     }
-    ~Panel() override { DestroyWindow(browserWindow); }
 
-    static HWND makeWindow() {
-        return CreateWindowExA(0, "Static", "browser", WS_OVERLAPPEDWINDOW, 0, 0, 300, 200, nullptr, nullptr,
-                               nullptr, nullptr);
-    }
-    HWND browserWindow, controller;
+    testbed::TopWindow browserWindow;
+    HWND controller;
 };
 
 TEST_F(Panel, HasOneWindowForEachBrowserWindowAndOneForTheProcess) {
     ASSERT_NE(controller, nullptr);
-    EXPECT_EQ(textOf(controller, GetClassNameA), "ZAB Download Panel controller class");
-    EXPECT_EQ(textOf(controller, GetWindowTextA), "ZAB DwnlPanelCtrl Window");
-    EXPECT_EQ(GetParent(controller), browserWindow);
+    EXPECT_EQ(controller, FindWindowExA(windowOf(browserWindow.handle()), nullptr,
+                                        "ZAB Download Panel controller class", "ZAB DwnlPanelCtrl Window"));
     EXPECT_EQ(GetWindowLongA(controller, GWL_STYLE) & (WS_CHILD | WS_VISIBLE), WS_CHILD);
     EXPECT_EQ(GetClassLongA(controller, GCL_STYLE), CS_VREDRAW | CS_HREDRAW);
 
@@ -53,13 +43,13 @@ TEST_F(Panel, HasOneWindowForEachBrowserWindowAndOneForTheProcess) {
     EXPECT_NE(GetWindowThreadProcessId(process, nullptr), GetCurrentThreadId());
     for (const HWND window : {controller, process}) EXPECT_EQ(SendMessageA(window, kAlive, 1, 2), 1);
 
-    EXPECT_EQ(pageController(handleOf(browserWindow)), handleOf(controller)) << "one for each";
-    const HWND other = makeWindow();
-    const WindowHandle others = pageController(handleOf(other));
+    EXPECT_EQ(pageController(browserWindow.handle()), handleOf(controller)) << "one for each";
+    std::optional<testbed::TopWindow> other(std::in_place);
+    const WindowHandle window = other->handle(), others = pageController(window);
     EXPECT_NE(others, handleOf(controller));
-    DestroyWindow(other);
+    other.reset();
     EXPECT_FALSE(IsWindow(windowOf(others))) << "lives as long as its browser window";
-    EXPECT_EQ(pageController(handleOf(other)), 0u) << "which is gone";
+    EXPECT_EQ(pageController(window), 0u) << "which is gone";
     EXPECT_EQ(pageController(0), 0u);
     EXPECT_EQ(pageController(handleOf(GetDesktopWindow())), 0u) << "a window of another process";
 }
@@ -71,7 +61,7 @@ TEST_F(Panel, EndsByItsOwnerAlone) {
     EXPECT_EQ(SendMessageA(process, kAlive, 0, 0), 1) << "anybody may tell a thread to quit";
     EXPECT_TRUE(endControllers());
     EXPECT_FALSE(IsWindow(process) || IsWindow(controller));
-    controller = windowOf(pageController(handleOf(browserWindow)));
+    EXPECT_NE(pageController(browserWindow.handle()), 0u);
     EXPECT_EQ(SendMessageA(windowOf(processController()), kAlive, 0, 0), 1) << "started anew when it is needed";
 }
 
