@@ -215,9 +215,10 @@ TEST(Decide, BeforeThereIsAResponse) {
 
 TEST(Sentences, NameTheExtensionAndNoSecret) {
     const ReadingOf<std::string, Response> rows[] = {
-        {{"http://h/a.img", "", kTop}, "img", "the extension"},
+        {{"http://h/a.\x80mg", "", kTop}, "\x80mg", "the extension, in whatever letters"},
         {{"http://u:pass.word@h?zip", "", kEmbedded, "", "", 0, true}, "", "a piece of a password is none"},
         {{"http://h/x", "", kTop, "a.img?key=secret"}, "img", "nothing that the name drags along"},
+        {{"http://h/x", "", kTop, "a.&key=secret"}, "", "not at its beginning either"},
         {{"http://h/a.aaaaaaaaaaaaaaaaa", "", kTop}, "aaaaaaaaaaaaaaaa...", "no more than a word"},
     };
     const auto quoted = [](const Response& response) {
