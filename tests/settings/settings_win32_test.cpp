@@ -210,9 +210,16 @@ TEST_F(Settings, NameTheKeysThatSteer) {
         settings.set(use, 0u).set("SpecialKeys\\" + name, 0u);
     }
     settings.set("SpecialKeys\\UseKeyToForce", 1u).set("SpecialKeys\\InsF", 1u);
+    settings.set("SpecialKeys\\CheckMouse", 1u);
+    recordMousePressKeys();
+    {
+        const testbed::HeldKeys held({VK_INSERT});
+        EXPECT_FALSE(IsForceKeyDown()) << "the key came after the press";
+        recordMousePressKeys();
+        EXPECT_TRUE(IsForceKeyDown());
+    }
     const testbed::HeldKeys held({VK_INSERT, 'A'});
     EXPECT_FALSE(IsForceKeyDown()) << "a letter is held too";
-    recordMousePressKeys();
     EXPECT_TRUE(WereForceKeysDownAtMousePress(false, false, false, true, true));
 }
 
