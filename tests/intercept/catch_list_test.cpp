@@ -43,7 +43,7 @@ TEST(CatchList, FileNameTest) {
         {"a.rar/x.001", {false, false}, "a mark before the cut"},
         {"a.007", {true, true}, "digits that the list holds are no part number"},
         {"rar", {false, false}, "no dot"},
-        {"a.", {false, false}, "nothing behind it"},
+        {"a.rar.", {false, false}, "nothing behind the last dot"},
         {"a.rar?", {false, false}, "marks end no extension"},
         {"a.rar;", {false, false}, "marks"},
         {"a.rar,", {false, false}, "marks"},

@@ -40,10 +40,10 @@ struct Response {
     std::uint32_t loadFlags = kEmbedded;
     std::string_view fileName = {}, typeName = {};
     std::int64_t length = 0;
-    bool isAttachment = false;
+    bool isAttachment = false, isEncoded = false;
 
     [[nodiscard]] ResponseFacts facts() const {
-        return {url, 200, loadFlags, fileName, typeName, type, length, isAttachment};
+        return {url, 200, loadFlags, fileName, typeName, type, length, isAttachment, isEncoded};
     }
 };
 
@@ -69,6 +69,9 @@ TEST(Decide, WhichResponsesAreTaken) {
 
         {{"http://h/a.iso?x", "text/plain", kEmbedded, "", "", 256'001}, Reason::caughtAsLongText, "long text"},
         {{"http://h/a.iso?x", "text/plain", kEmbedded, "", "", 256'000}, Reason::partOfPage, "a byte less"},
+        {{"http://h/a.iso?x", "text/plain", kEmbedded, "", "", 256'001, false, true},
+         Reason::partOfPage,
+         "packed"},
 
         {{"http://h/a.zip?x#y", "", kFrame}, Reason::caughtAsDocument, "a link that was opened in a frame"},
         {{"http://h/a.rar.01", "", kTop}, Reason::caughtAsDocument, "a numbered part"},
@@ -220,6 +223,8 @@ TEST(Sentences, NameTheExtensionAndNoSecret) {
         {{"http://h/x", "", kTop, "a.img?key=secret"}, "img", "nothing that the name drags along"},
         {{"http://h/x", "", kTop, "a.&key=secret"}, "", "not at its beginning either"},
         {{"http://h/a.aaaaaaaaaaaaaaaaa", "", kTop}, "aaaaaaaaaaaaaaaa...", "no more than a word"},
+        {{"http://h/a.7\xC3\xA9zzzzzzzzzzzzz", "", kTop}, "7\xC3\xA9zzzzzzzzzzzzz", "the whole of a short one"},
+        {{"http://h/a.%20zip", "", kTop}, "", "nothing of what begins with no word"},
     };
     const auto quoted = [](const Response& response) {
         const std::string sentence = sentenceOf(decide(response.facts(), settingsWith("")));
