@@ -99,6 +99,7 @@ TEST(BaseWindow, IsTheFirstThatAnswersAndCarriesBooleansOfEitherWidth) {
             EXPECT_EQ(adapter->Release(), 1u);
         }
         EXPECT_EQ(adapter->QueryInterface(&nsIBaseWindow::kIIDE, &self), NS_ERROR_NO_INTERFACE);
+        EXPECT_EQ(self, nullptr);
         adapter.reset();
         EXPECT_EQ(browser.unbalanced(), "");
     }

@@ -27,7 +27,7 @@ TEST(Headers, DispositionAsALineAndByTheVisitor) {
         {"attachment; filename=;x", "||a", "an empty unquoted name is stored"},
         {"attachment; filename=\"\"", "|before|a", "an empty quoted one"},
         {"attachment; filename=\"a;b.zip", "\"a|before|a", "an open quote is one of its letters"},
-        {"form-data", "|before|", "a new disposition clears flags and the line's name"},
+        {"form-data; name=x", "|before|", "a new disposition clears flags and the line's name"},
         {"attachment; filename*=UTF-8''%C3", "UTF-8''%C3|UTF-8''%C3|a", "extended: as it stands"},
         {"attachment; filename=\xC3\xA9", "utf-8''\xC3\xA9|utf-8''\xC3\xA9|a", "raw UTF-8"},
         {"attachment; filename=\xE9", "\xE9|\xE9|a", "another code page"},
@@ -66,6 +66,7 @@ TEST(Headers, TypeAndItsNameAsALineAndByTheVisitor) {
         {"a/b; name=\"x; name=y", "a/b|before|before", "the first one counts, even with an open quote"},
         {"a/b; names=x; name=y; name=z", "a/b|y|y", "the first parameter of exactly this name"},
         {"a/b; name=\"\"", "a/b||before", "an empty name is a name for the line"},
+        {"a/b; name=", "a/b||", "unquoted for both"},
         {"a/b;\rname=x", "a/b|x|before", "a carriage return is no blank for the visitor"},
         {"", "|before|before", "no type clears the type, and no name none"},
     };

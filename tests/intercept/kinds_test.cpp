@@ -55,6 +55,8 @@ TEST(Kinds, FirstRowThatAppliesDecides) {
         {{"http://h/a", "application/dash+xmlish"}, "DASH", "by type, a prefix"},
         {{"http://h/a.mpd", kText, 3'000'001}, "", "too long by extension"},
         {{"http://www.facebook.com/ajax/x", kText}, "Facebook", "page"},
+        {{"http://www.facebook.com/Ajax/x", kText}, "", "a path in its letter case"},
+        {{"http://h/ajax/x", kText}, "", "not on the host of that path"},
         {{"http://h/v/aSeg1-Frag12?x", kText}, "HDS fragment", "fragment"},
         {{"http://h/aSeg-Frag1", kText}, "", "no number"},
         {{"http://h/aSeg1-Frag", kText}, "", "no number"},

@@ -16,6 +16,7 @@ TEST(ExceptionServers, ListAUrlByItsHost) {
         {{"*.example.com", "http://www.example.com/"}, true, "a star and a domain"},
         {{"*.example.com", "http://example.com/"}, false, "the dot belongs to the piece"},
         {{"*.example.com", "http://www.example.com.evil.net/"}, true, "a star leaves the end open"},
+        {{"down*", "http://www.down.net/"}, false, "the word must begin the host"},
         {{"A*C*E", "http://abcde/"}, true, "pieces in order, in any letter case"},
         {{"a*e*c", "http://abcde/"}, false, "pieces out of order"},
         {{"ab*b", "http://ab/"}, false, "a piece cannot use what the prefix used"},

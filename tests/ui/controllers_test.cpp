@@ -157,6 +157,8 @@ TEST(Controllers, WhatHasNoRoomOrMakesWayGoesOnLaterUnlessAllEnds) {
         desk.othersWait = false;
         if (desk.later) desk.later();
         EXPECT_EQ(desk.controllers.answer(kPage, kClose, 0), 0) << "not passed on";
+        for (const auto message : {kResolve, kResolved, kFileEntry})
+            EXPECT_EQ(desk.controllers.answer(kPage, message, ~std::uintptr_t{0}), 0) << "of a stranger";
         desk.serves();
         EXPECT_EQ(desk.sent, row.sent);
     }

@@ -59,7 +59,8 @@ TEST(PanelGate, DecidesWhatBecomesOfAnEntry) {
                 {{false, true}, 0, dropped},
                 {{false, true, 1}, 0, kept},
                 {{false, false, 1, 700}, 699, dropped},
-                {{false, false, 0, 700}, 700, shown}};
+                {{false, false, 0, 700}, 700, shown},
+                {{false, false, 0, 700}, 0, shown}};
     for (const auto& row : rows) EXPECT_EQ(fateOf(row.gate, row.size), row.fate) << &row - rows;
 }
 
