@@ -224,7 +224,6 @@ TEST(Sentences, NameTheExtensionAndNoSecret) {
         {{"http://h/x", "", kTop, "a.&key=secret"}, "", "not at its beginning either"},
         {{"http://h/a.aaaaaaaaaaaaaaaaa", "", kTop}, "aaaaaaaaaaaaaaaa...", "no more than a word"},
         {{"http://h/a.7\xC3\xA9zzzzzzzzzzzzz", "", kTop}, "7\xC3\xA9zzzzzzzzzzzzz", "the whole of a short one"},
-        {{"http://h/a.%20zip", "", kTop}, "", "nothing of what begins with no word"},
     };
     const auto quoted = [](const Response& response) {
         const std::string sentence = sentenceOf(decide(response.facts(), settingsWith("")));
