@@ -45,7 +45,7 @@ TEST(HtmlLinks, KeepTheirText) {
         {"<a href=a><img src=i alt=Pic></a>", "L a [Pic];M i [Pic];", "a picture speaks for its link"},
         {"<a href=a title=T><a href=b>two</a>", "L a [T];L b [two];", "no content: the title"},
         {"<a href=a></a><a href=a>later</a><a href=a>latest</a>", "L a [later];", "the first text holds"},
-        {"<a href=a>x<style>b{}</style>y", "L a [xy];", "raw text is none; the page's end ends a link"},
+        {"<a href=a>x<style>b{}</style> < y<", "L a [x < y<];", "raw text is none; the page's end ends a link"},
         {"<a href=a>x<template>y</template>z", "L a [xz];", "nor is that of a template"},
         {"<a href=a>&am<!-- -->p;&am</>p;</a>", "L a [&amp;&amp;];", "a comment ends a reference"},
     };
@@ -54,7 +54,7 @@ TEST(HtmlLinks, KeepTheirText) {
 
 TEST(HtmlTokens, FollowTheStandard) {
     const Reading rows[] = {
-        {"<A HREF=a href=b>", "L a;", "names in any case; of a repeated attribute the first"},
+        {"<A =href=x HREF=a href=b>", "L a;", "names in any case, with a = too; of a repeated one the first"},
         {"<a href href=b><a href=>", "", "also when the first is empty: the page itself"},
         {"<a href=a/b/><a/href='c'title=T/>", "L a/b/;L c [T/];", "a / in an unquoted value; no blank"},
         {"<a href\n=\r'a\">b'>", "L a%22%3Eb;", "blanks around =, > and \" in quotes"},
@@ -62,7 +62,7 @@ TEST(HtmlTokens, FollowTheStandard) {
         {"<a href=a\0b><a\0 href=c>"s, "L a%EF%BF%BDb;", "NUL is U+FFFD, and makes another name"},
         {"< a href=x><!a href=x></ a href=x><a href=a><?a href=x><a href=b>", "L a;L b;", "no tags"},
         {"<a<b href=x><aa href=x></a href=x><<a href=a>", "L a;", "other names; end tags; a < before a tag"},
-        {"<a href=\"?b&amp;&copy=3&eacute;\">", "L page.html?b&&copy=3%C3%A9;", "references in values"},
+        {"<a href=\"?&amp;b&copy=3&eacute;\">", "L page.html?&b&copy=3%C3%A9;", "references in values"},
         {"<a href='&#104;&#x74tp&colon;//h/&#0;&#128;&#xD800;&#1114112;&#;&#x;'>",
          "L http://h/%EF%BF%BD%E2%82%AC%EF%BF%BD%EF%BF%BD&#;&#x;;", "numbers, and those that are none"},
     };
@@ -71,21 +71,24 @@ TEST(HtmlTokens, FollowTheStandard) {
 
 TEST(HtmlTokens, OfHiddenPartsDoNotCount) {
     const Reading rows[] = {
-        {"<!-- <a href=x> --><!--><a href=a><!---><a href=b><!----!><a href=c><!--!><a href=x>--><!-- - ->",
+        {"<!-- <a href=x> --><!--><a href=a><!---><a href=b><!----!><a href=c><!--!><a href=x>--><!-- - -><a "
+         "href=x>",
          "L a;L b;L c;", "the ends of comments"},
-        {"<svg><![CDATA[ <a href=x> ]] > ]]]><a href=a></svg>", "L a;", "CDATA in svg"},
+        {"<svg><![CDATA[ > ]] ><a href=x> ]]><a href=a></svg>", "L a;", "CDATA in svg"},
+        {"<svg><!doctype x><a href=a></svg><![CDATA[ x> <a href=b> ]]>", "L a;L b []]>];", "and what is none"},
         {"<svg><title><a href=a></title><style><a href=b></style></svg>", "L a;L b;", "none is raw in svg"},
         {"</svg></template><style><a href=x></style><a href=a>", "L a;", "ends of nothing"},
         {"<svg/><svg><p><style><a href=x></style>", "", "a picture may end at once; a paragraph ends it"},
         {"<style><a href=x></styles><a href=x></STYLE ><a href=a>", "L a;", "style"},
         {"<title><a href=x></title><noscript><a href=x></noscript>", "", "raw elements"},
         {"<template><a href=x><template></template><img src=x></template><a href=a>", "L a;", "templates nest"},
-        {"<script><!--<script></script>\n'/x.zip'</script><a href=x>--></script><a href=a>",
+        {"<script><!--<script></script>\n'/x.zip' '/>y.a'</script><a href=x>--></script><a href=a>",
          "S http://h/x.zip;L x [-->];L a;", "a comment in a script hides its end once"},
         {"<script><!-- </script><a href=a><script><!--<script>--></script><a href=b>", "L a;L b;",
          "only behind one"},
         {"<script>'/a.js</script><script>'/b.js'</script>", "S http://h/b.js;", "each script by itself"},
-        {"<script>a</b</scriptx></script x='>'><a href=a>", "L a;", "an end tag may have attributes"},
+        {"<script>'//a.b<' '//a.b</b'</scriptx></script x='>'><a href=a>", "L a;",
+         "an end tag may have attributes"},
     };
     expectReadings(linksOf, rows);
 }
@@ -103,7 +106,8 @@ TEST(HtmlLinks, AreAddressesOfDownloadsEachOnce) {
         {"<a href=//a%20b/><a href=//h:x/><a href=//[::1]:80/><a href=//[x]/>", "L http://[::1]/;", "refused"},
         {"<a href=page.html#x><a href=page.html>", "L page.html;", "fragments of the page; the page itself"},
         {"<a href=p#1>1</a><a href=p#2>2</a>", "L p#1 [1];", "a fragment makes no other download"},
-        {"<img src=p><a href=p>t</a><video src=p>", "P p [t];", "not across the lists either"},
+        {"<a href=p>t</a><img src=p><img src=q><a href=q>u</a><video src=q>", "L p [t];P q [u];",
+         "not across the lists either"},
     };
     expectReadings(linksOf, rows);
 }

@@ -29,7 +29,8 @@ TEST(ScriptLinks, AreLiteralsThatSayTheyAreAddressesOrServeAsSuch) {
         {"location='a';window.location.href = 'b';location . href='x'", "a b x ", "set"},
         {"location.assign('a');top.location.replace(\"b\")", "a b ", "and calls"},
         {"img.src='i'; link.href='l'", "i l ", "addresses of elements"},
-        {"xhr.open('GET'); relocation='a'; location=='b'; s.replace('d','e')", "", "other names"},
+        {"xhr.open('GET'); relocation='a'; location=='b'; s.replace('d','e'); src=''; src='a b'", "",
+         "other names; no address"},
     };
     expectReadings(addressesIn, rows);
 }
@@ -40,7 +41,7 @@ TEST(ScriptLinks, AreNotTakenFromCommentsAndExpressions) {
         {"<!-- 'http://h/x'\n'http://h/a'\n//-->", "http://h/a ", "what hid scripts from old browsers"},
         {"x = /['\"]/g; y = 'http://h/a'", "http://h/a ", "a quote in an expression opens nothing"},
         {"x = /[/'\\]]/; return /'/ ; y = 'http://h/a'", "http://h/a ", "a class, and a word before it"},
-        {"x = {} / b; y = 'http://h/a'; z = (1) / 2 + '/'", "http://h/a ", "a division is none"},
+        {"x = a / '//a.b', [] / '//b.c', {} / '//c.d'", "//a.b //b.c //c.d ", "a division is none"},
         {"x = /[ 'http://h/a'\n'http://h/b'", "http://h/a http://h/b ", "a part that never ends is none"},
         {"x = 'never closed http://h/x\n'http://h/a'", "http://h/a ", "a literal ends in its line"},
         {"` never closed 'http://h/a'", "http://h/a ", "a template without an end is none"},

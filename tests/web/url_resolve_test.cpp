@@ -38,7 +38,7 @@ TEST(UrlResolve, CleansReferencesAsBrowsersDo) {
     const auto read = [](std::string_view written) { return zab::cleanedReference("http", written); };
     const Reading rows[] = {
         {"  a\n/b\t.zip \r\n", "a/b.zip", "white space around, line ends and tabs inside"},
-        {"\\dir\\a.zip?q=\\", "/dir/a.zip?q=\\", "back-slashes count up to the query"},
+        {"\\dir\\a b.zip?q=\\", "/dir/a%20b.zip?q=\\", "back-slashes count up to the query"},
         {"\\\\host\\a", "//host/a", "also before a host"},
         {"///host/a", "//host/a", "surplus slashes before a host"},
         {"https:host/a", "https://host/a", "missing slashes"},

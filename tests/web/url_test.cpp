@@ -51,6 +51,7 @@ TEST(Url, DefaultPortIsRemoved) {
         {"https://h:80/", "https://h:80/", "the port of the other scheme"},
         {"http://h:80", "http://h:80", "no slash behind it"},
         {"http://h\\a:80/", "http://h\\a:80/", "a backslash first"},
+        {"ftp://h:21/", "ftp://h:21/", "another scheme"},
         {"http:h:80/", "http:h:80/", "no authority"},
     };
     expectReadings(read, rows);

@@ -114,4 +114,14 @@ TEST(Zabprobe, ListsEachRecordedFilmAsItsViewersWould) {
     EXPECT_EQ(silent, expected);
 }
 
+TEST(Zabprobe, FindsThePagesOfACaptureThatNamesNoneAndHasNoOrder) {
+    auto capture = nlohmann::json::parse(contentsOf(ZAB_RECORDED "/streams-hls-app.har"));
+    auto& entries = capture["log"]["entries"];
+    for (auto& entry : entries) entry.erase("pageref");
+    std::reverse(entries.begin() + 1, entries.end());
+    const auto pages = nlohmann::json::parse(run("har --page", capture.dump()).output);
+    ASSERT_EQ(pages.size(), 3u);
+    for (const std::size_t film : {1, 2}) EXPECT_EQ(pages[film]["menu"].size(), 2u) << pages[film];
+}
+
 }  // namespace

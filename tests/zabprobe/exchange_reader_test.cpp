@@ -22,8 +22,11 @@ TEST(HarReader, LoadFlagsComeFromTheBestWitness) {
     constexpr std::uint32_t kPart = 0, kFrame = 0x10000, kPage = 0x90000;
     EXPECT_EQ(flagsOf("sec-fetch-dest", "document", R"("image")"), kPage) << "fetch metadata win";
     EXPECT_EQ(flagsOf("Sec-Fetch-Dest", "iframe", R"("document")"), kFrame);
+    EXPECT_EQ(flagsOf("Sec-Fetch-Dest", "frame", "null"), kFrame);
+    EXPECT_EQ(flagsOf("Sec-Fetch-Dest", "video", R"("document")"), kPart) << "anything else is embedded";
     EXPECT_EQ(flagsOf("Accept", "text/html", R"("xhr")"), kPart) << "which outweighs what is accepted";
     EXPECT_EQ(flagsOf("ACCEPT", "Text/HTML,*/*", "null"), kPage) << "what is accepted";
+    EXPECT_EQ(flagsOf("Accept", "*/*,text/html", "null"), kPart) << "first";
 }
 
 TEST(HarReader, ReadsEntriesInOrder) {
@@ -74,6 +77,7 @@ TEST(DecideExchange, FollowsTheMomentsOfARequest) {
     EXPECT_EQ(decided({"http://h/a.zip", 200, "post", 0x90000, 50'001}), transferred(0x1000008))
         << "a body too large to be captured";
     EXPECT_EQ(decided({"http://h/a.zip", 200, "POST", 0x90000, 50'000}), transferred(8)) << "one that fits";
+    EXPECT_EQ(decided({"http://h/a.zip", 200, "GET", 0x90000, 50'001}), transferred(8)) << "no POST, no body";
 }
 
 }  // namespace

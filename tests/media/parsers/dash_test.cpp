@@ -22,7 +22,8 @@ TEST(Dash, ReadsCompleteRepresentations) {
         {"<Representation _A:b-1 = 'x>' id\n=\"137\">BS</Representation>", "137|b|s;", "the ordinary form"},
         {"<\r\n representation\tid=7/>BS< /REPRESENTATION >BS", "7|b|s;",
          "any letter case; white space before name and slash"},
-        {"<Representation ID=1>BS</Representation>", "", "attribute names are exact"},
+        {"<Representation ID=1 b 'x' id=1>BS</Representation>", "",
+         "names are exact; one without a value ends them"},
         {"<Representation id=1>S</Representation>B", "", "a child behind the end tag is none"},
         {"<Representation id='1'<baseurl>c</ baseurl\n>S", "1|c|s;",
          "a child may begin where the attributes end"},
@@ -36,7 +37,8 @@ TEST(Dash, ReadsCompleteRepresentations) {
         {"<Representation id='12ab' id=99999999999>BS", "2147483647|b|s;", "the last, limited"},
         {"<Representation id='12ab'>BS<Representation id=-1>BS", "12|b|s;", "an itag is its leading digits"},
         {"<Representation><Representation id=1>BS", "", "no sooner than 14 characters behind a name"},
-        {"<Representations id=1>BS<Representation/ id=2>BS", "", "white space or > must follow the name"},
+        {"<Representations id=1>BS<Representation/ id=2>BS<Representation 9=9 id=3>BS", "",
+         "names are whole, no numbers"},
         {"<Representation id=1>B\0S"s, "", "text ends at its first NUL"},
     };
     expectReadings(read, rows);

@@ -27,6 +27,7 @@ TEST(Facebook, TakesAddressesAndDurationOfEachBlock) {
         {block + R"(dash_manifest videoData: mediaPresentationDuration="PT9S")", "sd b 0;",
          "of the next block"},
         {block + R"(dash_manifest mediaPresentationDuration= "PT9S")", "sd b 0;", "a blank is not skipped"},
+        {block + R"(dash_manifest mediaPresentationDuration="PT9S)", "sd b 0;", "no end"},
     };
     expectReadings(facebookEntries, rows);
 }

@@ -17,7 +17,8 @@ using F4MParserPtr = zab::InterfacePtr<zab::CF4MParser>;
 inline F4MParserPtr parsedHds(std::string_view body, std::string_view before = {}) {
     F4MParserPtr parser(new zab::CF4MParser);
     parser->parse(before);
-    parser->parse(body);
+    const bool isRead = parser->parse(body);
+    must(isRead == !parser->media.empty());
     return parser;
 }
 

@@ -51,7 +51,8 @@ TEST(Hds, ShowsTheLastRenditionOfEachHeight) {
         {"<media url=a ><media url=b height='' >", "a  hidden;b  hidden;", "without a height it is hidden"},
         {"<media url=u height=1 ><metadata>" + base64 + "</metadata>", "u 1;", "an attribute comes first"},
         {"<media url=u ><metadata>" + base64 + "<x></metadata>", "u 480;", "ends at a foreign byte"},
-        {"<media url=u /><metadata>" + base64 + "</metadata>", "u  hidden;", "closed in its start tag"},
+        {"<media url=u ></media ><media url=v/><metadata>" + base64 + "</metadata>", "u  hidden;v  hidden;",
+         "closed before, also in its start tag"},
         {"<media url=u ><metadata>x</metadata><metadata>" + base64 + "</metadata>", "u  hidden;", "the first"},
         {"<media ><media url=v ><MetaData>" + base64 + "</metadata >", " 480 hidden;v 480;", "open: the next"},
     };
@@ -66,6 +67,7 @@ TEST(Hds, LinksBootstraps) {
     };
     const Reading rows[] = {
         {"<media bootstrapInfoId=y >", "Y", "by its id"},
+        {"<media bootstrapInfoId=Y >", "X", "case matters; without a match the first"},
         {"<media url=u ><bootstrapInfo>Z</bootstrapInfo>", "Z", "an absent id equals an absent one"},
         {"<media bootstrapInfoId=y ><bootstrapInfo id=y>Z</bootstrapInfo>", "Y", "the first of several"},
         {"<media bootstrapInfoId=z ><bootstrapInfo id=z ", "", "and in an open start tag"},
@@ -80,7 +82,7 @@ TEST(Hds, ReadsTheManifest) {
     };
     const Reading rows[] = {
         {"<baseURL> h/v </baseURL><duration> 1 </duration>", "h/v/| 1 |0|0;|A;", "a slash is added"},
-        {"<baseURL>a</baseURL><duration>1</duration><baseURL>b<duration>2", "a/|1|0|0;|A;", "unclosed: none"},
+        {"<baseURL>a/</baseURL><duration>1</duration><baseURL>b<duration>2", "a/|1|0|0;|A;", "unclosed: none"},
         {"</drm></pv-x>< PV-x>", "||0|1;|A;", "only start tags; any name that begins so"},
         {"<x a='<drm'>", "||1|0;|A;", "inside a value too"},
     };

@@ -71,6 +71,7 @@ TEST(Hls, OnlyABareUriLineLetsAPendingTagCountAgain) {
         {time + "#EXT-X-DISCONTINUITY\nbare\n" + time, "1 ", "one line clears one flag, the time last"},
         {time + "#EXT-X-DISCONTINUITY\nbare\nbare\n" + time, "2 ", "the second line clears the time"},
         {"#EXT-X-KEY:METHOD=NONE\n#EXT-X-KEY:METHOD=NONE", "2 ", "a key always counts"},
+        {"\n#EXT-X-PLAYLIST-TYPE:VOD", "2 ", "and a type"},
     };
     expectReadings(read, rows);
 }
@@ -86,7 +87,7 @@ TEST(Hls, ReadsVariantsAndRenditions) {
         {"CODECS=\"a\"b\"c,d\",AUDIO=x\nu", "u|0||a\"b\"c||||;", "only the first quoted part protects commas"},
         {"CODECS=\"a,AUDIO=x\nu", "u|0||a,AUDIO=x||||;", "an open quote takes the rest"},
         {"CODECS=a\",AUDIO=x\",VIDEO=v\nu", "u|0||a\",AUDIO=x|||v|;", "each quote goes on its own"},
-        {"BANDWIDTH=1,BANDWIDTH=2,BANDWIDTH=\nu", "u|0||||||;", "of a repeated attribute the last"},
+        {"BANDWIDTH=1,BANDWIDTH=2,CODECS,BANDWIDTH=\nu", "u|0||||||;", "of a repeated attribute the last"},
         {"BANDWIDTH=1\n#c\n#EXT-X-STREAM-INF:BANDWIDTH=2\nu", "u|0|1|||||;", "a line with # is passed over"},
         {"BANDWIDTH=1\n\nu", "|0|1|||||;", "an empty line is an empty URI"},
         {"BANDWIDTH=1\n", "", "nothing behind the last line feed is no line"},
@@ -96,8 +97,8 @@ TEST(Hls, ReadsVariantsAndRenditions) {
     EXPECT_EQ(
         parsed(renditionsOf)(
             "#EXT-X-MEDIA:TYPE=AUDIO,GROUP-ID=\"g\",LANGUAGE=\"en\",NAME=\"E, x\",DEFAULT=YES,AUTOSELECT=NO,"
-            "FORCED=f,CHARACTERISTICS=\"c\",SUBTITLES=s,URI=\"a.m3u8\",DEFAULT=NO\n"),
-        "g|a.m3u8|AUDIO|en|E, x|1|NO|f|c|s;")
+            "FORCED=f,CHARACTERISTICS=\"c\",SUBTITLES=s,URI=\"a.m3u8\",DEFAULT=NO\n#EXT-X-MEDIA:DEFAULT=yes"),
+        "g|a.m3u8|AUDIO|en|E, x|1|NO|f|c|s;|||||0||||;")
         << "a later DEFAULT that is not YES changes nothing";
 }
 

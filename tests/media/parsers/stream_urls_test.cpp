@@ -29,8 +29,9 @@ TEST(SameStream, ComparesWhatAPlayerDoesNotChange) {
         {"http://h/v?cver=2 http://h/v?", "su--", "nothing left to compare"},
         {"http://h/v?id=1&itag=5 http://H/v?id=1&itag=5", "----", "letter case before the mark"},
         {"http://h/v?id=1&id=2&itag=5 http://h/v?id=1&itag=5", "--i-", "first id; every id"},
-        {"h://v?a=1 h://v?a=1", "----", "nine characters"},
-        {"h://v?a=11 h://v?a=11", "su--", "ten characters"},
+        {"h/?itag=5 h/?itag=5", "----", "nine characters"},
+        {"h/v?itag=5 h/v?itag=5", "su--", "ten characters; no id to compare"},
+        {"http://h/v http://h/v", "----", "no mark"},
     };
     expectReadings(read, rows);
 }

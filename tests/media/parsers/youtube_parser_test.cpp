@@ -15,7 +15,8 @@ TEST(YoutubeStreamMap, IsReadPieceByPiece) {
     const Reading rows[] = {
         {R"(":"url=videoplayback?a,itag= 18\u0026url=videoplayback?b")",
          "0 videoplayback?a;18 videoplayback?b;", "one stream for each piece, blanks before the number"},
-        {R"(:::  "" url=videoplayback\u0026itag=5x")", "5 videoplayback;", "any marks before, any order"},
+        {R"(:::  "" url=videoplayback\\a\u0026itag=5x")", R"(5 videoplayback\\a;)",
+         "any marks before, any order"},
         {R"(":"url=http%3A%2F%2Fh%2Fvideoplayback%3Fa")", "0 http://h/videoplayback?a;", "URL-encoded"},
         {R"(":"url=videoplayback%252Ca%2Cb")", "0 videoplayback%2Ca;", "decoded once, then cut at the comma"},
         {R"(":"url=videoplayback%5Cu0026a")", "0 videoplayback;", "cut at an ampersand that decoding brought"},
@@ -33,13 +34,16 @@ TEST(YoutubeStreamMap, IsReadPieceByPiece) {
          "22 videoplayback;136+videoplayback?v!;", "and the adaptive map, its twin found"},
     };
     expectReadings(read, rows);
-    EXPECT_EQ(youtubePage(R"("adaptive_fmts":"url=videoplayback")"), "") << "not without the other map";
+    EXPECT_EQ(youtubePage(R"("adaptive_fmts":"url=videoplayback" "title":"a","x)"), "")
+        << "not without the other map";
     EXPECT_EQ(
         youtubeReply("url_encoded_fmt_stream_map=itag%3D22%26url%3Dvideoplayback%253Fa%26sig%3DS%252C%2Curl"
                      "%3Dvideoplayback&adaptive_fmts=url%3Dvideoplayback%253Fv%26itag%3D136&x=1"),
         "22 videoplayback?a&signature=S%2C;0 videoplayback;136+videoplayback?v!;")
         << "decoded once, URLs twice";
-    EXPECT_EQ(youtubeReply("url_encoded_fmt_stream_map=url%3Dvideoplayback%00%26itag%3D5"), "0 videoplayback;")
+    EXPECT_EQ(youtubeReply("url_encoded_fmt_stream_map:url=videoplayback?&url_encoded_fmt_stream_map=url%"
+                           "3Dvideoplayback%00%26itag%3D5"),
+              "0 videoplayback;")
         << "NUL ends it";
 }
 
@@ -61,7 +65,7 @@ TEST(YoutubeStreamingData, IsReadUrlByUrl) {
         {R"("httpvideoplayback&itag=39")", "39+httpvideoplayback&itag=39;", "the first adaptive"},
         {R"("httpx""http1videoplayback" http2videoplayback" http)",
          "0 http1videoplayback;0 http2videoplayback;", "behind each"},
-        {R"("httpvideoplayback\\\\u0026x\\/")", R"(0 httpvideoplayback\&x\/;)", "pass by pass"},
+        {R"("httpvideoplayback%41\\\\u0026x\\/")", R"(0 httpvideoplayback%41\&x\/;)", "pass by pass"},
         {R"("httpvideoplayback)", "", "no closing quote"},
         {R"("http1videoplayback" \"streamingData\":"httpvideoplayback")", "0 httpvideoplayback;",
          "the first marker"},
@@ -77,7 +81,8 @@ TEST(YoutubeTitle, IsUndoneAsItWasWritten) {
     };
     const Reading rows[] = {
         {R"("title":"+%20%C3%A9\uD83D\uDE00","x)", "  \xC3\xA9\xF0\x9F\x98\x80", "UTF-8 and JSON"},
-        {R"("title":"a\n\"\u12\\u0041\u005cu0042","x)", R"(a\n\"\u12\A\u0042)", "other escapes stay, one pass"},
+        {R"("title":"a\n\"\u12\\u0041\u005cu0042\u0000b","x)", R"(a\n\"\u12\A\u0042)",
+         "other escapes stay, one pass"},
         {R"("title":"a")", "", "no end"},
     };
     expectReadings(ofPage, rows);
