@@ -62,6 +62,8 @@ TEST_F(RealWindows, EndByNoMessageOfStrangersAndSendWhatIsOfferedOnly) {
         EXPECT_EQ(manager.received(i)["url"], kOffered);
         EXPECT_EQ(manager.received(i)["extraData"][7], page.url) << "whatever page a stranger names";
     }
+    EXPECT_TRUE(meanwhile([] { return answerMessageBox(kOk); })) << "what was not there is told";
+    EXPECT_FALSE(messageBoxIsOpen()) << "once";
 }
 
 std::function<void()> g_ticks;
