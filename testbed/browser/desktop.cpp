@@ -7,6 +7,7 @@
 #include "binding/wide_win32.h"
 #include "browser/hands.h"
 #include "browser/library.h"
+#include "browser/message_font.h"
 
 namespace zab::testbed {
 
@@ -140,7 +141,8 @@ void write(HDC context, int x, int y, const wchar_t* text, COLORREF color = RGB(
 void paint(HWND window, const TopWindow::Look& look) {
     PAINTSTRUCT paint{};
     const HDC canvas = BeginPaint(window, &paint);
-    for (const int object : {DC_BRUSH, DC_PEN, DEFAULT_GUI_FONT}) SelectObject(canvas, GetStockObject(object));
+    for (const int object : {DC_BRUSH, DC_PEN}) SelectObject(canvas, GetStockObject(object));
+    SelectObject(canvas, messageFont());
     SetBkMode(canvas, TRANSPARENT);
     RECT area{};
     GetClientRect(window, &area);
@@ -149,7 +151,7 @@ void paint(HWND window, const TopWindow::Look& look) {
     fill(canvas, {80, 7, area.right - 16, kBarHeight - 7}, RGB(255, 255, 255));
     write(canvas, 16, 11, L"<    >");
     write(canvas, 90, 11, wide(look.address));
-    write(canvas, 24, 56, L"A day at the sea");
+    write(canvas, 24, 56, wide(look.title));
     fill(canvas, kFilm, RGB(24, 28, 36));
     SetDCBrushColor(canvas, RGB(230, 230, 230));
     Polygon(canvas, kPlay, 3);
@@ -170,18 +172,16 @@ LRESULT CALLBACK topProcedure(HWND window, UINT message, WPARAM wParam, LPARAM l
 }
 
 HWND makeWindow() {
-    constexpr const wchar_t* kClass = L"ZAB stand-in browser";
     static const ATOM registered = [] {
         WNDCLASSW type{};
         type.lpfnWndProc = topProcedure;
         type.hInstance = GetModuleHandleW(nullptr);
         type.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(32512));
-        type.lpszClassName = kClass;
+        type.lpszClassName = L"ZAB stand-in browser";
         return RegisterClassW(&type);
     }();
-    if (registered == 0) return nullptr;
-    return CreateWindowExW(0, kClass, L"Stand-in browser", WS_POPUP | WS_CLIPCHILDREN, kLeft, kTop, kWidth,
-                           kHeight, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+    return CreateWindowExW(0, MAKEINTRESOURCEW(registered), L"Stand-in browser", WS_POPUP | WS_CLIPCHILDREN,
+                           kLeft, kTop, kWidth, kHeight, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "binding/wide_win32.h"
+#include "browser/message_font.h"
 #include "button_library/choice_record.h"
 
 namespace zab::testbed {
@@ -50,17 +51,6 @@ std::shared_ptr<Button> buttonOf(HWND window) {
     return found == buttons().end() ? nullptr : found->second;
 }
 
-/// The one that the user has chosen for what programs say.
-HFONT messageFont() {
-    static const HFONT font = [] {
-        NONCLIENTMETRICSW metrics{};
-        metrics.cbSize = sizeof(metrics);
-        SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof(metrics), &metrics, 0);
-        return CreateFontIndirectW(&metrics.lfMessageFont);
-    }();
-    return font;
-}
-
 /// The upper right corner; a place too narrow for that is where the button begins.
 RECT cornerOf(const RECT& place) {
     const LONG left = place.right - place.left >= kWidth ? place.right - kWidth : place.left;
@@ -72,8 +62,7 @@ void paint(HWND window, const Button& button) {
     const HDC context = BeginPaint(window, &paint);
     RECT area{};
     GetClientRect(window, &area);
-    SelectObject(context, GetStockObject(DC_BRUSH));
-    SelectObject(context, GetStockObject(DC_PEN));
+    for (const int object : {DC_BRUSH, DC_PEN}) SelectObject(context, GetStockObject(object));
     SetDCBrushColor(context, RGB(32, 96, 176));
     SetDCPenColor(context, RGB(16, 48, 96));
     Rectangle(context, area.left, area.top, area.right, area.bottom);
