@@ -182,6 +182,10 @@ TEST(Capture, OffersWhatABodyDescribesWhereverItIsCut) {
         << "addresses of this host are taken as they stand";
     context.youtubePairing = 3;
     EXPECT_TRUE(captureWhole(youtubeWatchPage, context, watchPage(stream(22), "")).starts_with("yta3tozab://"));
+    zab::LocalPage watched;
+    zab::CaptureRun run(context, watched);
+    bodyHandlerOf(youtubeWatchPage)(watchPage(stream(22), ""), run);
+    EXPECT_EQ(watched.media().catalogues().size(), 1u) << "in which what the page plays is looked up";
     context.url = "http://h/_Seg1-Frag2";
     EXPECT_EQ(captureWhole(hdsFragment, context, box("mdat", tag(9)), "Page"),
               "dhs2tozab://http://h/_Seg%ld-Frag%ld | Page | flv\n");
