@@ -56,7 +56,8 @@ TEST(HtmlTokens, FollowTheStandard) {
     const Reading rows[] = {
         {"<A =href=x HREF=a href=b>", "L a;", "names in any case, with a = too; of a repeated one the first"},
         {"<a href href=b><a href=>", "", "also when the first is empty: the page itself"},
-        {"<a href=a/b/><a/href='c'title=T/>", "L a/b/;L c [T/];", "a / in an unquoted value; no blank"},
+        {"<a href=a/b/><a/href='c'title=T/><a x/href=d>", "L a/b/;L c [T/];L d;",
+         "a / in an unquoted value; no blank"},
         {"<a href\n=\r'a\">b'>", "L a%22%3Eb;", "blanks around =, > and \" in quotes"},
         {"<a href=a", "", "an end of the page in a tag: no tag"},
         {"<a href=a\0b><a\0 href=c>"s, "L a%EF%BF%BDb;", "NUL is U+FFFD, and makes another name"},
