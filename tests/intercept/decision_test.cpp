@@ -132,7 +132,7 @@ TEST(Decide, ExtensionOfTheRecord) {
 }
 
 TEST(Decide, WhatIsOfferedAndWhatIsListenedTo) {
-    static constexpr std::string_view kOffered = "offered", kSniffed = "sniff", kNeither = "";
+    static constexpr std::string_view kOffered = "offered", kSniffed = "sniff", kNeither{};
     const ReadingOf<std::string_view, Response> rows[] = {
         {{"http://h/a.MP3", "audio/mpeg"}, kOffered, "media of a page, and then not sniffed"},
         {{"http://h/a.mp3", "audio/mpeg", kTop}, kSniffed, "a top-level load has no page"},
