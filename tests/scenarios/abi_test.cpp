@@ -87,7 +87,7 @@ TEST(Abi, EveryOperationOfABaseWindowReachesItsOwnSlotInEveryLayout) {
         std::uint32_t slot = 3;
         std::istringstream operations(windowLayouts()[0].operations);  // which the module is written against
         for (std::string operation; operations >> operation; ++slot) {
-            const auto where = operation + " in layout " + name;
+            const auto where = std::string(operation).append(" in layout ").append(name);
             std::uint64_t words[kStandInArguments], arguments[kStandInArguments];
             std::ranges::fill(words, 0xAAAAAAAA'00000000);
             std::ranges::transform(words, arguments, [](auto& word) { return argument(&word); });

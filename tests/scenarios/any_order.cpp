@@ -99,7 +99,9 @@ class Play {
     /// Of the browser, a button or a controller.
     WindowHandle window() {
         auto& windows = desk().windows;
-        return windows.empty() ? 0 : std::next(windows.begin(), next(windows.size()))->first;
+        return windows.empty()
+                   ? 0
+                   : std::next(windows.begin(), static_cast<std::ptrdiff_t>(next(windows.size())))->first;
     }
     void chooses() {
         desk().copies(window(), choiceRecord(one(kLinks), std::stoull(utf8FromUtf16(idOf(page()))),
