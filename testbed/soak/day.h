@@ -74,7 +74,7 @@ class Day {
         {"malloc"}, {"calloc", 0, nullptr, "malloc"}, {"realloc", 0, nullptr, "malloc"}};
 
     std::uint32_t below(std::size_t n) { return static_cast<std::uint32_t>(random_() % n); }
-    bool chance(double share) { return random_() < share * 4294967296.0; }
+    bool chance(double share) { return static_cast<double>(random_()) < share * 4294967296.0; }
     Page& anyPage() { return *pages_[below(pages_.size())]; }
     static std::u16string idOf(const Page& page) { return page.attributes.at(u"zabmzcc-ext-docid"); }
 
