@@ -55,11 +55,11 @@ struct ShownBox {
     std::u16string title, text;
 };
 
-/// Waits for a message box of this process, reads it and presses a button (IDOK, IDYES, IDNO ...). Needs a
-/// display.
+/// Waits for a message box, the first of the display (no other program of the bed shows any), reads it and
+/// presses a button (IDOK, IDYES, IDNO ...). Needs a display.
 std::optional<ShownBox> answerMessageBox(int button,
                                          std::chrono::milliseconds patience = std::chrono::seconds(10));
-/// Whether a message box of this process is open now.
+/// Whether a message box is open on the display now.
 bool messageBoxIsOpen();
 
 }  // namespace zab::testbed

@@ -228,8 +228,8 @@ void forButtons(std::uint64_t documentId, const std::function<void(HWND, const B
 }  // namespace zab::testbed
 
 extern "C" __declspec(dllexport) void* CreateDownlSelWtZABButton(const std::uint32_t* init) {
-    constexpr std::uint32_t kInitBytes =
-        16;  // its size first; then the module's version, its controller's window
+    // Its size first; then the module's version, its controller's window.
+    constexpr std::uint32_t kInitBytes = 16;
     if (init == nullptr || *init < kInitBytes) return nullptr;
     return new zab::testbed::Manager;
 }
