@@ -101,9 +101,9 @@ TEST(StartUp, WithoutARegistrationTheModuleGoesAndComesBack) {
 #endif
 
 TEST(StartUp, WithoutTheExtensionAndLateItTakesWhatComes) {
-    SettingsTree settings;
-    settings.set("Extensions", "zip");
-    SoundBrowser browser;
+    Installation installation;
+    installation.settings.set("Extensions", "zip");
+    auto& browser = installation.browser;
     auto& window = browser.opensWindow();
     auto& underWay = browser.clicks("http://h.example/a.zip");
     EXPECT_EQ(browser.intoModule([&] { return browser.module().Observe(nullptr, "profile-after-change"); }),
