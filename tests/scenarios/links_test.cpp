@@ -43,6 +43,7 @@ TEST_F(Links, ABatchArrivesInPageOrder) {
     browser.faults().none();
     EXPECT_EQ(downloadsAll(markup), NS_OK);
     EXPECT_EQ(browser.faults().countOf("CoCreateInstance"), 1u) << "one connection serves the batch";
+    EXPECT_EQ(browser.takesDebugLines(), std::vector<std::string>{}) << "nothing was left out";
     // A link that was lost or came twice would move all behind it.
     for (int i = 0; i < kCount; i += i < 10 ? 1 : 7) {
         const json told = manager.received(static_cast<std::size_t>(i));

@@ -114,6 +114,7 @@ TEST(Controllers, WhatComesToNothingIsToldToUsersAlone) {
     int taken = 0;
     for (int i = 0; i < 80; ++i) taken += static_cast<int>(desk.asks());
     EXPECT_EQ(taken, Controllers::kMostWaiting);
+    EXPECT_EQ(std::ssize(desk.queue), taken) << "none for what was not taken";
     EXPECT_EQ(desk.asks(kPage7), 0);
     EXPECT_EQ(desk.told.size(), 2u + 16u) << "nothing was asked for that is missed";
     desk.serves();

@@ -79,14 +79,16 @@ TEST(MenuLabels, AreOneLineOfPlainTextWithWhatAStreamIs) {
         {.link = "hlstozab://l", .description = "480p bitrate  900", .height = 480, .bitrate = 900'000},
         {.link = "hlstozab://n", .description = "sized", .size = 9, .bitrate = 1000},
         {.link = "hlstozab://s", .description = "slow", .bitrate = 999},
-        {.link = "c", .description = longest + std::string(9, 'x')}};
+        {.link = "c", .description = longest + std::string(9, 'x')},
+        {.link = "d", .description = std::string(161, 'y')}};
     for (auto& made : entries) made.extension = "ts";
     EXPECT_EQ(shown(mediaMenu(entries, MessageTexts{}, utf16FromUtf8)),
               "Tom && Jerry, 720p TS, 1 kbit/s 1 min 0 sec -> hlstozab://m\n"
               "480p bitrate 900, TS -> hlstozab://l\n"
               "sized, TS, 9 Bytes -> hlstozab://n\n"
               "slow, TS -> hlstozab://s\n" +
-                  longest + "\xE2\x80\xA6 -> c\nDownload all -> !ALL!\n");
+                  longest + "\xE2\x80\xA6 -> c\n" + std::string(160, 'y') +
+                  "\xE2\x80\xA6 -> d\nDownload all -> !ALL!\n");
 }
 
 }  // namespace

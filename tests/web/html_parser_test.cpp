@@ -79,7 +79,8 @@ TEST(HtmlTokens, OfHiddenPartsDoNotCount) {
         {"<svg><!doctype x><a href=a></svg><![CDATA[ x> <a href=b> ]]>", "L a;L b []]>];", "and what is none"},
         {"<svg><title><a href=a></title><style><a href=b></style></svg>", "L a;L b;", "none is raw in svg"},
         {"</svg></template><style><a href=x></style><a href=a>", "L a;", "ends of nothing"},
-        {"<svg/><svg><p><style><a href=x></style>", "", "a picture may end at once; a paragraph ends it"},
+        {"<svg/><svg><style><a href=a></style><p><style><a href=x></style>", "L a;",
+         "a picture may end at once; a paragraph ends it"},
         {"<style><a href=x></styles><a href=x></STYLE ><a href=a>", "L a;", "style"},
         {"<title><a href=x></title><noscript><a href=x></noscript>", "", "raw elements"},
         {"<template><a href=x><template></template><img src=x></template><a href=a>", "L a;", "templates nest"},
@@ -140,8 +141,9 @@ TEST(HtmlLinks, AreBoundedInNumberAndLength) {
     const std::string base = "http://o/" + std::string(CLinkProcessor::kMostBaseBytes - 10, 'b') + "/";
     EXPECT_EQ(linksOf("<base href=" + base + "><a href=a>"), "L " + base + "a;");
     EXPECT_EQ(linksOf("<base href=" + base + "/><a href=a>"), "L a;");
-    EXPECT_EQ(linksOf("<a href=a>" + std::string(511, 'x') + "\xC3\xA4"),
-              "L a [" + std::string(511, 'x') + "];")
+    EXPECT_EQ(
+        linksOf("<a href=a>" + std::string(511, 'x') + "\xC3\xA4</a><a href=b>" + std::string(600, '\x80')),
+        "L a [" + std::string(511, 'x') + "];L b;")
         << "a text is cut between characters";
 }
 

@@ -16,13 +16,13 @@ std::string addressesIn(std::string_view script) {
 
 TEST(ScriptLinks, AreLiteralsThatSayTheyAreAddressesOrServeAsSuch) {
     const Reading rows[] = {
-        {R"(f("http://h/a", 'FTP://h/b', `mms://h/c`))", "http://h/a FTP://h/b mms://h/c ", "any quote"},
+        {R"(f("http://h/a", 'FTP://h/b', `mms://h\/`))", "http://h/a FTP://h/b mms://h/ ", "any quote"},
         {R"({"u":"http:\/\/h\/a","v":"\x68ttp://h/\u0062\u{000063}","w":"http:\u002f\u002Fh\/\ud83d\ude00"})",
          "http://h/a http://h/bc http://h/\xF0\x9F\x98\x80 ", "escapes"},
         {"'http://h/\\\nx' 'http://h/\\\r\ny'", "http://h/x http://h/y ", "goes on below"},
         {R"("//cdn.example/x.js" "//a comment" "/files/a.abcde" "./b.abcdef" "../c.mp3?x=1")",
          "//cdn.example/x.js /files/a.abcde ../c.mp3?x=1 ", "hosts, and paths to files"},
-        {R"("/" "/path/" "a.zip" "/re.*x/" "/v1.2" "http://" "http:x y" "see http://h/a")", "",
+        {R"("/" "/path/" "a.zip" "/re.*x/" "/v1.2" "http://" "http:x y" "see http://h/a" "http://h/`")", "",
          "what is no address"},
         {R"("http://h/" + id, base + "/a.zip", `http://h/${x}`, base+"http://h/b")", "http://h/b ", "joined"},
         {"window.open('a', 'w'); open( \"b\" ); self.window.open ('c')", "a b c ", "windows"},
