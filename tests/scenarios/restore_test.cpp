@@ -73,6 +73,7 @@ TEST(Restore, IsTriedFromTheBackupAndToldOnceAndLeavesTheModuleItsDefaults) {
         settings.remove("zabvers");
         if (!row.keyIsThere) SettingsTree::removeAll();
         SoundBrowser browser;
+        ASSERT_FALSE(messageBoxIsOpen()) << "a box of an earlier scenario would be answered instead";
         // The browser waits until its user has read this one.
         auto answered = std::async(std::launch::async, [] { return answerMessageBox(kOk); });
         browser.startsUp();
