@@ -73,7 +73,7 @@ std::u16string plainText(std::u16string_view text) {
             blank = !plain.empty();
             continue;
         }
-        if (plain.size() >= kMostLabelUnits && (unit < 0xDC00 || unit > 0xDFFF)) return plain + u'\x2026';
+        if (plain.size() >= kMostLabelUnits && !isLowSurrogate(unit)) return plain + u'\x2026';
         if (std::exchange(blank, false)) plain += u' ';
         plain.append(unit == u'&' ? 2 : 1, unit);
     }

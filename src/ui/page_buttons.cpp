@@ -110,7 +110,7 @@ void PageButtons::move(IZABButtonManager& manager, CDownloadMediaBtn& button, Wi
 }
 
 void PageButtons::mediaChanged(nsISupports* document, const OpenPage& page) {
-    if (document == nullptr || page.browserWindow == 0 || page.controller == 0) return;
+    if (document == nullptr || page.controller == 0) return;
     const auto entries = entriesOf(page.document.id);
     if (!entries) return;
     Menu menu = mediaMenu(*entries, messageTexts(), textOfNarrow);

@@ -318,16 +318,12 @@ bool HtmlTokenizer::takeDoubleEscapeName(char c) {
     return false;
 }
 
-void HtmlTokenizer::giveHeldAsText() {
-    handler_.text(held_);
-    held_.clear();
-}
+void HtmlTokenizer::giveHeldAsText() { handler_.text(held_); }
 
 // Tags and their attributes.
 
 void HtmlTokenizer::beginTag(bool isEnd) {
     isEndTag_ = isEnd;
-    held_.clear();
     tag_.name.clear();
     tag_.selfClosing = false;
     tag_.seen_.fill(false);

@@ -31,7 +31,7 @@ std::optional<std::string_view> cutBehind(std::string_view& text, char mark) noe
 void removeDotSegments(std::string& text, std::size_t from) {
     if (text.find("/.", from) == std::string::npos && text.compare(from, 1, ".") != 0) return;
     // Dots at the start of a rootless path take their "/" with them; behind any other segment it stays.
-    bool rooted = from < text.size() && text[from] == '/';
+    bool rooted = text.compare(from, 1, "/") == 0;
     std::size_t read = from, write = from;
     const std::size_t end = text.size();
     while (read < end) {
