@@ -8,8 +8,6 @@
 namespace zab::testbed {
 namespace {
 
-using nlohmann::json;
-
 constexpr const char* kPage = "https://site.example/dir/page.html";
 constexpr const char* kPageAsWritten = "https://me:pw@site.example/dir/page.html#part";
 constexpr const char* kFrom = "https://from.example/";  // the referrer of a request that was seen

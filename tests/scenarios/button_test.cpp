@@ -47,9 +47,8 @@ TEST_F(Buttons, APageOfFiveEntriesHasAButtonThatFollowsItAndHandsThemOver) {
                       u"e.mp3, 6.0 MB", u"Download all"}));
     EXPECT_TRUE(meanwhile([] { return choosesItem(1); }));
     auto told = received(0);
-    EXPECT_EQ(told["url"], "http://films.example/b.mp4");
-    EXPECT_EQ(told["flags"], 0);
-    EXPECT_EQ(told["extraData"][7], page.url);
+    EXPECT_EQ(json({told["url"], told["flags"], told["extraData"][7]}),
+              json({"http://films.example/b.mp4", 0, page.url}));
     meanwhile([&] { return opensMenu(over); });
     EXPECT_TRUE(meanwhile([] { return choosesItem(5); }));
     EXPECT_EQ(received(1)["url"], "http://films.example/1080p.mp4") << "all of them, in the menu's order";
@@ -105,11 +104,8 @@ TEST_F(Buttons, SelectedLinksAreChosenFromAPopupThatTheNextPressCloses) {
               (Labels{u"a b.zip", u"ftp://h.example/", u"c.iso", u"Download all"}));
     EXPECT_TRUE(meanwhile([] { return choosesItem(2); }));
     auto told = received(0);
-    EXPECT_EQ(told["url"], "http://files.example/c.iso");
-    EXPECT_EQ(told["flags"], 0);
-    EXPECT_EQ(told["referrer"], page.url);
-    EXPECT_EQ(told["cookies"], "session=1");
-    EXPECT_EQ(told["extraData"][7], page.url);
+    EXPECT_EQ(json({told["url"], told["flags"], told["referrer"], told["cookies"], told["extraData"][7]}),
+              json({"http://files.example/c.iso", 0, page.url, "session=1", page.url}));
 
     meanwhile([&] { return opensMenu(popup); });
     EXPECT_TRUE(meanwhile([] { return choosesItem(3); }));

@@ -6,8 +6,6 @@
 namespace zab::testbed {
 namespace {
 
-using nlohmann::json;
-
 constexpr const char* kPage = "http://site.example/dir/page.html";
 constexpr HookedImport kConnects[] = {{"CoCreateInstance", transfer_failure::kNoCallsNow}};
 

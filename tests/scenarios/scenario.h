@@ -17,6 +17,8 @@
 
 namespace zab::testbed {
 
+using nlohmann::json;
+
 inline constexpr nsresult kTakenOverStatus = 0xFFFFFFFF;
 inline const Headers kZip = {{"Content-Type", "application/zip"}, {"Content-Length", "5000"}};
 inline constexpr std::uint32_t kImage = 3, kDocument = 6;  // of the content policy

@@ -40,7 +40,7 @@ class Desk : public ControllerHost {
         if (media.pageKnown && request.mediaUrl == u"!ALL!") media.links = {"a", "b", "c"};
         return media;
     }
-    WindowHandle replyWindow(const Choice&, WindowHandle, WindowHandle) override { return kPage; }
+    WindowHandle replyWindow(const Choice&, WindowHandle, WindowHandle) override { return noReply ? 0 : kPage; }
     std::unique_ptr<ChoiceSender> sender() override { return std::make_unique<Sender>(*this); }
     bool file(std::unique_ptr<MediaEntry>) override { return true; }
     void tell(ChoiceEnd end) override { told.push_back(end); }
@@ -56,7 +56,7 @@ class Desk : public ControllerHost {
         }
     }
 
-    bool hasRoom = true, othersWait = false, listsLocked = false;
+    bool hasRoom = true, othersWait = false, listsLocked = false, noReply = false;
     std::function<void()> later;
     std::deque<std::function<void()>> queue;
     std::string sent;
@@ -105,18 +105,20 @@ TEST(Controllers, WhatComesToNothingIsToldToUsersAlone) {
     desk.asks(requestItem(30, u"!ALL!") + requestItem(32, u"8"));
     desk.serves();
     EXPECT_EQ(desk.told, std::vector{ChoiceEnd::nothingThere}) << "nobody clicks in an unknown page";
-    desk.listsLocked = true;
-    desk.asks();
-    desk.serves();
-    EXPECT_EQ(desk.told.size(), 2u) << "all that can be told";
-    desk.listsLocked = false;
+    for (bool* lacks : {&desk.listsLocked, &desk.noReply}) {
+        *lacks = true;
+        desk.asks();
+        desk.serves();
+        *lacks = false;
+    }
+    EXPECT_EQ(desk.told.size(), 3u) << "all that can be told";
 
     int taken = 0;
     for (int i = 0; i < 80; ++i) taken += static_cast<int>(desk.asks());
     EXPECT_EQ(taken, Controllers::kMostWaiting);
     EXPECT_EQ(std::ssize(desk.queue), taken) << "none for what was not taken";
     EXPECT_EQ(desk.asks(kPage7), 0);
-    EXPECT_EQ(desk.told.size(), 2u + 16u) << "nothing was asked for that is missed";
+    EXPECT_EQ(desk.told.size(), 3u + 16u) << "nothing was asked for that is missed";
     desk.serves();
     EXPECT_EQ(desk.sent.size(), 64u * 3u);
     EXPECT_EQ(desk.asks(), 1) << "there is room again";

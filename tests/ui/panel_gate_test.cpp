@@ -18,8 +18,9 @@ TEST(PanelGate, AnswersByTypeAndPage) {
                            .captureWithoutPanel = capture,
                            .exceptedPages = CExceptionServersList(excepted)};
     };
-    PanelValues every = values(2, 1, "www.h.example");
+    PanelValues every = values(2, 1, "www.h.example"), closed = every;
     every.everyType = true;
+    closed.keyOpen = false;
     const PanelGate open, refused{.refused = true};
     const struct {
         std::string_view extension;
@@ -30,7 +31,7 @@ TEST(PanelGate, AnswersByTypeAndPage) {
         {"mp4", every, open, "every type: nothing else counts"},
         {tooLong, every, open, "not even the length"},
         {"", values(2, 1, "www.h.example"), open, "no extension"},
-        {"MP4", {}, open, "no panel key: the built-in list"},
+        {"MP4", closed, open, "no panel key: the built-in list"},
         {"zip", {}, refused, "and not in it"},
         {longest, values(1), {.minimumSize = 700}, "31 characters"},
         {tooLong, values(1), refused, "32"},
