@@ -97,7 +97,7 @@ TEST(ObjectRequests, ThePolicysRecordGivesWayToThatOfTheRequest) {
     list.add(told);
     list.addRequest(asked);
     ASSERT_EQ(list.count(), 1u);
-    const auto* record = list.find("http://h/a");
+    const auto* record = list.find("http://h/a", 0);
     EXPECT_EQ(record->referrer, "asked");
     EXPECT_EQ(record->kind, ObjectKind::audio);
     EXPECT_EQ(record->documentId, 17u);

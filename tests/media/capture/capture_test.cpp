@@ -85,6 +85,7 @@ TEST(Capture, OffersWhatABodyDescribesWhereverItIsCut) {
         {hds, "<manifest><drmX/>" + kMedia, "", "protected"},
         {hds, "<manifest><pv-2.0/>" + kMedia, "", "protected otherwise"},
         {hds, "x<manifest>" + kMedia, "", "begins with no tag"},
+        {hds, "<x>manifest" + kMedia, "", "has the name in its text alone"},
         {vimeoPlayer,
          "<title>A  B</title>\"progressive\":[{url:http://v/1,quality:720p,mime:video/mp4},"
          "{url:http://v/2,quality:hd7p,mime:video/mp4},{url:http://v/3,quality:720q,mime:video/mp4}]",
@@ -153,7 +154,7 @@ TEST(Capture, OffersWhatABodyDescribesWhereverItIsCut) {
         {youtubeWatchPage, watchPage(stream(5), stream(140)),
          "ytatozab://" + kPlayback + "5 | 240p FLV | flv\n", "a whole film has its sound"},
         {hdsFragment, box("afra", "") + box("mdat", tag(9) + tag(8)), kFragments, "plain tags"},
-        {hdsFragment, box("mdat", tag(9) + "short") + box("mdat", tag(9) + tag(0x29)), "", "filtered later"},
+        {hdsFragment, box("mdat", tag(9) + "\1\1\1\1") + box("mdat", tag(9) + tag(0x29)), "", "filtered later"},
         {hdsFragment, "\0\0\0\1mdat\0\0\0\0\0\0\0\x22"s + tag(9) + box("free", tag(0x29)), kFragments,
          "64 bits"},
         {hdsFragment, "\0\0\0\0mdat"s + tag(9), kFragments, "size 0 runs to the end"},
