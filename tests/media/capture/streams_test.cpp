@@ -108,13 +108,15 @@ TEST(Streams, PartsAreNoFiles) {
         {kFmp4, "i2.mp4", false, "beside the initialisation map"},
         {kFmp4, "s/film.mp4", true, "another extension"},
         {kFmp4, "t/2.m4s", true, "another directory"},
-        {"<MPD><BaseURL> v&#x2F;a/ </BaseURL></MPD>", "v/a/1.m4s", false, "a base address"},
+        {"<MPD><BaseURL>manifest</BaseURL><BaseURL> v&#x2F;a/ </BaseURL></MPD>", "v/a/1.m4s", false,
+         "a base address"},
         {"<MPD/>", "1.m4v", false, "a manifest's own directory"},
         {"<MPD/>", "1.ts", true, "another extension"},
         {kTemplates, "v/2.m4s", false, "a template's segments"},
         {kTemplates, "i/y.mp4", false, "and their beginning"},
         {kTemplates, "j/y.mp4", false, "a list's beginning"},
         {kTemplates, "s/2.m4s", false, "and its segments"},
+        {"<MPD><SegmentTemplate media='$Time$/x.m4s'/></MPD>", "$Time$/y.m4s", true, "a directory that counts"},
         {kText, "1.m4v", true, "a page without such streams"},
     };
     for (const auto& row : rows) {
@@ -170,6 +172,7 @@ TEST(Streams, RememberTheFirstPlacesOfABody) {
              many("<Representation id='*'/><Representation id='0'/>"),
          "mp4", 64, "representations"},
         {"<MPD>" + many("<SegmentTemplate media='*/$Time$.mp4'/>"), "mp4", 64, "templates"},
+        {"<MPD>" + many("<BaseURL>/*/</BaseURL>"), "mp4", 15, "bases, but for the manifest's own"},
         {"<MPD>" + many("<BaseURL>*/</BaseURL>"), "mp4", 8, "each alone and below the outermost"},
         {many("#EXT-X-MEDIA:TYPE=AUDIO,NAME=\"same\",URI=\"*/x.m3u8\"\n") + "#EXT-X-STREAM-INF:X=1\nv\n",
          "m3u8", zab::PageStreams::kMostRenditions, "renditions"}};
