@@ -8,6 +8,7 @@
 #include "binding/handle_win32.h"
 #include "binding/utf.h"
 #include "browser/desktop.h"
+#include "browser/hands.h"
 #include "entry/modifier_keys.h"
 #include "entry/registry_settings.h"
 #include "readings.h"
@@ -117,8 +118,10 @@ TEST_F(Settings, TheDataFileIsReadAgainAtEachChange) {
         return dataFile().read()->youtubePairing == wanted;
     };
     const auto write = [&path](std::string_view text) {
-        std::ofstream(path, std::ios::binary)
-            << applyDataFileCipher({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+        std::ofstream file;
+        // The watcher shares the file with nobody while it reads.
+        testbed::waitsFor([&] { return file.open(path, std::ios::binary), file.is_open(); });
+        file << applyDataFileCipher({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
     };
     const auto holds = [&](std::string_view text) {
         write(text);
