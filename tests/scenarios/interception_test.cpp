@@ -26,7 +26,7 @@ TEST_F(Interception, ATypicalDownloadTravelsWithWhatIsKnownOfIt) {
                      {"Content-Type", "application/octet-stream; charset=x"},
                      {"Content-Length", "5000"}});
     EXPECT_EQ(channel.cancels, std::vector<nsresult>{kTakenOverStatus});
-    const json told = manager.received(0), extra = told["extraData"];
+    const json told = manager.received(0), &extra = told["extraData"];
     EXPECT_EQ(json({told["url"], told["user"], told["password"], told["fileName"], told["flags"]}),
               json({"http://site.example/get?id=7", "u", "p", "a b.zip", 0x1008}));
     EXPECT_EQ(json({extra[2], extra[3], extra[5], extra[6], extra[7]}),

@@ -71,7 +71,7 @@ TEST_F(Links, TheNewestMediaOfAPageAreHandedOver) {
     EXPECT_EQ(browser.downloadsMedia("17"), NS_OK);
     EXPECT_EQ(browser.downloadsMedia("17", true), NS_OK);
     for (std::size_t i = 0; i <= 10; ++i) {
-        const json told = manager.received(i), extra = told["extraData"];
+        const json told = manager.received(i), &extra = told["extraData"];
         EXPECT_EQ(
             json({told["url"], told["flags"], extra[2], extra[3], extra[6], extra[7]}),
             json({"http://films.example/" + name(i == 0 ? 11 : 12 - i), 0, "Page", "flv", "5000", kPage}));
