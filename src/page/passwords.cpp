@@ -6,6 +6,7 @@
 #include "binding/never_destroyed.h"
 
 namespace zab {
+
 void CLSPasswordsArray::remember(std::string_view url, BasicCredentials login) {
     auto address = webAddressOf(url);
     if (!address) return;

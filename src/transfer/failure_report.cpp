@@ -10,13 +10,11 @@ namespace {
 
 constexpr std::string_view kMissingAtStartText =
     "You have installed \"ZAB Integration\" extension successfully. Unfortunately the extension can not be "
-    "used "
-    "right away because it seems you did not install Zabrion yet. Would you like to know how to download and "
-    "install Zabrion?";
+    "used right away because it seems you did not install Zabrion yet. Would you like to know how to download "
+    "and install Zabrion?";
 constexpr std::string_view kNotInstalledText =
     "Cannot transfer file download to Zabrion. It's possible that it's not installed. Would you like to "
-    "download "
-    "and install Zabrion?";
+    "download and install Zabrion?";
 constexpr std::string_view kNotRegisteredText =
     "The required ZAB components are not registered/found. Please reinstall Zabrion with Administrator rights";
 

@@ -23,8 +23,8 @@ namespace {
 using namespace panel_messages;
 static_assert(kClose == WM_CLOSE && kDestroyed == WM_NCDESTROY);
 
-constexpr DWORD kPatienceMs =
-    1000;  // of the browser's main thread, with the start and the end of the other one
+/// Of the browser's main thread, with the start and the end of the other one.
+constexpr DWORD kPatienceMs = 1000;
 
 struct WindowClass {
     const char* name;
