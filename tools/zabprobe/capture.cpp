@@ -45,17 +45,16 @@ Answer runCapture(const Arguments& arguments) {
     return {!entries.empty(), std::move(entries)};
 }
 
-void captureOptions(CLI::App& command, Arguments& arguments) {
-    const auto isCount = CLI::Range(std::int64_t{0}, std::numeric_limits<std::int64_t>::max());
-    takesFile(command, arguments);
-    command.add_option("--url", arguments.url, "The final request URL")->required();
-    command.add_option("--content-type", arguments.contentType, "The Content-Type header")->required();
-    command.add_option("--length", arguments.length, "The Content-Length; 0: unknown")->check(isCount);
-    command.add_option("--chunk", arguments.chunk, "Bytes in a chunk; 0: all in one")->check(isCount);
-}
+constexpr Option kOptions[] = {
+    kFile,
+    {"--url", "The final request URL", &Arguments::url, kRequired},
+    {"--content-type", "The Content-Type header", &Arguments::contentType, kRequired},
+    {"--length", "The Content-Length; 0: unknown", &Arguments::length},
+    {"--chunk", "Bytes in a chunk; 0: all in one", &Arguments::chunk},
+};
 
 constexpr Command kCommands[] = {
-    {"capture", "The media entries that a response with this body offers", captureOptions, runCapture},
+    {"capture", "The media entries that a response with this body offers", kOptions, runCapture},
 };
 
 }  // namespace

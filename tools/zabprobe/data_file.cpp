@@ -6,10 +6,10 @@
 namespace zabprobe {
 namespace {
 
-void dataFileOptions(CLI::App& command, Arguments& arguments) {
-    takesFile(command, arguments);
-    command.add_flag("--encipher", arguments.encipher, "Write the enciphered bytes of a plain file instead");
-}
+constexpr Option kOptions[] = {
+    kFile,
+    {"--encipher", "Write the enciphered bytes of a plain file instead", &Arguments::encipher},
+};
 
 Answer runDataFile(const Arguments& arguments) {
     const std::string bytes = arguments.bytes();
@@ -20,7 +20,7 @@ Answer runDataFile(const Arguments& arguments) {
 }
 
 constexpr Command kCommands[] = {
-    {"datafile", "The plain contents of an enciphered data file", dataFileOptions, runDataFile},
+    {"datafile", "The plain contents of an enciphered data file", kOptions, runDataFile},
 };
 
 }  // namespace

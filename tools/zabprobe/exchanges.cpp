@@ -14,20 +14,20 @@
 namespace zabprobe {
 namespace {
 
-void takesSettings(CLI::App& command, Arguments& arguments) {
-    takesFile(command, arguments);
-    command.add_option("--extensions", arguments.extensions, "The extensions to catch, separated by blanks");
-    command.add_option("--exceptions", arguments.exceptions, "The excepted servers, separated by blanks");
-    command.add_flag("--no-integration", arguments.noIntegration, "The integration is switched off");
-    command.add_flag("--prevent-key", arguments.preventKey, "The keys that prevent catching are held");
-    command.add_flag("--force-key", arguments.forceKey, "The force keys are held");
-}
-
-void harOptions(CLI::App& command, Arguments& arguments) {
-    takesSettings(command, arguments);
-    command.add_flag("--explain", arguments.explain, "A table for people in place of the JSON");
-    command.add_flag("--page", arguments.page, "The menus that the users of its pages would see");
-}
+constexpr Option kOptions[] = {
+    kFile,
+    kExtensions,
+    {"--exceptions", "The excepted servers, separated by blanks", &Arguments::exceptions},
+    {"--no-integration", "The integration is switched off", &Arguments::noIntegration},
+    {"--prevent-key", "The keys that prevent catching are held", &Arguments::preventKey},
+    {"--force-key", "The force keys are held", &Arguments::forceKey},
+    // Of captures alone.
+    {"--explain", "A table for people in place of the JSON", &Arguments::explain},
+    {"--page", "The menus that the users of its pages would see", &Arguments::page},
+};
+constexpr std::size_t kOfCaptures = 2;
+constexpr std::span<const Option> kHarOptions = kOptions;
+constexpr std::span<const Option> kDecideOptions = kHarOptions.first(std::size(kOptions) - kOfCaptures);
 
 zab::GivenSettings settingsOf(const Arguments& arguments) {
     zab::GivenSettings settings;
@@ -145,8 +145,8 @@ Answer runHar(const Arguments& arguments) {
 }
 
 constexpr Command kCommands[] = {
-    {"decide", "What becomes of exchanges (a JSON array), and why", takesSettings, runDecide},
-    {"har", "The same for each entry of a HAR capture of any browser", harOptions, runHar},
+    {"decide", "What becomes of exchanges (a JSON array), and why", kDecideOptions, runDecide},
+    {"har", "The same for each entry of a HAR capture of any browser", kHarOptions, runHar},
 };
 
 }  // namespace

@@ -144,10 +144,10 @@ Answer runMp4(const Arguments& arguments) {
 }
 
 constexpr Command kCommands[] = {
-    {"hls", "An HLS playlist (M3U8)", takesFile, runHls},
-    {"dash", "A DASH manifest (MPD) with segment lists", takesFile, runDash},
-    {"hds", "An HDS manifest (F4M)", takesFile, runHds},
-    {"mp4", "The first bytes of an MP4 or MOV file", takesFile, runMp4},
+    {"hls", "An HLS playlist (M3U8)", kFileAlone, runHls},
+    {"dash", "A DASH manifest (MPD) with segment lists", kFileAlone, runDash},
+    {"hds", "An HDS manifest (F4M)", kFileAlone, runHds},
+    {"mp4", "The first bytes of an MP4 or MOV file", kFileAlone, runMp4},
 };
 
 }  // namespace

@@ -15,13 +15,7 @@
 namespace zabprobe {
 namespace {
 
-/// A command whose only argument is a text, which may be empty.
-void takesText(CLI::App& command, Arguments& arguments, const char* name) {
-    command
-        .add_option_function<std::string>(name,
-                                          [&](const std::string& text) { arguments.words.assign({text}); })
-        ->required();
-}
+constexpr Option kUrl{"URL", "", &Arguments::text, kRequired};
 
 /// Hands each line of the file, its line end included, to `take`.
 template <class Take>
@@ -53,10 +47,10 @@ Answer runHeaders(const Arguments& arguments) {
              {"contentLength", info.contentLength}}};
 }
 
-void visitOptions(CLI::App& command, Arguments& arguments) {
-    takesFile(command, arguments);
-    command.add_flag("--request", arguments.request, "The headers are those of a request");
-}
+constexpr Option kVisitOptions[] = {
+    kFile,
+    {"--request", "The headers are those of a request", &Arguments::request},
+};
 
 Answer runVisit(const Arguments& arguments) {
     zab::CapturedHeaders record;
@@ -87,48 +81,45 @@ Answer runVisit(const Arguments& arguments) {
     return {visited, std::move(json)};
 }
 
-void mimeOptions(CLI::App& command, Arguments& arguments) { takesText(command, arguments, "TYPE"); }
+constexpr Option kMimeOptions[] = {{"TYPE", "", &Arguments::text, kRequired}};
 
 Answer runMime(const Arguments& arguments) {
-    const std::string_view code = zab::ClassifyMimeType(arguments.words.front());
+    const std::string_view code = zab::ClassifyMimeType(arguments.text);
     return {!code.empty(), {{"known", code.empty() ? 0 : 1}, {"classCode", code}}};
 }
 
-void catchOptions(CLI::App& command, Arguments& arguments) {
-    takesText(command, arguments, "TEXT");
-    command.add_option("--extensions", arguments.extensions, "The extensions to catch, separated by blanks");
-}
+constexpr Option kCatchOptions[] = {{"TEXT", "", &Arguments::text, kRequired}, kExtensions};
 
 Answer runCatch(const Arguments& arguments) {
-    const bool matched = zab::MatchExtensionList(arguments.extensions, arguments.words.front());
+    const bool matched = zab::MatchExtensionList(arguments.extensions, arguments.text);
     return {matched, {{"matched", matched ? 1 : 0}}};
 }
 
-void exceptedOptions(CLI::App& command, Arguments& arguments) {
-    takesText(command, arguments, "URL");
-    command.add_option("--list", arguments.list, "The excepted servers, separated by blanks");
-}
+constexpr Option kExceptedOptions[] = {
+    kUrl,
+    {"--list", "The excepted servers, separated by blanks", &Arguments::list},
+};
 
 Answer runExcepted(const Arguments& arguments) {
-    const bool listed = zab::CExceptionServersList(arguments.list).IsListed(arguments.words.front());
+    const bool listed = zab::CExceptionServersList(arguments.list).IsListed(arguments.text);
     return {listed, {{"listed", listed ? 1 : 0}}};
 }
 
-void normalizeOptions(CLI::App& command, Arguments& arguments) { takesText(command, arguments, "URL"); }
+constexpr Option kNormalizeOptions[] = {kUrl};
 
 Answer runNormalize(const Arguments& arguments) {
-    std::string url = arguments.words.front();
+    std::string url = arguments.text;
     zab::NormalizeDefaultPort(url);
     return {true, {{"url", zab::wellFormedUtf8(url)}}};
 }
 
 constexpr Command kCommands[] = {
-    {"headers", "What raw response-header lines say about the body", takesFile, runHeaders},
-    {"visit", "What headers, as the browser gives them one by one, say", visitOptions, runVisit},
-    {"mime", "The file type that a MIME type stands for", mimeOptions, runMime},
-    {"catch", "Whether a list of extensions matches a text", catchOptions, runCatch},
-    {"excepted", "Whether a list of excepted servers names a URL's server", exceptedOptions, runExcepted},
-    {"normalize", "A URL without its default port", normalizeOptions, runNormalize},
+    {"headers", "What raw response-header lines say about the body", kFileAlone, runHeaders},
+    {"visit", "What headers, as the browser gives them one by one, say", kVisitOptions, runVisit},
+    {"mime", "The file type that a MIME type stands for", kMimeOptions, runMime},
+    {"catch", "Whether a list of extensions matches a text", kCatchOptions, runCatch},
+    {"excepted", "Whether a list of excepted servers names a URL's server", kExceptedOptions, runExcepted},
+    {"normalize", "A URL without its default port", kNormalizeOptions, runNormalize},
 };
 
 }  // namespace

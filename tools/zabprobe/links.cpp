@@ -15,13 +15,12 @@ constexpr const char* kSourceNames[] = {"link", "script", "media"};
 constexpr const char* kReasons[] = {"in the catch list", "a media file", "a link of the text", "in a script",
                                     "a part of the page"};
 
-void linksOptions(CLI::App& command, Arguments& arguments) {
-    takesFile(command, arguments);
-    command.add_option("--base", arguments.url, "The page's own address");
-    command.add_option("--extensions", arguments.extensions, "The extensions to catch, separated by blanks");
-    command.add_flag("--explain", arguments.explain,
-                     "A table for people, with the reasons, in place of the JSON");
-}
+constexpr Option kOptions[] = {
+    kFile,
+    {"--base", "The page's own address", &Arguments::url},
+    kExtensions,
+    {"--explain", "A table for people, with the reasons, in place of the JSON", &Arguments::explain},
+};
 
 std::string tableOf(const zab::CHTMLParser& page) {
     std::string table;
@@ -52,7 +51,7 @@ Answer runLinks(const Arguments& arguments) {
 }
 
 constexpr Command kCommands[] = {
-    {"links", "Links, media sources and script addresses of an HTML page", linksOptions, runLinks},
+    {"links", "Links, media sources and script addresses of an HTML page", kOptions, runLinks},
 };
 
 }  // namespace

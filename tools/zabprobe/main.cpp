@@ -3,6 +3,7 @@
 // Exit status: 0 the input was recognised, 1 it was not (the JSON is still printed), 2 bad usage or an
 // unreadable file (one line on standard error, nothing on standard output).
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
 #include <fstream>
@@ -36,10 +37,6 @@ std::string Arguments::bytes() const {
     return all;
 }
 
-void takesFile(CLI::App& command, Arguments& arguments) {
-    command.add_option("FILE", arguments.file, "The file to read; \"-\" or nothing: standard input");
-}
-
 namespace {
 
 constexpr int kRecognised = 0, kNotRecognised = 1, kUnusable = 2;
@@ -65,6 +62,23 @@ int fail(const std::string& why) {
     return kUnusable;
 }
 
+CLI::Option* bind(CLI::App& command, const Option& option, std::string& text) {
+    return command.add_option(option.name, text, option.help);
+}
+CLI::Option* bind(CLI::App& command, const Option& option, std::int64_t& number) {
+    return command.add_option(option.name, number, option.help)
+        ->check(CLI::Range(std::int64_t{0}, option.most));
+}
+CLI::Option* bind(CLI::App& command, const Option& option, bool& flag) {
+    return command.add_flag(option.name, flag, option.help);
+}
+
+void addOptions(CLI::App& sub, const Command& command, Arguments& arguments) {
+    for (const Option& option : command.options)
+        std::visit([&](auto member) { bind(sub, option, arguments.*member)->required(option.required); },
+                   option.value);
+}
+
 int run(int argc, char** argv) {
     CLI::App app{"What the ZAB module's parsers and decisions make of a file."};
     app.require_subcommand(1);
@@ -77,7 +91,7 @@ int run(int argc, char** argv) {
                               captureCommands(), dataFileCommands(), pageCommands()}) {
         for (const Command& command : family) {
             CLI::App* sub = app.add_subcommand(command.name, command.help);
-            command.options(*sub, arguments);
+            addOptions(*sub, command, arguments);
             sub->callback([&chosen, &command] { chosen = &command; });
         }
     }

@@ -1,7 +1,6 @@
 // Commands about single sites: YouTube's catalogue and itags, Facebook, Vimeo.
 
 #include <cstdint>
-#include <limits>
 
 #include "binding/utf.h"
 #include "media/parsers/facebook.h"
@@ -28,10 +27,10 @@ Answer runYoutube(const Arguments& arguments) {
     return {count > 0, {{"title", zab::utf8FromUtf16(parser.title())}, {"entries", entries}}};
 }
 
-void youtubeOptions(CLI::App& command, Arguments& arguments) {
-    takesFile(command, arguments);
-    command.add_flag("--video-info", arguments.videoInfo, "The file is a URL-encoded video-info reply");
-}
+constexpr Option kYoutubeOptions[] = {
+    kFile,
+    {"--video-info", "The file is a URL-encoded video-info reply", &Arguments::videoInfo},
+};
 
 Answer runFacebook(const Arguments& arguments) {
     const std::u16string text = zab::utf16FromUtf8(arguments.bytes());
@@ -81,18 +80,16 @@ Answer runItag(const Arguments& arguments) {
              {"twinOf", twinOf}}};
 }
 
-void itagOptions(CLI::App& command, Arguments& arguments) {
-    command.add_option("N", arguments.itag, "The itag")
-        ->required()
-        ->check(CLI::Range(std::int64_t{0}, std::int64_t{std::numeric_limits<std::uint32_t>::max()}));
-    command.add_flag("--adaptive", arguments.adaptive, "Adaptive formats are wished");
-    command.add_flag("--skip-flv", arguments.skipFlv, "FLV is to be skipped");
-    command.add_flag("--webm", arguments.webm, "WebM is wished");
-}
+constexpr Option kItagOptions[] = {
+    {"N", "The itag", &Arguments::itag, kRequired, UINT32_MAX},
+    {"--adaptive", "Adaptive formats are wished", &Arguments::adaptive},
+    {"--skip-flv", "FLV is to be skipped", &Arguments::skipFlv},
+    {"--webm", "WebM is wished", &Arguments::webm},
+};
 
 Answer runSame(const Arguments& arguments) {
-    const std::u16string a = zab::utf16FromUtf8(arguments.words.at(0));
-    const std::u16string b = zab::utf16FromUtf8(arguments.words.at(1));
+    const std::u16string a = zab::utf16FromUtf8(arguments.text);
+    const std::u16string b = zab::utf16FromUtf8(arguments.secondText);
     return {true,
             {{"sameStream", zab::sameStream(a, b, true) ? 1 : 0},
              {"sameStreamNoSignature", zab::sameStream(a, b, false) ? 1 : 0},
@@ -101,18 +98,17 @@ Answer runSame(const Arguments& arguments) {
              {"withoutRange", zab::utf8FromUtf16(zab::withoutRange(a))}}};
 }
 
-void sameOptions(CLI::App& command, Arguments& arguments) {
-    command.add_option("URLS", arguments.words, "The request's URL and the catalogue's")
-        ->required()
-        ->expected(2);
-}
+constexpr Option kSameOptions[] = {
+    {"A", "The request's URL", &Arguments::text, kRequired},
+    {"B", "The catalogue's URL", &Arguments::secondText, kRequired},
+};
 
 constexpr Command kCommands[] = {
-    {"youtube", "The streams of a watch page or player response", youtubeOptions, runYoutube},
-    {"facebook", "The video addresses of a page", takesFile, runFacebook},
-    {"vimeo", "The progressive renditions of a player page or configuration", takesFile, runVimeo},
-    {"itag", "What is known of a YouTube format number", itagOptions, runItag},
-    {"same", "Whether two media URLs name the same stream", sameOptions, runSame},
+    {"youtube", "The streams of a watch page or player response", kYoutubeOptions, runYoutube},
+    {"facebook", "The video addresses of a page", kFileAlone, runFacebook},
+    {"vimeo", "The progressive renditions of a player page or configuration", kFileAlone, runVimeo},
+    {"itag", "What is known of a YouTube format number", kItagOptions, runItag},
+    {"same", "Whether two media URLs name the same stream", kSameOptions, runSame},
 };
 
 }  // namespace
