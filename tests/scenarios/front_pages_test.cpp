@@ -25,11 +25,11 @@ class Tabs : public ScreenScenario {
         return serves([&] { return in.buttons().size() == visible && in.buttons(true).size() == all; });
     }
 
-    void walks(std::uint32_t seed);
+    void walks(std::uint32_t seed, int steps);
 };
 
 /// Two windows with three tabs each.
-void Tabs::walks(std::uint32_t seed) {
+void Tabs::walks(std::uint32_t seed, int steps) {
     struct Tab {
         Page* page;
         std::size_t window;
@@ -53,7 +53,7 @@ void Tabs::walks(std::uint32_t seed) {
         tabs.erase(id);
         browser.sweeps();
     };
-    for (int step = 0; step < 500; ++step) {
+    for (int step = 0; step < steps; ++step) {
         for (; tabs.size() < 6; ++next) {
             const std::size_t where = next % 2;
             tabs[next] = {&opensTab(*windows[where], next), where};
@@ -92,8 +92,10 @@ void Tabs::walks(std::uint32_t seed) {
     for (const auto& each : windows) EXPECT_TRUE(shows(*each, 0, 0));
 }
 
-TEST_F(Tabs, OfEachWindowShowTheButtonOfTheOneInFrontAndNoOther) { walks(19); }
-TEST_F(Tabs, OfEachWindowShowItOnEveryOtherWayToo) { walks(91); }
+TEST_F(Tabs, OfEachWindowShowTheButtonOfTheOneInFrontAndNoOther) { walks(19, 100); }
+#ifndef _WIN32  // real windows show nothing more
+TEST_F(Tabs, OfEachWindowShowItOnEveryOtherWayToo) { walks(91, 1000); }
+#endif
 
 TEST_F(Tabs, ThatMoveHaveAButtonAgainAsSoonAsOneCanBeMade) {
     TopWindow stays;
