@@ -3,7 +3,6 @@
 #include "zabprobe/capture.h"
 
 #include <iostream>
-#include <limits>
 
 #include "binding/text.h"
 #include "intercept/load_types.h"

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdio>
+#include <iterator>
 
 #include "binding/text.h"
 #include "binding/utf.h"

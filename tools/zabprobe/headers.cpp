@@ -15,7 +15,7 @@
 namespace zabprobe {
 namespace {
 
-constexpr Option kUrl{"URL", "", &Arguments::text, kRequired};
+constexpr Option kUrl{"URL", "The address", &Arguments::text, kRequired};
 
 /// Hands each line of the file, its line end included, to `take`.
 template <class Take>
@@ -81,14 +81,15 @@ Answer runVisit(const Arguments& arguments) {
     return {visited, std::move(json)};
 }
 
-constexpr Option kMimeOptions[] = {{"TYPE", "", &Arguments::text, kRequired}};
+constexpr Option kMimeOptions[] = {{"TYPE", "The MIME type", &Arguments::text, kRequired}};
 
 Answer runMime(const Arguments& arguments) {
     const std::string_view code = zab::ClassifyMimeType(arguments.text);
     return {!code.empty(), {{"known", code.empty() ? 0 : 1}, {"classCode", code}}};
 }
 
-constexpr Option kCatchOptions[] = {{"TEXT", "", &Arguments::text, kRequired}, kExtensions};
+constexpr Option kCatchOptions[] = {
+    {"TEXT", "The text in which the extensions are looked for", &Arguments::text, kRequired}, kExtensions};
 
 Answer runCatch(const Arguments& arguments) {
     const bool matched = zab::MatchExtensionList(arguments.extensions, arguments.text);
