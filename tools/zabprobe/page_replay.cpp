@@ -153,6 +153,7 @@ void PageReplay::replay(const Response& response) {
     const auto silent = [&](std::string_view why) { page.silent.push_back({exchange.url, why}); };
     if (offers.empty()) return silent(reasonOfNothing(kept, exchange, page.memory.media()));
     std::vector<std::string> links;
+    links.reserve(offers.size());
     for (const zab::MediaEntry& offer : offers) links.push_back(offer.link);
     const std::size_t before = page.memory.media().entries().size();
     const bool wasHeld = holds(page.memory.media(), links);
