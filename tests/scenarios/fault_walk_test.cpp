@@ -95,7 +95,8 @@ void compare(const Told& right, const Told& told, const std::string& operation, 
             wrongs.push_back(name + " is gone");
     for (const auto& [name, text] : told.texts)
         if (text != right.text(name) && !mayDiffer(name, operation, fault))
-            wrongs.push_back(name + " is '" + text + "', not '" + right.text(name) + "'");
+            wrongs.push_back(
+                std::string(name).append(" is '").append(text).append("', not ").append(right.text(name)));
     if (told.flags != right.flags && !(told.flags == kBodyNotCaptured && mayLack("postData", operation)))
         wrongs.push_back("flags are " + std::to_string(told.flags));
 }
@@ -172,7 +173,8 @@ std::uint32_t walk(const zabprobe::Exchange& exchange, nsresult fault, Wrongs& a
         std::ranges::move(wrongsOf(clean, ending, operation, fault), std::back_inserter(wrongs));
         std::ranges::copy(browser.violations(), std::back_inserter(wrongs));
         for (const auto& wrong : wrongs)
-            if (!wrong.empty()) all.try_emplace(operation + " fails: " + wrong, exchange.url);
+            if (!wrong.empty())
+                all.try_emplace(std::string(operation).append(" fails: ").append(wrong), exchange.url);
         if (!reached) return n - 1;
     }
 }

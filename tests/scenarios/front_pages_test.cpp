@@ -2,7 +2,6 @@
 // move and close.
 #include <algorithm>
 #include <map>
-#include <memory>
 #include <random>
 
 #include "scenarios/scenario.h"
@@ -34,7 +33,8 @@ void Tabs::walks(std::uint32_t seed, int steps) {
         Page* page;
         std::size_t window;
     };
-    std::unique_ptr<TopWindow> windows[] = {std::make_unique<TopWindow>(), std::make_unique<TopWindow>()};
+    std::optional<TopWindow> windows[2];
+    for (auto& each : windows) each.emplace();
     std::map<std::uint64_t, Tab> tabs;
     std::uint64_t front[] = {0, 0}, next = 100;
     std::mt19937 random(seed);
@@ -74,8 +74,7 @@ void Tabs::walks(std::uint32_t seed, int steps) {
                 if (left == tabs.end()) break;
                 closes(left->first);
             }
-            windows[tab.window] = nullptr;
-            windows[tab.window] = std::make_unique<TopWindow>();
+            windows[tab.window].emplace();
             browser.selectsTab(textOf(id));
         } else {
             comesForward(id, act < 20 ? other : tab.window);

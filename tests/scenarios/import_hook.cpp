@@ -1,5 +1,6 @@
 #include "scenarios/import_hook.h"
 
+#include <bit>
 #include <cstring>
 #include <stdexcept>
 #include <string>
@@ -42,16 +43,17 @@ constexpr unsigned char kTrampoline[] = {
 };
 constexpr std::size_t kImportAt = 12, kFailsAt = 22, kTargetAt = 48, kFailureAt = 60;
 
+void put(unsigned char* at, std::uint64_t operand) { std::memcpy(at, &operand, sizeof operand); }
+
 void* trampolineTo(const void* target, const HookedImport& import) {
     auto* code = static_cast<unsigned char*>(
         VirtualAlloc(nullptr, sizeof kTrampoline, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE));
     if (code == nullptr) throw std::bad_alloc{};
     std::memcpy(code, kTrampoline, sizeof kTrampoline);
-    const auto put = [code](std::size_t at, auto value) { std::memcpy(code + at, &value, sizeof value); };
-    put(kImportAt, &import);
-    put(kFailsAt, &fails);
-    put(kTargetAt, import.instead != nullptr ? import.instead : target);
-    put(kFailureAt, import.failure);
+    put(code + kImportAt, std::bit_cast<std::uint64_t>(&import));
+    put(code + kFailsAt, std::bit_cast<std::uint64_t>(&fails));
+    put(code + kTargetAt, std::bit_cast<std::uint64_t>(import.instead != nullptr ? import.instead : target));
+    put(code + kFailureAt, import.failure);
     return code;
 }
 
