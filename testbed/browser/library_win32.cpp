@@ -68,7 +68,7 @@ std::shared_ptr<void> hidesExports(void* library, const std::set<std::string>& n
     }
     if (patches.size() != names.size()) throw std::runtime_error("a name to hide is not exported");
     return {library, [patches](void*) {
-                for (const auto& [place, original] : patches) *place = original;
+                for (const auto& [letter, original] : patches) *letter = original;
             }};
 }
 
