@@ -138,7 +138,7 @@ WebRequest requestOf(const json& transfer) {
 }
 
 /// The addresses of the files that an HLS media playlist names: its initialisation map and its segments.
-void addPartsOf(WebRequest playlist, std::vector<std::string>& parts) {
+void addPartsOf(const WebRequest& playlist, std::vector<std::string>& parts) {
     constexpr std::string_view kMap = "#EXT-X-MAP:URI=\"";
     std::istringstream lines(fetch(playlist).body);
     for (std::string line; std::getline(lines, line);) {
