@@ -96,7 +96,7 @@ void compare(const Told& right, const Told& told, const std::string& operation, 
     for (const auto& [name, text] : told.texts)
         if (text != right.text(name) && !mayDiffer(name, operation, fault))
             wrongs.push_back(
-                std::string(name).append(" is '").append(text).append("', not ").append(right.text(name)));
+                std::string(name).append(" is ").append(text).append(", not ").append(right.text(name)));
     if (told.flags != right.flags && !(told.flags == kBodyNotCaptured && mayLack("postData", operation)))
         wrongs.push_back("flags are " + std::to_string(told.flags));
 }
